@@ -1,0 +1,63 @@
+#import "GUI/MacUI/Console/src/MacResourceManager.h"
+
+#import "GUI/MacUI/Console/src/StringConversions.h"
+#include "GUI/newUI/ModuleName.h"
+#include "libs/catalogUtil/GlobalCatalogs.h"
+#include "libs/kxaccess/InstallPaths.h"
+#include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
+#import "platform/guard.h"
+
+namespace {
+
+// What a mnemonic marker such as "(&C)" takes.
+constexpr NSUInteger kMarkerLength = 4;
+
+// The text is passed as the format on purpose: that is how these records have always been written.
+void LogAsFormat(int level, NSString* text) {
+  const char* format = [text UTF8String];
+  if (format != nullptr) KXLOG(level, kStrModuleName, format);
+}
+
+void LogException(NSException* exception) {
+  KXLOG(1, kStrModuleName, "Nsexception occured in UI");
+  LogAsFormat(1, [exception name]);
+  LogAsFormat(1, [exception reason]);
+  LogAsFormat(1, [[exception callStackSymbols] description]);
+}
+
+}  // namespace
+
+NSString* getHaldenCorvaneAppPath() {
+  return [NSString stringWithUTF8String:InstallPaths::kAppBundle];
+}
+
+NSString* getStringFromResource(ResourceIdsOrbUI resource) {
+  NSString* text = [NSString stringWithwstring:g_oResCatalog.getString(resource)];
+  if (id thrown = CatchThrown([&] {
+        const NSRange marker = [text rangeOfString:@"(&"];
+        if (text != nil && marker.location != NSNotFound) {
+          text =
+              [text stringByReplacingCharactersInRange:NSMakeRange(marker.location, kMarkerLength)
+                                            withString:@""];
+        }
+        text = [text stringByReplacingOccurrencesOfString:@"&" withString:@""];
+      })) {
+    showNsObject(thrown);
+  }
+  return text;
+}
+
+void logUIdata(NSString* text, int level) {
+  LogAsFormat(level >= 0 && level <= 5 ? level : 5, text);
+}
+
+void showNsObject(id object) {
+  id thrown = CatchThrown([&] {
+    if ([object isMemberOfClass:[NSException class]]) {
+      LogException((NSException*)object);
+    } else {
+      KXLOG(1, kStrModuleName, "generic exception occurred in UI");
+    }
+  });
+  if (thrown != nil) KXLOG(1, kStrModuleName, "NSException  occurred in UI nsshowobj");
+}

@@ -1,0 +1,55 @@
+#import "GUI/cefBrowser/MacCefBrowserAppDelegate.h"
+
+#import "GUI/MacUI/Console/src/MacResourceManager.h"
+#include "GUI/cefBrowser/BringToFront.h"
+#include "GUI/cefBrowser/CefBrowserHandler.h"
+#include "GUI/cefBrowser/MacAppDelegate.h"
+#import "GUI/cefBrowser/MacCefBrowserApplication.h"
+#import "platform/AppKitSeam.h"
+#include "platform/RaiseWindow.h"
+#import "platform/guard.h"
+
+@implementation MacCefBrowserAppDelegate
+
+- (void)createApplication:(id)object {
+  (void)object;
+  id thrown = CatchThrown([self] {
+    [NSApplication sharedApplication];
+    [[NSBundle mainBundle] loadNibNamed:@"MainMenu" owner:NSApp topLevelObjects:nullptr];
+    [[NSApplication sharedApplication] setDelegate:self];
+  });
+  if (thrown != nil) showNsObject(thrown);
+}
+
+- (void)tryToTerminateApplication:(NSApplication*)app {
+  (void)app;
+  EmbBrowserHandler* handler = EmbBrowserHandler::GetInstance();
+  if (handler != nullptr && !handler->m_IsClosing_) handler->CloseAllBrowsers(false);
+}
+
+- (NSApplicationTerminateReply)applicationShouldTerminate:(NSApplication*)sender {
+  (void)sender;
+  return NSTerminateNow;
+}
+
+@end
+
+int MacCreateAppDelegate() {
+  StartAppKitProcess();
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  // Without a display this is what fails, and the rest still goes on.
+  id thrown = CatchThrown([] { CreateSharedApplication([MacCefBrowserApplication class]); });
+  if (thrown != nil) showNsObject(thrown);
+  thrown = CatchThrown([] {
+    // Never released: it lives as long as the application object.
+    MacCefBrowserAppDelegate* delegate = [[MacCefBrowserAppDelegate alloc] init];
+    [delegate performSelectorOnMainThread:@selector(createApplication:)
+                               withObject:nil
+                            waitUntilDone:NO];
+  });
+  if (thrown != nil) showNsObject(thrown);
+  [pool drain];
+  return 0;
+}
+
+void BringToFront(void* windowHandle) { RaiseWindow(windowHandle); }

@@ -1,0 +1,32 @@
+#import "GUI/cefBrowser/MacCefBrowserApplication.h"
+
+#import "GUI/cefBrowser/MacCefBrowserAppDelegate.h"
+#import "platform/AppKitSeam.h"
+
+@implementation MacCefBrowserApplication
+
+- (BOOL)isHandlingSendEvent {
+  return handlingSendEvent_;
+}
+
+- (void)setHandlingSendEvent:(BOOL)handlingSendEvent {
+  handlingSendEvent_ = handlingSendEvent;
+}
+
+- (void)sendEvent:(NSEvent*)event {
+  // Restores the former value on every way out, exceptions included.
+  CefScopedSendingEvent scoped;
+  [super sendEvent:event];
+}
+
+// The process ends by closing its browsers, never from within AppKit.
+- (void)terminate:(id)sender {
+  [(MacCefBrowserAppDelegate*)[NSApp delegate] tryToTerminateApplication:sender];
+}
+
+- (NSModalSession)beginModalSessionForWindow:(NSWindow*)window {
+  PrepareModalWindow(window);
+  return [super beginModalSessionForWindow:window];
+}
+
+@end

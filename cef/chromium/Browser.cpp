@@ -1,0 +1,211 @@
+#include "cef/chromium/Browser.h"
+
+#include <cctype>
+
+#include "cef/chromium/BrowserHost.h"
+#include "cef/chromium/BrowserTable.h"
+#include "cef/chromium/DevToolsConnection.h"
+#include "cef/chromium/Frame.h"
+#include "cef/chromium/MessageLoop.h"
+#include "cef/chromium/NetErrors.h"
+
+namespace engine {
+namespace {
+
+constexpr char kInvalidUrl[] = "net::ERR_INVALID_URL";
+
+int NextIdentifier() {
+  static std::atomic<int> last{0};
+  return ++last;
+}
+
+bool HasScheme(const std::string& url) {
+  const size_t colon = url.find(':');
+  if (colon == 0 || colon == std::string::npos || !std::isalpha(static_cast<unsigned char>(url[0])))
+    return false;
+  for (const char c : url.substr(0, colon)) {
+    if (!std::isalnum(static_cast<unsigned char>(c)) && c != '+' && c != '-' && c != '.')
+      return false;
+  }
+  return true;
+}
+
+CefRefPtr<CefLifeSpanHandler> LifeSpanHandler(const CefRefPtr<CefClient>& client) {
+  return client.get() ? client->GetLifeSpanHandler() : nullptr;
+}
+
+}  // namespace
+
+Browser::Browser(DevToolsConnection& connection, BrowserTable& table, const std::string& target_id,
+                 const std::string& session, CefRefPtr<CefClient> client,
+                 CefRefPtr<CefRequestContext> context, bool popup)
+    : connection_(connection),
+      table_(table),
+      target_id_(target_id),
+      session_(session),
+      context_(context),
+      popup_(popup),
+      identifier_(NextIdentifier()),
+      client_(client) {}
+
+CefRefPtr<CefClient> Browser::client() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return client_;
+}
+
+void Browser::NotifyCreated() {
+  const CefRefPtr<CefLifeSpanHandler> handler = LifeSpanHandler(client());
+  if (handler.get()) handler->OnAfterCreated(this);
+}
+
+void Browser::NotifyGone() {
+  const CefRefPtr<CefClient> client = this->client();
+  const CefRefPtr<CefLifeSpanHandler> handler = LifeSpanHandler(client);
+  if (handler.get()) {
+    // After a close by the user this comes too late to prevent anything, but a client counts on it.
+    if (!did_do_close_) handler->DoClose(this);
+    handler->OnBeforeClose(this);
+  }
+  std::lock_guard<std::mutex> lock(mutex_);
+  client_ = nullptr;
+}
+
+void Browser::Close(bool force) {
+  // At once, so that a network callback which closes its browser can leave its request held.
+  if (force) forced_ = true;
+  if (MessageLoop::Get().OnUiThread()) {
+    CloseOnUi(force);
+  } else {
+    CefRefPtr<Browser> self = this;
+    MessageLoop::Get().PostTask([self, force] { self->CloseOnUi(force); });
+  }
+}
+
+void Browser::CloseOnUi(bool force) {
+  if (!force) {
+    if (asked_page_ || did_do_close_) return;
+    asked_page_ = true;
+    CefRefPtr<Browser> self = this;
+    // The page may refuse; then it can be asked again.
+    connection_.Send(session_, "Page.close", {},
+                     [self](const JsonValue* result, const std::string&) {
+                       if (!result) return;
+                       MessageLoop::Get().PostTask([self] { self->asked_page_ = false; });
+                     });
+    return;
+  }
+  if (did_do_close_) return;
+  const CefRefPtr<CefLifeSpanHandler> handler = LifeSpanHandler(client());
+  did_do_close_ = true;
+  if (handler.get() && handler->DoClose(this)) {
+    did_do_close_ = false;
+    forced_ = false;
+    return;
+  }
+  connection_.Send("", "Target.closeTarget", JsonObject().Add("targetId", target_id_));
+}
+
+void Browser::Navigate(const std::string& frame_id, const std::string& url) {
+  if (url.empty()) return;
+  const std::string target = HasScheme(url) ? url : "http://" + url;
+  JsonObject params;
+  params.Add("url", target);
+  std::string session = session_;
+  FrameRecord frame;
+  if (frame_id != target_id_ && table_.FindFrame(frame_id, &frame)) {
+    session = frame.session;
+    params.Add("frameId", frame_id);
+  }
+  CefRefPtr<Browser> self = this;
+  connection_.Send(session, "Page.navigate", params,
+                   [self, frame_id, target](const JsonValue* result, const std::string& error) {
+                     // Everything else that can go wrong is an event of the network.
+                     if (result || error.find("invalid URL") == std::string::npos) return;
+                     MessageLoop::Get().PostTask([self, frame_id, target] {
+                       self->NotifyLoadError(frame_id, kInvalidUrl, target);
+                     });
+                   });
+}
+
+void Browser::Send(const std::string& method) { connection_.Send(session_, method); }
+
+void Browser::NotifyLoadError(const std::string& frame_id, const std::string& error_text,
+                              const std::string& url) {
+  const CefRefPtr<CefClient> client = this->client();
+  if (!client.get() || url.empty()) return;
+  const CefRefPtr<CefLoadHandler> handler = client->GetLoadHandler();
+  if (!handler.get()) return;
+  handler->OnLoadError(this, FrameById(frame_id),
+                       static_cast<cef_errorcode_t>(NetErrorCode(error_text)), error_text, url);
+}
+
+CefRefPtr<CefFrame> Browser::FrameById(const std::string& frame_id) {
+  return new Frame(this, frame_id.empty() ? target_id_ : frame_id);
+}
+
+CefRefPtr<CefBrowserHost> Browser::GetHost() { return new BrowserHost(this); }
+
+void Browser::StepInHistory(int step) {
+  CefRefPtr<Browser> self = this;
+  connection_.Send(session_, "Page.getNavigationHistory", {},
+                   [self, step](const JsonValue* result, const std::string&) {
+                     const JsonValue* entries = result ? MemberAt(*result, "entries") : nullptr;
+                     if (!entries || !entries->IsArray()) return;
+                     const int64_t index = NumberAt(*result, "currentIndex") + step;
+                     if (index < 0 || index >= static_cast<int64_t>(entries->Size())) return;
+                     const auto& entry = (*entries)[static_cast<rapidjson::SizeType>(index)];
+                     self->connection_.Send(self->session_, "Page.navigateToHistoryEntry",
+                                            JsonObject().Add("entryId", NumberAt(entry, "id")));
+                   });
+}
+
+void Browser::GoBack() { StepInHistory(-1); }
+
+void Browser::GoForward() { StepInHistory(1); }
+
+void Browser::Reload() { Send("Page.reload"); }
+
+void Browser::ReloadIgnoreCache() {
+  connection_.Send(session_, "Page.reload", JsonObject().Add("ignoreCache", true));
+}
+
+void Browser::StopLoad() { Send("Page.stopLoading"); }
+
+bool Browser::IsSame(CefRefPtr<CefBrowser> that) {
+  return that.get() && that->GetIdentifier() == identifier_;
+}
+
+bool Browser::HasDocument() {
+  FrameRecord frame;
+  return table_.FindFrame(target_id_, &frame) && !frame.url.empty();
+}
+
+CefRefPtr<CefFrame> Browser::GetMainFrame() { return FrameById(target_id_); }
+
+CefRefPtr<CefFrame> Browser::GetFrame(int64 identifier) {
+  for (const auto& [id, frame] : table_.Frames(target_id_)) {
+    if (frame.identifier == identifier) return FrameById(id);
+  }
+  return nullptr;
+}
+
+CefRefPtr<CefFrame> Browser::GetFrame(const CefString& name) {
+  for (const auto& [id, frame] : table_.Frames(target_id_)) {
+    if (frame.name == name.ToString()) return FrameById(id);
+  }
+  return nullptr;
+}
+
+size_t Browser::GetFrameCount() { return table_.Frames(target_id_).size(); }
+
+void Browser::GetFrameIdentifiers(std::vector<int64>& identifiers) {
+  identifiers.clear();
+  for (const auto& entry : table_.Frames(target_id_)) identifiers.push_back(entry.second.identifier);
+}
+
+void Browser::GetFrameNames(std::vector<CefString>& names) {
+  names.clear();
+  for (const auto& entry : table_.Frames(target_id_)) names.push_back(entry.second.name);
+}
+
+}  // namespace engine

@@ -1,0 +1,107 @@
+// CefBrowser: one window with its page.
+
+#ifndef CEF_CHROMIUM_BROWSER_H_
+#define CEF_CHROMIUM_BROWSER_H_
+
+#include <atomic>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "include/cef_browser.h"
+#include "include/cef_client.h"
+
+namespace engine {
+
+class BrowserTable;
+class DevToolsConnection;
+
+// Any thread, where nothing else is said. The object outlives its window; what is asked of it then
+// does nothing.
+class Browser : public CefBrowser {
+ public:
+  // `target_id` and `session`: the page's target and the session attached to it. `client` and
+  // `context` may be null. Connection and table must live as long as the process.
+  Browser(DevToolsConnection& connection, BrowserTable& table, const std::string& target_id,
+          const std::string& session, CefRefPtr<CefClient> client,
+          CefRefPtr<CefRequestContext> context, bool popup);
+
+  const std::string& target_id() const { return target_id_; }
+  const std::string& session() const { return session_; }
+  // Null once OnBeforeClose has been called, and when the browser was made without one.
+  CefRefPtr<CefClient> client() const;
+  // Null for the global one.
+  CefRefPtr<CefRequestContext> context() const { return context_; }
+  // The page is being closed without being asked.
+  bool IsForcedToClose() const { return forced_; }
+
+  // Tells the client of the new window. UI thread.
+  void NotifyCreated();
+  // Tells the client that the window is gone; the last word of this browser. UI thread.
+  void NotifyGone();
+
+  // Closes the window; repeated calls do no harm. See CefBrowserHost::CloseBrowser.
+  void Close(bool force);
+
+  // Navigates a frame. An address without a scheme is taken for one of HTTP, as when it is typed;
+  // for one that is no address the client gets OnLoadError. Does nothing for an empty one.
+  void Navigate(const std::string& frame_id, const std::string& url);
+
+  // Sends a command to the page's session.
+  void Send(const std::string& method);
+
+  CefRefPtr<CefFrame> FrameById(const std::string& frame_id);
+  // Reports a failed navigation to the client. UI thread.
+  void NotifyLoadError(const std::string& frame_id, const std::string& error_text,
+                       const std::string& url);
+
+  BrowserTable& table() const { return table_; }
+  DevToolsConnection& connection() const { return connection_; }
+
+  CefRefPtr<CefBrowserHost> GetHost() override;
+  bool CanGoBack() override { return false; }
+  void GoBack() override;
+  bool CanGoForward() override { return false; }
+  void GoForward() override;
+  bool IsLoading() override { return false; }
+  void Reload() override;
+  void ReloadIgnoreCache() override;
+  void StopLoad() override;
+  int GetIdentifier() override { return identifier_; }
+  bool IsSame(CefRefPtr<CefBrowser> that) override;
+  bool IsPopup() override { return popup_; }
+  bool HasDocument() override;
+  CefRefPtr<CefFrame> GetMainFrame() override;
+  CefRefPtr<CefFrame> GetFocusedFrame() override { return GetMainFrame(); }
+  CefRefPtr<CefFrame> GetFrame(int64 identifier) override;
+  CefRefPtr<CefFrame> GetFrame(const CefString& name) override;
+  size_t GetFrameCount() override;
+  void GetFrameIdentifiers(std::vector<int64>& identifiers) override;
+  void GetFrameNames(std::vector<CefString>& names) override;
+
+ private:
+  void CloseOnUi(bool force);
+  void StepInHistory(int step);
+
+  DevToolsConnection& connection_;
+  BrowserTable& table_;
+  const std::string target_id_;
+  const std::string session_;
+  const CefRefPtr<CefRequestContext> context_;
+  const bool popup_;
+  const int identifier_;
+
+  std::atomic<bool> forced_{false};
+  mutable std::mutex mutex_;
+  CefRefPtr<CefClient> client_;  // guarded by mutex_
+
+  // UI thread only.
+  bool did_do_close_ = false;
+  bool asked_page_ = false;
+
+  IMPLEMENT_REFCOUNTING(Browser);
+};
+
+}  // namespace engine
+
+#endif  // CEF_CHROMIUM_BROWSER_H_

@@ -1,0 +1,35 @@
+// CefBrowserHost: the window's side of a browser.
+
+#ifndef CEF_CHROMIUM_BROWSERHOST_H_
+#define CEF_CHROMIUM_BROWSERHOST_H_
+
+#include "cef/chromium/Browser.h"
+#include "include/cef_browser.h"
+
+namespace engine {
+
+// Any thread. Made anew whenever it is asked for.
+class BrowserHost : public CefBrowserHost {
+ public:
+  explicit BrowserHost(CefRefPtr<Browser> browser) : browser_(browser) {}
+
+  CefRefPtr<CefBrowser> GetBrowser() override { return browser_.get(); }
+  void CloseBrowser(bool force_close) override { browser_->Close(force_close); }
+  bool TryCloseBrowser() override;
+  void SetFocus(bool focus) override;
+  // Null: the window belongs to Chromium's process. It comes to the front by itself when it opens.
+  CefWindowHandle GetWindowHandle() override { return nullptr; }
+  CefWindowHandle GetOpenerWindowHandle() override { return nullptr; }
+  bool HasView() override { return false; }
+  CefRefPtr<CefClient> GetClient() override { return browser_->client(); }
+  CefRefPtr<CefRequestContext> GetRequestContext() override;
+
+ private:
+  const CefRefPtr<Browser> browser_;
+
+  IMPLEMENT_REFCOUNTING(BrowserHost);
+};
+
+}  // namespace engine
+
+#endif  // CEF_CHROMIUM_BROWSERHOST_H_

@@ -1,0 +1,97 @@
+// One running Chromium that is driven over a pair of pipes, and everything it leaves on the
+// machine.
+//
+// Sources that belong together: ChromiumProcess.cpp, ChromiumSwitches.cpp, ChildProcess.cpp.
+
+#ifndef CEF_CHROMIUM_CHROMIUMPROCESS_H_
+#define CEF_CHROMIUM_CHROMIUMPROCESS_H_
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace engine {
+
+struct ChromiumOptions {
+  // An existing folder, absolute (see Profile).
+  std::string profile_dir;
+  // The profile is to be removed as well if this process is killed.
+  bool private_profile = false;
+  // Names without dashes, values ("" = none). Lists of features are joined with the built-in ones;
+  // any other switch replaces the built-in one of its name.
+  std::vector<std::pair<std::string, std::string>> switches;
+  // Receives what Chromium prints (appended); "" or a file that cannot be opened = nowhere.
+  std::string output_file;
+  // A folder from MakeRunFolder(), taken over by Start() even if it fails; "" = Start makes one.
+  std::string run_folder;
+};
+
+// A Chromium without any window, in a session and process group of its own. Its temporary files go
+// to a run folder that is removed at the end. Should this process be killed, a guardian (a small
+// shell process) removes what is left of Chromium, of the run folder and of a private profile.
+//
+// All calls but WaitForExit() and Kill() belong to one thread; those two may come from any.
+class ChromiumProcess {
+ public:
+  // Starts Chromium. Returns null and says why in *err if there is none or it cannot be started.
+  // A Chromium that ends by itself right away (no display, profile in use) shows only as the end of
+  // file on event_fd().
+  static std::unique_ptr<ChromiumProcess> Start(const ChromiumOptions& options, std::string* err);
+
+  // Kills what still runs and removes the run folder.
+  ~ChromiumProcess();
+  ChromiumProcess(const ChromiumProcess&) = delete;
+  ChromiumProcess& operator=(const ChromiumProcess&) = delete;
+
+  // Our ends of the pipes: commands are written, replies and events are read, JSON texts that each
+  // end with a NUL. Blocking, owned by this object, close-on-exec. Writing to a Chromium that has
+  // ended raises SIGPIPE unless that is ignored.
+  int command_fd() const { return command_fd_; }
+  int event_fd() const { return event_fd_; }
+  // Closes command_fd(), upon which Chromium saves its state and ends. Nobody may be writing.
+  void CloseCommands();
+
+  pid_t pid() const { return pid_; }
+
+  // Waits for the end of the main process; true if it has ended.
+  bool WaitForExit(std::chrono::milliseconds limit);
+  // Ends the whole process group at once, as far as it still runs, and reaps the main process.
+  // Cookies set in the last moments are lost unless Chromium has ended before.
+  void Kill();
+
+ private:
+  ChromiumProcess() = default;
+  bool Spawn(const std::string& binary, const ChromiumOptions& options, std::string* err);
+  bool StartGuardian(const ChromiumOptions& options, std::string* err);
+  void DismissGuardian();
+
+  int command_fd_ = -1;
+  int event_fd_ = -1;
+  pid_t pid_ = -1;
+  int pid_fd_ = -1;
+  pid_t guardian_ = -1;
+  int guardian_fd_ = -1;  // the guardian acts when the last copy of this closes
+  std::string run_folder_;
+  int run_folder_lock_ = -1;
+
+  std::mutex reap_mutex_;
+  bool reaped_ = false;  // guarded by reap_mutex_
+};
+
+// The path of the Chromium to use: the program itself if it is at a usual place, else the first of
+// the usual commands on PATH. "" and a reason in *err when there is none. No environment variable
+// names a program, so that the caller's environment cannot choose what runs with its cookies.
+std::string FindChromium(std::string* err);
+
+// Makes a private folder (0700) with a path short enough for Chromium's sockets; "" and a reason in
+// *err on failure. Removes those of processes that have died.
+std::string MakeRunFolder(std::string* err);
+
+}  // namespace engine
+
+#endif  // CEF_CHROMIUM_CHROMIUMPROCESS_H_

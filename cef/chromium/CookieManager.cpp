@@ -1,0 +1,137 @@
+#include "cef/chromium/CookieManager.h"
+
+#include <ctime>
+
+#include "cef/chromium/MessageLoop.h"
+
+namespace engine {
+namespace {
+
+void ToCefCookie(const StoredCookie& stored, CefCookie& cookie) {
+  CefString(&cookie.name).FromString(stored.name);
+  CefString(&cookie.value).FromString(stored.value);
+  CefString(&cookie.domain).FromString(stored.domain);
+  CefString(&cookie.path).FromString(stored.path);
+  cookie.secure = stored.secure;
+  cookie.httponly = stored.http_only;
+  cookie.has_expires = !stored.session;
+  if (!stored.session) cef_time_from_timet(static_cast<time_t>(stored.expires), &cookie.expires);
+}
+
+NewCookie ToNewCookie(const CefString& url, const CefCookie& cookie) {
+  NewCookie result;
+  result.url = url.ToString();
+  result.name = CefString(&cookie.name).ToString();
+  result.value = CefString(&cookie.value).ToString();
+  result.domain = CefString(&cookie.domain).ToString();
+  result.path = CefString(&cookie.path).ToString();
+  result.secure = cookie.secure != 0;
+  result.http_only = cookie.httponly != 0;
+  result.expires = cookie.has_expires != 0;
+  time_t expiry = 0;
+  if (result.expires && cef_time_to_timet(&cookie.expires, &expiry)) result.expiry = expiry;
+  return result;
+}
+
+// Exactly this cookie.
+CookieStore::Filter Only(const StoredCookie& wanted) {
+  return [wanted](const StoredCookie& cookie) {
+    return cookie.name == wanted.name && cookie.domain == wanted.domain &&
+           cookie.path == wanted.path;
+  };
+}
+
+void VisitOnUi(CookieStore& store, const CookieStore::Cookies& cookies,
+               const CefRefPtr<CefCookieVisitor>& visitor) {
+  const int total = static_cast<int>(cookies.size());
+  for (int count = 0; count < total; ++count) {
+    CefCookie cookie;
+    ToCefCookie(cookies[static_cast<size_t>(count)], cookie);
+    bool remove = false;
+    const bool go_on = visitor->Visit(cookie, count, total, remove);
+    if (remove) store.Delete(Only(cookies[static_cast<size_t>(count)]), [](int) {});
+    if (!go_on) return;
+  }
+}
+
+template <typename Callback, typename Result>
+void PostResult(const CefRefPtr<Callback>& callback, Result result) {
+  if (!callback.get()) return;
+  MessageLoop::Get().PostTask([callback, result] { callback->OnComplete(result); });
+}
+
+}  // namespace
+
+void PostCompletion(CefRefPtr<CefCompletionCallback> callback) {
+  if (callback.get()) MessageLoop::Get().PostTask([callback] { callback->OnComplete(); });
+}
+
+void CookieManager::SetSupportedSchemes(const std::vector<CefString>&, bool,
+                                        CefRefPtr<CefCompletionCallback> callback) {
+  PostCompletion(callback);
+}
+
+void CookieManager::Visit(CookieStore::Filter filter, CefRefPtr<CefCookieVisitor> visitor) {
+  CookieStore* store = &store_;
+  store_.Get(std::move(filter), [store, visitor](const CookieStore::Cookies& cookies) {
+    MessageLoop::Get().PostTask(
+        [store, cookies, visitor] { VisitOnUi(*store, cookies, visitor); });
+  });
+}
+
+bool CookieManager::VisitAllCookies(CefRefPtr<CefCookieVisitor> visitor) {
+  if (!visitor.get()) return false;
+  Visit([](const StoredCookie&) { return true; }, visitor);
+  return true;
+}
+
+bool CookieManager::VisitUrlCookies(const CefString& url, bool includeHttpOnly,
+                                    CefRefPtr<CefCookieVisitor> visitor) {
+  Url parsed;
+  if (!visitor.get() || !ParseUrl(url.ToString(), &parsed)) return false;
+  Visit(
+      [parsed, includeHttpOnly](const StoredCookie& cookie) {
+        return (includeHttpOnly || !cookie.http_only) && CookieMatchesUrl(cookie, parsed);
+      },
+      visitor);
+  return true;
+}
+
+bool CookieManager::SetCookie(const CefString& url, const CefCookie& cookie,
+                              CefRefPtr<CefSetCookieCallback> callback) {
+  const NewCookie wanted = ToNewCookie(url, cookie);
+  switch (CheckSetCookie(wanted.url, {wanted.name, wanted.value, wanted.domain, wanted.path,
+                                      wanted.secure})) {
+    case SetCookieCheck::kInvalidUrl:
+      return false;
+    case SetCookieCheck::kRefused:
+      PostResult(callback, false);
+      return true;
+    case SetCookieCheck::kStorable:
+      break;
+  }
+  store_.Set(wanted, [callback](bool stored) { PostResult(callback, stored); });
+  return true;
+}
+
+bool CookieManager::DeleteCookies(const CefString& url, const CefString& cookie_name,
+                                  CefRefPtr<CefDeleteCookiesCallback> callback) {
+  const std::string name = cookie_name.ToString();
+  const DeleteCookiesScope scope = CheckDeleteCookies(url.ToString(), name);
+  if (scope == DeleteCookiesScope::kInvalidUrl) return false;
+  Url parsed;
+  ParseUrl(url.ToString(), &parsed);
+  store_.Delete(
+      [scope, parsed, name](const StoredCookie& cookie) {
+        return DeletionConcerns(scope, parsed, name, cookie);
+      },
+      [callback](int deleted) { PostResult(callback, deleted); });
+  return true;
+}
+
+bool CookieManager::FlushStore(CefRefPtr<CefCompletionCallback> callback) {
+  if (callback.get()) store_.WhenSettled([callback] { PostCompletion(callback); });
+  return true;
+}
+
+}  // namespace engine

@@ -1,0 +1,69 @@
+// The DevTools protocol over the pipe: numbered commands with their replies, and events by method.
+//
+// Handlers run on the IO thread. A session id names the target that a command or event belongs to;
+// the empty one is the browser as a whole.
+
+#ifndef CEF_CHROMIUM_DEVTOOLSCONNECTION_H_
+#define CEF_CHROMIUM_DEVTOOLSCONNECTION_H_
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "cef/chromium/Json.h"
+#include "cef/chromium/PipeTransport.h"
+
+namespace engine {
+
+class DevToolsConnection {
+ public:
+  // `result` is null when the command failed; `error` says why then. It lives during the call only.
+  using ReplyHandler = std::function<void(const JsonValue* result, const std::string& error)>;
+  using EventHandler = std::function<void(const std::string& session, const JsonValue& params)>;
+
+  // Before the first Open(). One handler per method, such as "Fetch.requestPaused".
+  void On(const std::string& method, EventHandler handler);
+  // Runs when the pipe has closed, after every open command was answered with an error.
+  void OnClosed(std::function<void()> handler);
+
+  // Takes up a pipe; the descriptors stay the caller's, see PipeTransport. May be called again once
+  // the former pipe has closed. The IO thread must run.
+  void Open(int write_fd, int read_fd);
+  bool IsOpen() const;
+
+  // Sends a command. `reply`, if any, is called exactly once; on a closed connection as well. Any
+  // thread; commands of one thread keep their order.
+  void Send(const std::string& session, const std::string& method, const JsonObject& params = {},
+            ReplyHandler reply = nullptr);
+
+  // Sends a command and waits for its reply. False with `error` set when it failed or `limit` has
+  // passed. Not on the IO thread, which delivers the reply.
+  bool Call(const std::string& session, const std::string& method, const JsonObject& params,
+            std::chrono::milliseconds limit, std::string* error);
+
+  // Waits until the pipe has closed and the handler given to OnClosed() has run; false when `limit` passed first. Not on the IO thread.
+  bool WaitClosed(std::chrono::milliseconds limit);
+
+ private:
+  void OnMessage(const std::string& message);
+  void OnPipeClosed();
+
+  mutable std::mutex mutex_;
+  std::condition_variable closed_;
+  std::shared_ptr<PipeTransport> transport_;  // guarded by mutex_; null while closed
+  std::map<int, ReplyHandler> replies_;       // guarded by mutex_
+  int last_id_ = 0;                           // guarded by mutex_
+  bool settled_ = true;                       // guarded by mutex_
+
+  // Fixed once Open() was called.
+  std::map<std::string, EventHandler> handlers_;
+  std::function<void()> on_closed_;
+};
+
+}  // namespace engine
+
+#endif  // CEF_CHROMIUM_DEVTOOLSCONNECTION_H_

@@ -1,0 +1,21 @@
+// Titles and console lines, for CefDisplayHandler.
+
+#ifndef CEF_CHROMIUM_DISPLAYEVENTS_H_
+#define CEF_CHROMIUM_DISPLAYEVENTS_H_
+
+#include <string>
+
+#include "cef/chromium/BrowserTable.h"
+#include "cef/chromium/DevToolsConnection.h"
+
+namespace engine {
+
+// Before the connection is opened. Both must live as long as the process.
+void SubscribeDisplayEvents(DevToolsConnection& connection, BrowserTable& table);
+
+// Has the pages of a session report their titles: Chromium itself tells of them at navigations only.
+void EnableTitles(DevToolsConnection& connection, const std::string& session);
+
+}  // namespace engine
+
+#endif  // CEF_CHROMIUM_DISPLAYEVENTS_H_

@@ -1,0 +1,132 @@
+#include "cef/chromium/Engine.h"
+
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+
+#include "cef/chromium/AppWindow.h"
+#include "cef/chromium/DisplayEvents.h"
+#include "cef/chromium/FrameEvents.h"
+#include "cef/chromium/IoThread.h"
+#include "cef/chromium/MessageLoop.h"
+#include "cef/chromium/RequestContext.h"
+#include "cef/chromium/Settings.h"
+
+namespace engine {
+namespace {
+
+// Shown by the window until its first page has a title.
+constexpr char kWindowTitle[] = " ";
+constexpr std::chrono::milliseconds kCertStatusLimit{200};
+constexpr std::chrono::seconds kCreateTargetLimit{3};
+
+}  // namespace
+
+Engine& Engine::Get() {
+  static Engine* engine = new Engine;
+  return *engine;
+}
+
+Engine::Engine() { Wire(); }
+
+void Engine::Wire() {
+  const auto by_message = [this](std::string* err) {
+    return OpenAppWindow(launch_.profile_dir(), kWindowTitle, err);
+  };
+  const auto by_command = [this](std::string* err) {
+    return OpenAppWindowByCommand(launch_.profile_dir(), kWindowTitle, err);
+  };
+  const auto by_target = [this](std::string* err) { return OpenByTarget(err); };
+  factory_.SetUp({by_message, by_command, by_target}, [this] {
+    // Nothing else would end the run.
+    if (table_.empty()) MessageLoop::Get().Quit();
+  });
+
+  certificates_.SetStatusSource([this](const std::string& host) -> std::optional<uint32_t> {
+    if (!launch_.net_log()) return std::nullopt;
+    return launch_.net_log()->CertStatus(host, kCertStatusLimit);
+  });
+  targets_.OnGone([this](const std::string& target_id) {
+    hooks_.BrowserGone(target_id);
+    certificates_.BrowserGone(target_id);
+    load_errors_.BrowserGone(target_id);
+  });
+  targets_.SetBarrier([this](std::function<void()> done) { cookies_.WhenSettled(done); });
+
+  targets_.Subscribe();
+  hooks_.Subscribe();
+  certificates_.Subscribe();
+  load_errors_.Subscribe();
+  SubscribeFrameEvents(connection_, table_);
+  SubscribeDisplayEvents(connection_, table_);
+  connection_.OnClosed([this] { OnConnectionClosed(); });
+}
+
+bool Engine::OpenByTarget(std::string* err) {
+  return connection_.Call("", "Target.createTarget",
+                          JsonObject().Add("url", "about:blank").Add("newWindow", true),
+                          kCreateTargetLimit, err);
+}
+
+// A Chromium that never answered is gone as well, but nothing depends on it yet.
+void Engine::OnConnectionClosed() {
+  if (!running_) return;
+  targets_.AllGone();
+  MessageLoop::Get().PostTask([this] { factory_.FailAll(); });
+}
+
+bool Engine::Initialize(const CefSettings& settings, CefRefPtr<CefApp> app) {
+  if (running_) return true;
+  if (settings.size != sizeof(cef_settings_t)) return false;
+
+  MessageLoop::Get().Init();
+  // A Chromium that has gone must not take this process with it.
+  signal(SIGPIPE, SIG_IGN);
+
+  command_line_ = new CommandLine;
+  ApplySettings(settings, *command_line_.get());
+  if (app.get()) app->OnBeforeCommandLineProcessing("", command_line_.get());
+  command_line_->Freeze();
+  targets_.SetUserAgent(CefString(&settings.user_agent).ToString());
+
+  std::string error = "no descriptors left";
+  const std::string cache_path = CefString(&settings.cache_path).ToString();
+  const auto enable = [this] {
+    targets_.Enable();
+    hooks_.Enable();
+    certificates_.Enable();
+  };
+  if (!IoThread::Get().Start() ||
+      !launch_.Start(cache_path, command_line_->switches(), enable, &error)) {
+    fprintf(stderr, "Chromium could not be started: %s\n", error.c_str());
+    fflush(stderr);
+    return false;
+  }
+  app_ = app;
+  global_context_ = new RequestContext(cookies_, cache_path, nullptr);
+  running_ = true;
+  static const int registered = std::atexit([] { Engine::Get().Shutdown(); });
+  static_cast<void>(registered);
+
+  const CefRefPtr<CefBrowserProcessHandler> handler =
+      app.get() ? app->GetBrowserProcessHandler() : nullptr;
+  if (handler.get()) handler->OnContextInitialized();
+  return true;
+}
+
+void Engine::Shutdown() {
+  if (!running_.exchange(false)) return;
+  launch_.End();
+}
+
+void Engine::RunMessageLoop() {
+  if (running_) MessageLoop::Get().Run();
+}
+
+bool Engine::CreateBrowser(BrowserOrder order) {
+  if (!running_) return false;
+  factory_.Order(std::move(order));
+  return true;
+}
+
+}  // namespace engine

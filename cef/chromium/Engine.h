@@ -1,0 +1,74 @@
+// The framework as a whole: what CefInitialize starts, and who belongs to whom.
+
+#ifndef CEF_CHROMIUM_ENGINE_H_
+#define CEF_CHROMIUM_ENGINE_H_
+
+#include <atomic>
+#include <string>
+
+#include "cef/chromium/BrowserFactory.h"
+#include "cef/chromium/BrowserTable.h"
+#include "cef/chromium/Certificates.h"
+#include "cef/chromium/CommandLine.h"
+#include "cef/chromium/CookieStore.h"
+#include "cef/chromium/DevToolsConnection.h"
+#include "cef/chromium/Launch.h"
+#include "cef/chromium/LoadErrors.h"
+#include "cef/chromium/NetworkHooks.h"
+#include "cef/chromium/Targets.h"
+#include "include/cef_app.h"
+#include "include/cef_request_context.h"
+
+namespace engine {
+
+class Engine {
+ public:
+  // Never destroyed: callbacks of late threads still find it.
+  static Engine& Get();
+
+  // CefInitialize, on the main thread. A call while the engine runs does nothing and succeeds. False
+  // after at most 15 seconds; standard error then says why.
+  bool Initialize(const CefSettings& settings, CefRefPtr<CefApp> app);
+
+  // Ends Chromium; also called when the process exits. Main thread.
+  void Shutdown();
+
+  // CefRunMessageLoop: returns at once when the engine does not run.
+  void RunMessageLoop();
+
+  // CefBrowserHost::CreateBrowser. False when the engine does not run. Any thread.
+  bool CreateBrowser(BrowserOrder order);
+
+  // Any thread. Null before Initialize().
+  CefRefPtr<CefCommandLine> command_line() const { return command_line_.get(); }
+  CefRefPtr<CefRequestContext> global_context() const { return global_context_; }
+
+  CookieStore& cookies() { return cookies_; }
+
+ private:
+  Engine();
+
+  void Wire();
+  void OnConnectionClosed();
+  bool OpenByTarget(std::string* err);
+
+  DevToolsConnection connection_;
+  Launch launch_{connection_};
+  BrowserTable table_;
+  BrowserFactory factory_;
+  CookieStore cookies_{connection_};
+  NetworkHooks hooks_{connection_, table_};
+  Certificates certificates_{connection_, hooks_};
+  LoadErrors load_errors_{connection_, table_};
+  Targets targets_{connection_, table_, factory_};
+
+  std::atomic<bool> running_{false};
+  // Set once, on the main thread, before anybody else asks.
+  CefRefPtr<CommandLine> command_line_;
+  CefRefPtr<CefRequestContext> global_context_;
+  CefRefPtr<CefApp> app_;
+};
+
+}  // namespace engine
+
+#endif  // CEF_CHROMIUM_ENGINE_H_

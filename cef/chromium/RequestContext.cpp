@@ -1,0 +1,44 @@
+#include "cef/chromium/RequestContext.h"
+
+#include "cef/chromium/CookieManager.h"
+#include "cef/chromium/Engine.h"
+#include "cef/chromium/MessageLoop.h"
+
+namespace engine {
+
+CefRefPtr<CefRequestContext> RequestContext::Global() { return Engine::Get().global_context(); }
+
+CefRefPtr<CefRequestContext> RequestContext::Share(CefRefPtr<CefRequestContext> other,
+                                                   CefRefPtr<CefRequestContextHandler> handler) {
+  if (!other.get() || !handler.get()) return other;
+  return new RequestContext(Engine::Get().cookies(), other->GetCachePath().ToString(), handler);
+}
+
+CefRefPtr<CefCookieManager> RequestContext::GetCookieManager(
+    CefRefPtr<CefCompletionCallback> callback) {
+  if (handler_.get() && !handler_told_.exchange(true)) {
+    CefRefPtr<RequestContext> self = this;
+    if (MessageLoop::Get().OnUiThread()) {
+      handler_->OnRequestContextInitialized(self.get());
+    } else {
+      MessageLoop::Get().PostTask(
+          [self] { self->handler_->OnRequestContextInitialized(self.get()); });
+    }
+  }
+  PostCompletion(callback);
+  return new CookieManager(store_);
+}
+
+void RequestContext::ClearCertificateExceptions(CefRefPtr<CefCompletionCallback> callback) {
+  PostCompletion(callback);
+}
+
+void RequestContext::ClearHttpAuthCredentials(CefRefPtr<CefCompletionCallback> callback) {
+  PostCompletion(callback);
+}
+
+void RequestContext::CloseAllConnections(CefRefPtr<CefCompletionCallback> callback) {
+  PostCompletion(callback);
+}
+
+}  // namespace engine

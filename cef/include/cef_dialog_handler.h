@@ -1,0 +1,10 @@
+// File choosers. Nothing here uses it: the class exists because signatures name it.
+
+#ifndef CEF_INCLUDE_CEF_DIALOG_HANDLER_H_
+#define CEF_INCLUDE_CEF_DIALOG_HANDLER_H_
+
+#include "include/cef_base.h"
+
+class CefDialogHandler : public virtual CefBaseRefCounted {};
+
+#endif  // CEF_INCLUDE_CEF_DIALOG_HANDLER_H_

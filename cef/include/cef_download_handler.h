@@ -1,0 +1,11 @@
+// Downloads; without a handler they are cancelled. Nothing here uses it: the class exists because
+// signatures name it.
+
+#ifndef CEF_INCLUDE_CEF_DOWNLOAD_HANDLER_H_
+#define CEF_INCLUDE_CEF_DOWNLOAD_HANDLER_H_
+
+#include "include/cef_base.h"
+
+class CefDownloadHandler : public virtual CefBaseRefCounted {};
+
+#endif  // CEF_INCLUDE_CEF_DOWNLOAD_HANDLER_H_

@@ -1,0 +1,10 @@
+// Dragging into the browser. Nothing here uses it: the class exists because signatures name it.
+
+#ifndef CEF_INCLUDE_CEF_DRAG_HANDLER_H_
+#define CEF_INCLUDE_CEF_DRAG_HANDLER_H_
+
+#include "include/cef_base.h"
+
+class CefDragHandler : public virtual CefBaseRefCounted {};
+
+#endif  // CEF_INCLUDE_CEF_DRAG_HANDLER_H_

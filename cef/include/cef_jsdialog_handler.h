@@ -1,0 +1,11 @@
+// Dialogs that a page's script opens. Nothing here uses it: the class exists because signatures
+// name it.
+
+#ifndef CEF_INCLUDE_CEF_JSDIALOG_HANDLER_H_
+#define CEF_INCLUDE_CEF_JSDIALOG_HANDLER_H_
+
+#include "include/cef_base.h"
+
+class CefJSDialogHandler : public virtual CefBaseRefCounted {};
+
+#endif  // CEF_INCLUDE_CEF_JSDIALOG_HANDLER_H_

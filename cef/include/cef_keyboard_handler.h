@@ -1,0 +1,10 @@
+// Keyboard events. Nothing here uses it: the class exists because signatures name it.
+
+#ifndef CEF_INCLUDE_CEF_KEYBOARD_HANDLER_H_
+#define CEF_INCLUDE_CEF_KEYBOARD_HANDLER_H_
+
+#include "include/cef_base.h"
+
+class CefKeyboardHandler : public virtual CefBaseRefCounted {};
+
+#endif  // CEF_INCLUDE_CEF_KEYBOARD_HANDLER_H_

@@ -1,0 +1,10 @@
+// Printing. Nothing here uses it: the class exists because signatures name it.
+
+#ifndef CEF_INCLUDE_CEF_PRINT_HANDLER_H_
+#define CEF_INCLUDE_CEF_PRINT_HANDLER_H_
+
+#include "include/cef_base.h"
+
+class CefPrintHandler : public virtual CefBaseRefCounted {};
+
+#endif  // CEF_INCLUDE_CEF_PRINT_HANDLER_H_

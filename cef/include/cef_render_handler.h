@@ -1,0 +1,10 @@
+// Rendering without a window. Nothing here uses it: the class exists because signatures name it.
+
+#ifndef CEF_INCLUDE_CEF_RENDER_HANDLER_H_
+#define CEF_INCLUDE_CEF_RENDER_HANDLER_H_
+
+#include "include/cef_base.h"
+
+class CefRenderHandler : public virtual CefBaseRefCounted {};
+
+#endif  // CEF_INCLUDE_CEF_RENDER_HANDLER_H_

@@ -1,0 +1,11 @@
+// Localised texts and data of the framework. Nothing here uses it: the class exists because
+// signatures name it.
+
+#ifndef CEF_INCLUDE_CEF_RESOURCE_BUNDLE_HANDLER_H_
+#define CEF_INCLUDE_CEF_RESOURCE_BUNDLE_HANDLER_H_
+
+#include "include/cef_base.h"
+
+class CefResourceBundleHandler : public virtual CefBaseRefCounted {};
+
+#endif  // CEF_INCLUDE_CEF_RESOURCE_BUNDLE_HANDLER_H_

@@ -1,0 +1,9 @@
+// Marks what the framework exports by name.
+
+#ifndef CEF_INCLUDE_INTERNAL_CEF_EXPORT_H_
+#define CEF_INCLUDE_INTERNAL_CEF_EXPORT_H_
+
+#define CEF_EXPORT __attribute__((visibility("default")))
+#define CEF_CALLBACK
+
+#endif  // CEF_INCLUDE_INTERNAL_CEF_EXPORT_H_

@@ -1,0 +1,29 @@
+# Compile options that every target of the project shares, and the folder that receives what is
+# built for an installation.
+
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+find_package(Threads REQUIRED)
+
+# Where built files are laid out as they will be installed.
+if(EB_INSTALL_ROOT)
+  set(EB_STAGE ${EB_INSTALL_ROOT})
+else()
+  set(EB_STAGE ${CMAKE_CURRENT_BINARY_DIR}/package-root)
+endif()
+set(EB_PRODUCT_SUPPORT "/Library/Application Support/Corvane Secure")
+set(EB_FRAMEWORK_DIR "${EB_PRODUCT_SUPPORT}/Chromium Embedded Framework.framework")
+set(EB_APP_BUNDLE "/Applications/Corvane Secure.app")
+set(EB_PROGRAM_DIR "${EB_APP_BUNDLE}/Contents/Helpers/EmbeddedBrowser.app")
+
+add_library(ebOptions INTERFACE)
+target_compile_features(ebOptions INTERFACE cxx_std_17)
+set_property(TARGET ebOptions PROPERTY INTERFACE_INCLUDE_DIRECTORIES ${PROJECT_SOURCE_DIR})
+target_compile_options(ebOptions INTERFACE -Wall -Wextra $<$<BOOL:${EB_WERROR}>:-Werror>)
+if(EB_SANITIZE)
+  target_compile_options(ebOptions INTERFACE -fsanitize=${EB_SANITIZE} -fno-omit-frame-pointer)
+  target_link_options(ebOptions INTERFACE -fsanitize=${EB_SANITIZE})
+endif()
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_OBJCXX_STANDARD 17)
+set(CMAKE_OBJCXX_EXTENSIONS OFF)

@@ -1,0 +1,38 @@
+// What all catalogs have in common: they receive records, may have a branding file, and load the
+// variant of a file for the user's language.
+
+#ifndef LIBS_CATALOGUTIL_BASECATALOG_H_
+#define LIBS_CATALOGUTIL_BASECATALOG_H_
+
+#include <string>
+
+namespace orb::CatalogUtil {
+
+class BaseCatalog {
+ public:
+  BaseCatalog() = default;
+  BaseCatalog(const BaseCatalog&) = delete;
+  BaseCatalog& operator=(const BaseCatalog&) = delete;
+
+  // Takes one record of a catalog file. Called by the parser on the thread that loads the file.
+  virtual void onCatalogRecord(const std::wstring& section, const std::wstring& key,
+                               const std::wstring& value) = 0;
+  virtual ~BaseCatalog() = default;
+
+  // Loads the variant of `path` for `language` (such as L"fr-fr") on top of the base file, whose
+  // name must hold "_EN": first the one for language and region ("_FR-FR"), and if there is none
+  // the one for the language alone ("_FR"). American English is the base file itself. A variant
+  // that is missing is only a log line; null or empty arguments do nothing.
+  void loadLocalized(const wchar_t* path, const wchar_t* language);
+
+  // The file whose records override those of the base files. A null or empty path changes nothing.
+  // Set it before the catalog is loaded.
+  void setBrandingFilePath(const wchar_t* path);
+  std::wstring getBrandingFilePath() const { return m_brandingFilePath; }
+
+  std::wstring m_brandingFilePath;
+};
+
+}  // namespace orb::CatalogUtil
+
+#endif  // LIBS_CATALOGUTIL_BASECATALOG_H_

@@ -1,0 +1,44 @@
+// Reads a catalog file and hands its records to a catalog.
+//
+// A catalog is UTF-8 text in lines that end at LF: "[section]" lines, "key = value" records that
+// belong to the section above them, comments with ';' in column one. Spaces and tabs around names
+// and values do not count; \t, \n and \r in a value stand for the characters. What is malformed is
+// skipped: a line without meaning as a whole, a line with broken UTF-8 from there on.
+
+#ifndef LIBS_CATALOGUTIL_CATALOGPARSER_H_
+#define LIBS_CATALOGUTIL_CATALOGPARSER_H_
+
+#include <string>
+
+#include "libs/catalogUtil/BaseCatalog.h"
+
+namespace orb::CatalogUtil {
+
+enum FileEncoding : int {
+  kAnyBytes = 0,      // decoded as UTF-8, with no byte-order mark asked for
+  kUtf8WithMark = 1,  // the UTF-8 byte-order mark must come first
+};
+
+// Made for one load. Takes no lock.
+class CatalogParser {
+ public:
+  // `catalog` receives the records and must outlive the parser.
+  explicit CatalogParser(BaseCatalog& catalog) : m_catalog(catalog) {}
+
+  // Reads the file and delivers its records in order. False when the path is null or empty or
+  // cannot be read (nothing is logged), and when the encoding is not the one asked for (level 2;
+  // checked at the first line that is not empty, so a file without any loads whatever is asked
+  // for).
+  bool loadCatalogFile(const wchar_t* path, FileEncoding encoding);
+
+  BaseCatalog& m_catalog;
+  // The name of the section being read; empty before the first one.
+  std::wstring m_section;
+
+ private:
+  void ParseLine(std::wstring line);
+};
+
+}  // namespace orb::CatalogUtil
+
+#endif  // LIBS_CATALOGUTIL_CATALOGPARSER_H_

@@ -1,0 +1,42 @@
+// The log's folders and its file: safe creation, appending, rotation to ".old".
+
+#ifndef LIBS_KXLOG_KXLOGSERVICE_MAC_KXMACLOGSERVICEFILE_H_
+#define LIBS_KXLOG_KXLOGSERVICE_MAC_KXMACLOGSERVICEFILE_H_
+
+#include <cstdint>
+#include <cstdio>
+
+// This process's open log file, or null.
+extern FILE* g_hLogFile;
+
+// The control block's rotation generation when g_hLogFile was opened. Every rotation counts the
+// generation up, whichever process does it; a process that finds the two different writes to a file
+// that has been renamed, and opens the path anew.
+extern uint32_t CurrentLogRotationCount;
+
+// Creates a folder and its missing ancestors, with mode 0755. A symbolic link in the place of the
+// folder itself is removed first; links among its ancestors are followed.
+bool CreateLogDirectory(const char* path);
+
+// Whether `path` itself is a symbolic link.
+bool IsSymLink(const char* path);
+
+// Opens a log file for appending, creating it when there is none. It gets the mode 0666 whatever
+// the process's umask, since processes of other users append to it too. A symbolic link in its
+// place is removed, never followed. Returns null on any failure; the caller closes the stream.
+FILE* CreateLogFile(const char* path);
+
+// Whether the control block may name this log file: it must lie in one of the product's log
+// folders, compared without regard to case, and be no symbolic link.
+bool IsValidLogFilePathInSHM(const char* path);
+
+// Appends header and record to the log; called with the log lock held. Rotates the file first when
+// it has reached the maximum size, and opens it first when that is due. Returns false when the
+// file cannot be rotated or opened. When the control block names an unacceptable file, also sets
+// `*resetRequested` (may be null) to 1: the caller then resets the control block.
+bool LogData(const char* header, const char* record, int* resetRequested);
+
+// Does nothing.
+void LogProtectionCleanUp();
+
+#endif  // LIBS_KXLOG_KXLOGSERVICE_MAC_KXMACLOGSERVICEFILE_H_

@@ -1,0 +1,164 @@
+#include "libs/kxlog/kxLogService/Mac/kxMacLogserviceApiLib.h"
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/mman.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <string>
+
+#include "libs/kxaccess/InstallPaths.h"
+#include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
+#include "libs/kxlog/kxLogService/kxLogServiceAPILib.h"
+#include "platform/ProcessName.h"
+#include "platform/SharedMemoryName.h"
+
+namespace {
+
+constexpr char s_GlobalMmfName[] = "/Corvane Secure/debuglog.shm";
+constexpr char s_SessionMmfName[] = "/Library/Users/debuglog.shm";
+constexpr const char* s_GlobalShareLogName = InstallPaths::kLogFile;
+char s_SessionShareLogName[1024] = "";
+
+constexpr char kLogNameVariable[] = "VELD_LOG_NAME";
+constexpr size_t kLogNameLimit = 1020;
+
+// Finds the lock to share, the machine-wide one first.
+bool OpenSession() {
+  bUseGlobalSession = 1;
+  if (CreateLogDirectory(LogGlobalShareLockName) && LogLockInit(LogGlobalShareLockName)) {
+    return true;
+  }
+  bUseGlobalSession = 0;
+  GetLogSessionShareLockName();
+  return CreateLogDirectory(s_LogSessionShareLockName) && LogLockInit(s_LogSessionShareLockName);
+}
+
+LogControlBlock* MapControlBlock() {
+  const std::string name =
+      SharedMemoryName(GetMmfName(bUseGlobalSession != 0), InstallPaths::kRoot);
+  const int fd = shm_open(name.c_str(), O_RDWR | O_CREAT, 0666);
+  if (fd < 0) return nullptr;
+  // macOS does not let an existing object be resized.
+  if (ftruncate(fd, sizeof(LogControlBlock)) != 0 && errno != EINVAL) {
+    close(fd);
+    return nullptr;
+  }
+  void* block = mmap(nullptr, sizeof(LogControlBlock), PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+  close(fd);
+  return block == MAP_FAILED ? nullptr : static_cast<LogControlBlock*>(block);
+}
+
+void InitialiseControlBlock(LogControlBlock* block) {
+  const uint64_t size_and_magic = uint64_t{kLogControlMagic} << 32 | sizeof(LogControlBlock);
+  memcpy(&block->size, &size_and_magic, sizeof(block->size) + sizeof(block->magic));
+  block->path[0] = '\0';
+  block->rotation_state = kLogNeverRotated;
+  const char* path = getenv(kLogNameVariable);
+  if (path == nullptr || strlen(path) >= kLogNameLimit) {
+    path = GetPrivShareLogName(bUseGlobalSession != 0);
+  }
+  snprintf(block->path, sizeof(block->path), "%s", path);
+  block->maximum_size = kLogMaximumSize;
+  block->service_word = kLogServiceWord;
+}
+
+}  // namespace
+
+const char* GetMmfName(bool global) { return global ? s_GlobalMmfName : s_SessionMmfName; }
+
+const char* GetPrivShareLogName(bool global) {
+  if (global) return s_GlobalShareLogName;
+  if (s_SessionShareLogName[0] == '\0') {
+    const std::string path = std::string(GetUserHome()) + kLogFolderUnderHome + "/debuglog.log";
+    snprintf(s_SessionShareLogName, sizeof(s_SessionShareLogName), "%s", path.c_str());
+  }
+  return s_SessionShareLogName;
+}
+
+// A failure after the lock was taken leaves it taken, on purpose: the system releases it when the
+// process ends.
+bool KXLogProcessAttachInit() {
+  if (CurrentLogMode == kLogModeOff) return false;
+  if (bLogInitialized) return true;
+  GetCurrentProcessName();
+  if (!OpenSession() || !LogLock()) return false;
+  if (bLogInitialized) {  // another thread was faster
+    LogUnlock();
+    return true;
+  }
+
+  LogControlBlock* block = MapControlBlock();
+  if (block == nullptr) return false;
+  pShareMemory = block;
+  if (block->size == 0 || !IsValidLogFilePathInSHM(block->path)) InitialiseControlBlock(block);
+  bIsShareMemoryReadWriteView = 1;
+  size_t length = sizeof(CurrentUserName);
+  if (GetUserName(CurrentUserName, &length)) {
+    EscapeParameter(CurrentUserName, strlen(CurrentUserName));
+  }
+  bLogInitialized = 1;
+  LogUnlock();
+  return true;
+}
+
+bool KXLogProcessDetachInit() {
+  if (!bLogInitialized) return true;
+  bLogInitialized = 0;
+  munmap(pShareMemory, sizeof(LogControlBlock));
+  pShareMemory = nullptr;
+  LogLockClose();
+  SetShareMemoryPrivateFlag(0);
+  SetShareMemoryReadWriteViewFlag(0);
+  return true;
+}
+
+void GetLocalSystemTime(uint16_t out[8]) {
+  timeval now;
+  gettimeofday(&now, nullptr);
+  tm local;
+  localtime_r(&now.tv_sec, &local);
+  const int fields[8] = {
+      local.tm_year + 1900, local.tm_mon + 1, local.tm_wday, local.tm_mday,
+      local.tm_hour,        local.tm_min,     local.tm_sec,  static_cast<int>(now.tv_usec / 1000)};
+  for (int i = 0; i < 8; ++i) out[i] = static_cast<uint16_t>(fields[i]);
+}
+
+bool GetUserName(char* dest, size_t* len) {
+  const passwd* user = getpwuid(getuid());
+  const char* name = user != nullptr ? user->pw_name : "";
+  if (user != nullptr && dest != nullptr && *len != 0) snprintf(dest, *len, "%s", name);
+  *len = strlen(name);
+  endpwent();
+  return *len != 0;
+}
+
+const char* GetUserHome() {
+  static char home[1024] = "";
+  if (home[0] != '\0') return home;
+  const passwd* user = getpwuid(getuid());
+  if (user == nullptr) return "~";
+  snprintf(home, sizeof(home), "%s", user->pw_dir);
+  return home;
+}
+
+bool GetCurrentProcessName() {
+  if (!GetModuleFilePath(CurrentProcessName, sizeof(CurrentProcessName))) return false;
+  EscapeParameter(CurrentProcessName, strlen(CurrentProcessName));
+  return true;
+}
+
+bool GetModuleFilePath(char* dest, size_t size) {
+  if (strcmp(CurrentProcessName, "Unknown.exe") == 0 &&
+      !GetOwnProcessName(CurrentProcessName, sizeof(CurrentProcessName))) {
+    return false;
+  }
+  if (dest != CurrentProcessName) snprintf(dest, size, "%s", CurrentProcessName);
+  return true;
+}

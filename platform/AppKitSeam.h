@@ -1,0 +1,37 @@
+// Where the AppKit of this system differs from the one the program is written against.
+//
+// Everything here belongs to the main thread.
+
+#ifndef PLATFORM_APPKITSEAM_H_
+#define PLATFORM_APPKITSEAM_H_
+
+#import <AppKit/AppKit.h>
+
+// The encoding of a wide string's bytes: UTF-32, little-endian.
+NSStringEncoding WideStringEncoding();
+
+// Prepares the process for AppKit; to be called before its first Objective-C call. Later calls do
+// nothing.
+void StartAppKitProcess();
+
+// [application_class sharedApplication]. Raises what that raises: without a display an NSException,
+// after which NSApp exists but cannot show anything. The process keeps its signal handlers and its
+// uncaught-exception handler.
+NSApplication* CreateSharedApplication(Class application_class);
+
+// The folder that [NSBundle bundleWithPath:] needs to find the resources of an installed
+// application.
+NSString* ResourceRootOfApplication(NSString* application_path);
+
+// To be called by the application object for every window that it is about to run modally.
+void PrepareModalWindow(NSWindow* window);
+
+#ifdef GNUSTEP
+// What AppKit has had since macOS 10.8. The array is filled with nothing. Without this the main
+// menu cannot be loaded: the message is not understood.
+@interface NSBundle (InterfaceFiles)
+- (BOOL)loadNibNamed:(NSString*)name owner:(id)owner topLevelObjects:(NSArray**)objects;
+@end
+#endif
+
+#endif  // PLATFORM_APPKITSEAM_H_

@@ -1,0 +1,105 @@
+#include <signal.h>
+#include <unistd.h>
+
+#import <Foundation/NSDistributedNotificationCenter.h>
+
+#import "platform/AppKitSeam.h"
+
+namespace {
+
+// AppKit's X backend installs handlers of its own for SIGINT and SIGTERM, which end the application
+// from within the signal. Without this the process's own handlers for them are lost.
+class KeptSignalHandlers {
+ public:
+  KeptSignalHandlers() {
+    for (int i = 0; i < kCount; ++i) sigaction(kNumbers[i], nullptr, &actions_[i]);
+  }
+  ~KeptSignalHandlers() {
+    for (int i = 0; i < kCount; ++i) sigaction(kNumbers[i], &actions_[i], nullptr);
+  }
+
+ private:
+  static constexpr int kCount = 3;
+  static constexpr int kNumbers[kCount] = {SIGHUP, SIGINT, SIGTERM};
+  struct sigaction actions_[kCount];
+};
+
+// AppKit replaces the handler by one that opens a modal panel. Without this an uncaught exception
+// hangs a process that nobody watches.
+class KeptExceptionHandler {
+ public:
+  KeptExceptionHandler() : handler_(NSGetUncaughtExceptionHandler()) {}
+  ~KeptExceptionHandler() { NSSetUncaughtExceptionHandler(handler_); }
+
+ private:
+  NSUncaughtExceptionHandler* handler_;
+};
+
+}  // namespace
+
+// Without this the first use of AppKit starts a notification daemon, which costs most of a second
+// and outlives the process by a minute. Nothing here posts or observes across processes.
+@implementation NSDistributedNotificationCenter (Quiet)
++ (id)defaultCenter {
+  return nil;
+}
+@end
+
+@implementation NSBundle (InterfaceFiles)
+- (BOOL)loadNibNamed:(NSString*)name owner:(id)owner topLevelObjects:(NSArray**)objects {
+  (void)objects;
+  NSDictionary* table = [NSDictionary dictionaryWithObject:owner forKey:NSNibOwner];
+  return [self loadNibFile:name externalNameTable:table withZone:NULL];
+}
+@end
+
+// Without this a modal panel does not take part in the window manager's close protocol, and closing
+// it cuts the connection to the display, which ends the process.
+@interface NSWindow (Closable)
+- (void)makeClosable;
+@end
+
+@implementation NSWindow (Closable)
+- (void)makeClosable {
+  // The window manager learns the style when the window is created there.
+  if ([self windowNumber] == 0) _styleMask |= NSClosableWindowMask;
+}
+@end
+
+NSStringEncoding WideStringEncoding() { return NSUTF32LittleEndianStringEncoding; }
+
+void StartAppKitProcess() {
+  static bool started = false;
+  if (started) return;
+  started = true;
+
+  // Without this the process name, which shows in messages and window classes, is a tail of the
+  // launch request, and further arguments are opened as documents.
+  static char name[] = "EmbeddedBrowser";
+  static char* arguments[] = {name, nullptr};
+  GSInitializeProcess(1, arguments, environ);
+
+  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  // Without these a stray icon window and a floating menu appear beside the browser.
+  NSDictionary* defaults = [NSDictionary dictionaryWithObjectsAndKeys:@"YES", @"GSSuppressAppIcon",
+                                                                      @"NSWindows95InterfaceStyle",
+                                                                      @"NSMenuInterfaceStyle", nil];
+  [[NSUserDefaults standardUserDefaults] registerDefaults:defaults];
+  // Without a run loop of its own the thread performs queued selectors at once.
+  [NSRunLoop currentRunLoop];
+  [pool drain];
+}
+
+NSApplication* CreateSharedApplication(Class application_class) {
+  KeptSignalHandlers signals;
+  KeptExceptionHandler exceptions;
+  return [application_class sharedApplication];
+}
+
+NSString* ResourceRootOfApplication(NSString* application_path) {
+  // Resources are looked for directly below the given folder, where an application installed for
+  // macOS has none.
+  return [application_path stringByAppendingPathComponent:@"Contents"];
+}
+
+void PrepareModalWindow(NSWindow* window) { [window makeClosable]; }

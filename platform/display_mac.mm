@@ -1,0 +1,5 @@
+#import <AppKit/AppKit.h>
+
+#include "platform/Display.h"
+
+bool HaveDisplay() { return NSApp != nil; }

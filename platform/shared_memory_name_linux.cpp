@@ -1,0 +1,9 @@
+#include <algorithm>
+
+#include "platform/SharedMemoryName.h"
+
+std::string SharedMemoryName(const std::string& product_name, const std::string& install_root) {
+  std::string name = product_name;
+  if (!name.empty()) std::replace(name.begin() + 1, name.end(), '/', '_');
+  return name + StagingSuffix(install_root);
+}

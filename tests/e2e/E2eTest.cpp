@@ -1,0 +1,248 @@
+#include "tests/e2e/E2eTest.h"
+
+#include <poll.h>
+#include <rapidjson/document.h>
+#include <signal.h>
+#include <sys/ipc.h>
+#include <sys/shm.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <sstream>
+#include <thread>
+
+#include "libs/kxaccess/InstallPaths.h"
+#include "tests/support/TrustStore.h"
+
+namespace {
+
+constexpr std::chrono::seconds kLeavingTime{5};
+constexpr size_t kSegmentSize = 4096;
+
+int SegmentId(const std::string& data_folder) {
+  const key_t key = ftok(data_folder.c_str(), 'R');
+  return key == -1 ? -1 : shmget(key, 0, 0);
+}
+
+// The segment's text; it is removed.
+std::string TakeSegment(const std::string& data_folder) {
+  const int id = SegmentId(data_folder);
+  if (id == -1) return "";
+  std::string text;
+  void* const memory = shmat(id, nullptr, SHM_RDONLY);
+  if (memory != reinterpret_cast<void*>(-1)) {
+    text.assign(static_cast<char*>(memory), strnlen(static_cast<char*>(memory), kSegmentSize));
+    shmdt(memory);
+  }
+  shmctl(id, IPC_RMID, nullptr);
+  return text;
+}
+
+std::string TextMember(const rapidjson::Value& object, const char* key) {
+  const auto found = object.FindMember(key);
+  return found != object.MemberEnd() && found->value.IsString() ? found->value.GetString() : "";
+}
+
+// True when the process ends before the time is over.
+bool EndsSoon(pid_t process, std::chrono::milliseconds limit) {
+  const int descriptor = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
+  if (descriptor < 0) return true;
+  pollfd watched = {descriptor, POLLIN, 0};
+  const bool ended = poll(&watched, 1, static_cast<int>(limit.count())) == 1;
+  close(descriptor);
+  return ended;
+}
+
+std::string CommandLine(pid_t process) {
+  return ReadFile("/proc/" + std::to_string(process) + "/cmdline");
+}
+
+}  // namespace
+
+E2eTest::E2eTest() {
+  for (const char* path : {InstallPaths::kFrameworkLibrary}) TakenAway::Restore(path);
+  for (const char* path : {"/Contents/Resources/CorvaneResource_EN.txt",
+                           "/Contents/Resources/MessageCatalogCorvaneUI_EN.txt",
+                           "/Contents/Plugins/VELD/access.ini"}) {
+    TakenAway::Restore(InstallPaths::kAppBundle + std::string(path));
+  }
+  display_ = std::make_unique<VirtualDisplay>(VirtualDisplay::WindowManager::kOpenbox);
+  box_ = std::make_unique<GatewayBox>();
+  std::filesystem::create_directories(DataFolder());
+  std::filesystem::create_directories(home_.file("tmp"));
+  std::error_code none;
+  const auto size = std::filesystem::file_size(InstallPaths::kLogFile, none);
+  log_begin_ = none ? 0 : size;
+}
+
+void E2eTest::TearDown() {
+  for (const pid_t process : UserProcesses()) {
+    EXPECT_TRUE(EndsSoon(process, kLeavingTime)) << "left behind: " << CommandLine(process);
+    kill(process, SIGKILL);
+  }
+  std::error_code none;
+  for (const auto& entry : std::filesystem::directory_iterator(DataFolder(), none)) {
+    const std::string name = entry.path().filename();
+    EXPECT_FALSE(name.rfind("cef", 0) == 0 && name != "cef" && name != "cef_browser.log") << name;
+  }
+  for (const auto& entry : std::filesystem::directory_iterator(home_.file("tmp"))) {
+    ADD_FAILURE() << "temporary file left: " << entry.path();
+  }
+  EXPECT_EQ(SegmentId(DataFolder()), -1) << "segment left: " << TakeSegment(DataFolder());
+}
+
+std::string E2eTest::DataFolder() const {
+  return home_.path() + InstallPaths::kDataFolderUnderHome;
+}
+
+std::string E2eTest::Address(const std::string& path, bool https) const {
+  return (https ? box_->https_origin() : box_->http_origin()) + path;
+}
+
+void E2eTest::TrustBox() { TrustAuthority(home_.path(), box_->authority_pem()); }
+
+Subprocess::Spec E2eTest::StarterSpec(const Step& step) const {
+  Subprocess::Spec spec;
+  spec.arguments = {EB_STARTER, "--json", "--type", step.type, "--url",
+                    Address(step.path, step.https), "--cookie", step.cookie};
+  spec.arguments.insert(spec.arguments.end(), step.options.begin(), step.options.end());
+  spec.environment = {{"HOME", home_.path()}, {"TMPDIR", home_.file("tmp")}};
+  return spec;
+}
+
+StarterReport E2eTest::Report(Subprocess& starter) {
+  StarterReport report;
+  const auto end = starter.Wait(kPatience);
+  EXPECT_TRUE(end) << "the starter did not end";
+  if (!end) return report;
+  report.exit_status = end->exit_status;
+  report.err = end->err;
+  rapidjson::Document json;
+  json.Parse(end->out.c_str());
+  EXPECT_TRUE(json.IsObject()) << end->out << end->err;
+  if (!json.IsObject()) return report;
+  report.verdict = TextMember(json, "verdict");
+  report.detail = TextMember(json, "detail");
+  report.helper_exit_status = json["helper_exit_status"].GetInt();
+  report.log = LogOf(json["helper_process"].GetInt());
+  const rapidjson::Value& data = json["return_data"];
+  if (data.IsObject()) {
+    report.post_auth_cookie = TextMember(data, "postauthcookie");
+    report.idp_cookies = TextMember(data, "samlidpcookies");
+    report.logout_url = TextMember(data, "samlidplogoutrequesturl");
+    report.slo_state = data["samlslostate"].GetInt();
+  }
+  EXPECT_NE(report.verdict, "unreadable result");
+  return report;
+}
+
+StarterReport E2eTest::Run(const Step& step) {
+  Subprocess starter(StarterSpec(step));
+  return Report(starter);
+}
+
+Subprocess::Spec E2eTest::DirectSpec(const std::string& argument) const {
+  Subprocess::Spec spec;
+  spec.arguments = {argument};
+  spec.program = EB_PROGRAM;
+  spec.environment = {{"HOME", home_.path()}, {"TMPDIR", home_.file("tmp")}};
+  return spec;
+}
+
+std::string E2eTest::Request(const std::string& path) const {
+  return R"({"browsertype":1,"url":")" + Address(path) +
+         R"(","cookie":"KXSAMLEMBID=launch","samlslourltoclearcookies":""})";
+}
+
+DirectReport E2eTest::DirectEnd(Subprocess& program, const std::string& data_folder) {
+  DirectReport report;
+  const auto end = program.Wait(kPatience);
+  EXPECT_TRUE(end) << "the program did not end";
+  report.document = TakeSegment(data_folder);
+  report.log = LogOf(program.pid());
+  if (!end) return report;
+  report.exit_status = end->exit_status;
+  report.signal = end->signal;
+  report.err = end->err;
+  EXPECT_EQ(end->out, "") << "nothing belongs on standard output";
+  rapidjson::Document json;
+  EXPECT_TRUE(report.document.empty() || !json.Parse(report.document.c_str()).HasParseError())
+      << report.document;
+  return report;
+}
+
+DirectReport E2eTest::RunDirectly(const Subprocess::Spec& spec) {
+  Subprocess program(spec);
+  return DirectEnd(program, DataFolder());
+}
+
+std::string E2eTest::LogOf(pid_t process) const {
+  std::string all = ReadFile(InstallPaths::kLogFile);
+  if (all.size() >= log_begin_) all.erase(0, log_begin_);
+  char mark[32];
+  std::snprintf(mark, sizeof mark, " p%04d ", process);
+  std::istringstream lines(all);
+  std::string own;
+  for (std::string line; std::getline(lines, line);) {
+    if (line.find(mark) != std::string::npos) own += line + "\n";
+  }
+  return own;
+}
+
+bool E2eTest::WaitForLog(pid_t process, const std::string& text) const {
+  const auto limit = std::chrono::steady_clock::now() + kPatience;
+  while (LogOf(process).find(text) == std::string::npos) {
+    if (std::chrono::steady_clock::now() > limit) return false;
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  }
+  return true;
+}
+
+std::vector<pid_t> E2eTest::UserProcesses() const {
+  std::vector<pid_t> found;
+  const std::string mark = "HOME=" + home_.path() + '\0';
+  std::error_code none;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc", none)) {
+    const pid_t process = std::atoi(entry.path().filename().c_str());
+    if (process <= 0 || process == getpid()) continue;
+    const std::string environment = ReadFile(entry.path().string() + "/environ");
+    const bool of_user = environment.find(mark) != std::string::npos ||
+                         CommandLine(process).find(home_.path() + "/") != std::string::npos;
+    if (of_user) found.push_back(process);
+  }
+  return found;
+}
+
+pid_t E2eTest::BrowserProcess() const {
+  for (const pid_t process : UserProcesses()) {
+    const std::string command = CommandLine(process);
+    if (command.find("--user-data-dir=") != std::string::npos &&
+        command.find("--type=") == std::string::npos) {
+      return process;
+    }
+  }
+  return -1;
+}
+
+std::vector<std::string> E2eTest::CookiesSentTo(const std::string& path) const {
+  std::vector<std::string> cookies;
+  for (const RecordedRequest& request : box_->requests()) {
+    if (request.target.rfind(path, 0) == 0) cookies.push_back(request.cookies);
+  }
+  return cookies;
+}
+
+TakenAway::TakenAway(const std::string& path) : path_(path) {
+  std::filesystem::rename(path_, path_ + ".away");
+}
+
+TakenAway::~TakenAway() { Restore(path_); }
+
+void TakenAway::Restore(const std::string& path) {
+  std::error_code none;
+  if (std::filesystem::exists(path + ".away")) {
+    std::filesystem::rename(path + ".away", path, none);
+  }
+}

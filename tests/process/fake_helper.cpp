@@ -1,0 +1,62 @@
+// Stands in for the browser helper in the starter's tests: takes the request from argv[0], stores
+// it beside the data folder, and does what the request's "url" says; "cookie" is the text to leave
+// in the segment.
+
+#include <rapidjson/document.h>
+#include <signal.h>
+#include <sys/ipc.h>
+#include <sys/shm.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <string>
+
+namespace {
+
+void Leave(const std::string& text) {
+  const std::string folder =
+      std::string(std::getenv("HOME")) + "/Library/Application Support/Corvane Secure/";
+  const int id = shmget(ftok(folder.c_str(), 'R'), 4096, IPC_CREAT | 0644);
+  void* const memory = shmat(id, nullptr, 0);
+  if (memory != reinterpret_cast<void*>(-1)) std::memcpy(memory, text.data(), text.size());
+}
+
+void Tell(const std::string& name, const std::string& text) {
+  const std::string path = std::string(std::getenv("HOME")) + "/" + name;
+  std::ofstream(path + ".new") << text;
+  std::rename((path + ".new").c_str(), path.c_str());
+}
+
+// Until a signal comes; returns its number.
+int Linger() {
+  sigset_t ending;
+  sigemptyset(&ending);
+  for (const int number : {SIGHUP, SIGINT, SIGTERM}) sigaddset(&ending, number);
+  sigprocmask(SIG_BLOCK, &ending, nullptr);
+  Tell("ready", std::to_string(getpid()));
+  int number = 0;
+  alarm(60);
+  sigwait(&ending, &number);
+  Tell("signal", std::to_string(number));
+  return number;
+}
+
+}  // namespace
+
+int main(int, char** argv) {
+  Tell("request", argv[0]);
+  rapidjson::Document request;
+  if (request.Parse(argv[0]).HasParseError()) return 255;
+  const std::string behaviour = request["url"].GetString();
+  const std::string text = request["cookie"].GetString();
+  if (behaviour == "linger") Linger();
+  if (behaviour == "stubborn") {
+    for (;;) Linger();
+  }
+  if (behaviour == "crash") std::abort();
+  if (behaviour == "fail") return 255;
+  if (!text.empty()) Leave(text);
+  return 0;
+}

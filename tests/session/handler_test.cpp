@@ -1,0 +1,216 @@
+#include "GUI/cefBrowser/CefBrowserHandler.h"
+
+#include <thread>
+
+#include "GUI/newUI/CommonWebBrowser.h"
+#include "tests/session/SessionTest.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::StartsWith;
+
+// A step that ends at a chosen address or cookie, and keeps what it was asked.
+class Scripted : public CefEmbBrowserLogin {
+ public:
+  bool ProcessCookieResponse(const std::string& url, const std::string& cookies) override {
+    FakeTrace("ProcessCookieResponse(" + url + ", " + cookies + ")");
+    return cookies == "end=1";
+  }
+  bool CheckIfCompleted(const std::wstring& url) override {
+    FakeTrace("CheckIfCompleted()");
+    return url == L"https://end/";
+  }
+};
+
+class Handler : public SessionTest {
+ protected:
+  Handler() : session(new Scripted), handler(new EmbBrowserHandler(false, session.get())) {
+    session->m_handler = handler;
+  }
+  ~Handler() override {
+    // The two hold each other.
+    session->m_handler = nullptr;
+    handler->m_BrowserList_.clear();
+  }
+
+  CefRefPtr<FakeBrowser> Open() {
+    CefRefPtr<FakeBrowser> browser = cef.MakeBrowser(handler.get());
+    handler->OnAfterCreated(browser.get());
+    return browser;
+  }
+
+  bool Respond(const CefRefPtr<FakeBrowser>& browser, const std::string& url,
+               const std::string& cookies) {
+    CefRefPtr<FakeRequest> request = new FakeRequest(url, cookies);
+    CefRefPtr<FakeResponse> response = new FakeResponse;
+    response->headers.emplace("Set-Cookie", "end=1");
+    return handler->OnResourceResponse(browser.get(), browser->mainFrame.get(), request.get(),
+                                       response.get());
+  }
+
+  CefRefPtr<Scripted> session;
+  CefRefPtr<EmbBrowserHandler> handler;
+};
+
+TEST_F(Handler, IsReachableWhileItLives) {
+  EXPECT_EQ(EmbBrowserHandler::GetInstance(), handler.get());
+  session->m_handler = nullptr;
+  handler = nullptr;
+  EXPECT_EQ(EmbBrowserHandler::GetInstance(), nullptr);
+  handler = new EmbBrowserHandler(false, session.get());
+}
+
+TEST_F(Handler, EndsTheLoopWithTheLastBrowser) {
+  auto first = Open();
+  auto second = Open();
+  cef.ClearTrace();
+
+  EXPECT_FALSE(handler->DoClose(first.get()));
+  EXPECT_FALSE(handler->m_IsClosing_) << "another browser is still open";
+  handler->OnBeforeClose(first.get());
+  EXPECT_THAT(cef.Trace(), ElementsAre());
+
+  EXPECT_FALSE(handler->DoClose(second.get()));
+  EXPECT_TRUE(handler->m_IsClosing_);
+  handler->OnBeforeClose(second.get());
+  EXPECT_THAT(cef.Trace(), ElementsAre("QuitMessageLoop()", "CloseAllConnections(callback=yes)"));
+}
+
+TEST_F(Handler, ClosesAllBrowsersInOrder) {
+  handler->CloseAllBrowsers(true);
+  EXPECT_THAT(cef.Trace(), ElementsAre()) << "without a browser nothing may happen";
+
+  Open();
+  Open();
+  cef.ClearTrace();
+  handler->CloseAllBrowsers(false);
+  EXPECT_THAT(cef.Trace(),
+              ElementsAre("CloseBrowser(id=1, force=false)", "CloseBrowser(id=2, force=false)"));
+}
+
+TEST_F(Handler, MovesACloseToTheUiThread) {
+  Open();
+  cef.ClearTrace();
+  cef.currentThread = TID_IO;
+  session->closeBrowserOnTimeout();
+  EXPECT_THAT(cef.Trace(), ElementsAre("PostTask(UI)"));
+  cef.RunTasks(TID_UI);
+  EXPECT_THAT(cef.Trace({"CloseBrowser"}), ElementsAre("CloseBrowser(id=1, force=true)"));
+}
+
+TEST_F(Handler, AStopBeforeTheHandlerExistsIsHarmless) {
+  CefRefPtr<Scripted> early = new Scripted;
+  early->closeBrowserOnTimeout();
+  EXPECT_THAT(cef.Trace(), ElementsAre());
+}
+
+TEST_F(Handler, GivesTheSessionTheCookiesThatWereSent) {
+  auto browser = Open();
+  cef.ClearTrace();
+  EXPECT_FALSE(Respond(browser, "https://a/1", "x=1; y=2"));
+  EXPECT_FALSE(Respond(browser, "https://a/2", "")) << "asked without cookies, too";
+  EXPECT_FALSE(handler->m_IsClosing_);
+  EXPECT_TRUE(Respond(browser, "https://a/3", "end=1"));
+  EXPECT_TRUE(handler->m_IsClosing_);
+  EXPECT_THAT(cef.Trace(), ElementsAre("ProcessCookieResponse(https://a/1, x=1; y=2)",
+                                       "ProcessCookieResponse(https://a/2, )",
+                                       "ProcessCookieResponse(https://a/3, end=1)",
+                                       "CloseBrowser(id=1, force=true)"));
+}
+
+TEST_F(Handler, CancelsTheLoadThatEndsTheStep) {
+  auto browser = Open();
+  auto load = [&](const char* url) {
+    cef.ClearTrace();
+    CefRefPtr<FakeRequest> request = new FakeRequest(url);
+    CefRefPtr<FakeRequestCallback> callback = new FakeRequestCallback;
+    cef.currentThread = TID_IO;
+    return handler->OnBeforeResourceLoad(browser.get(), browser->mainFrame.get(), request.get(),
+                                         callback.get());
+  };
+  EXPECT_EQ(load("https://other/"), RV_CONTINUE);
+  EXPECT_THAT(cef.Trace(), ElementsAre("SetFlags(8)", "CheckIfCompleted()"));
+  EXPECT_EQ(load("https://end/"), RV_CANCEL);
+  EXPECT_THAT(cef.Trace(),
+              ElementsAre("SetFlags(8)", "CheckIfCompleted()", "CloseBrowser(id=1, force=true)"));
+  EXPECT_TRUE(handler->m_IsClosing_);
+}
+
+TEST_F(Handler, ShowsLoadErrorsInTheFrameThatFailed) {
+  auto browser = Open();
+  auto frame = browser->AddSubFrame();
+  const std::string id = std::to_string(frame->GetIdentifier());
+  struct Case {
+    const char* url;
+    const char* shown;
+  };
+  for (const Case& c : std::initializer_list<Case>{
+           {"https://server/sso/x", "https://server"}, {"file:///x", "file://"}, {"bad", "bad"}}) {
+    cef.ClearTrace();
+    handler->OnLoadError(browser.get(), frame.get(), ERR_NAME_NOT_RESOLVED,
+                         "net::ERR_NAME_NOT_RESOLVED", c.url);
+    const std::string page =
+        "<html><body bgcolor=\"white\"><h2>This site can not be reached </h2><br><h3>" +
+        std::string(c.shown) +
+        "<br> Error : net::ERR_NAME_NOT_RESOLVED (-105).</h3></body></html>";
+    EXPECT_THAT(cef.Trace(),
+                ElementsAre("LoadURL(id=" + id + ", url=" + GetDataURI(page, "text/html") + ")"));
+  }
+  cef.ClearTrace();
+  handler->OnLoadError(browser.get(), frame.get(), ERR_ABORTED, "net::ERR_ABORTED", "https://a/");
+  EXPECT_THAT(cef.Trace(), ElementsAre()) << "an aborted load keeps what the frame has";
+}
+
+TEST_F(Handler, AnUnanswerableCertificateQuestionIsARefusal) {
+  unsetenv("DISPLAY");
+  auto browser = Open();
+  cef.ClearTrace();
+  CefRefPtr<FakeSSLInfo> info = new FakeSSLInfo(CERT_STATUS_AUTHORITY_INVALID);
+  CefRefPtr<FakeRequestCallback> callback = new FakeRequestCallback;
+  EXPECT_TRUE(handler->OnCertificateError(browser.get(), ERR_CERT_AUTHORITY_INVALID, "https://a/",
+                                          info.get(), callback.get()));
+  EXPECT_THAT(cef.Trace(), ElementsAre("Continue(false)", "CloseBrowser(id=1, force=true)"));
+  EXPECT_TRUE(handler->m_IsClosing_);
+}
+
+TEST_F(Handler, SetsTheTitleOnlyOfAViewsWindow) {
+  cef.browserView = new FakeBrowserView;
+  auto browser = Open();
+  cef.ClearTrace();
+  handler->OnTitleChange(browser.get(), "one");
+  EXPECT_THAT(cef.Trace(), ElementsAre());
+  handler->m_UseViews_ = true;
+  handler->OnTitleChange(browser.get(), "two");
+  EXPECT_THAT(cef.Trace(), ElementsAre("SetTitle(two)"));
+}
+
+TEST_F(Handler, PassesTheRest) {
+  auto browser = Open();
+  cef.ClearTrace();
+  bool disable = false;
+  EXPECT_EQ(handler->GetResourceRequestHandler(nullptr, nullptr, nullptr, true, false, "", disable)
+                .get(),
+            handler.get());
+  EXPECT_TRUE(handler->CanSendCookie(nullptr, nullptr, nullptr, CefCookie()));
+  EXPECT_TRUE(handler->CanSaveCookie(nullptr, nullptr, nullptr, nullptr, CefCookie()));
+  EXPECT_TRUE(handler->OnConsoleMessage(browser.get(), LOGSEVERITY_INFO, "m", "s", 1));
+  CefRefPtr<FakeSelectClientCertificateCallback> select = new FakeSelectClientCertificateCallback;
+  EXPECT_TRUE(handler->OnSelectClientCertificate(browser.get(), false, "host", 443, {}, select.get()));
+  EXPECT_THAT(cef.Trace(), ElementsAre()) << "no certificate is chosen for the user";
+}
+
+TEST_F(Handler, TheSessionAddsItsSwitchesForEveryProcessType) {
+  for (const char* type : {"", "renderer"}) {
+    cef.ClearTrace();
+    session->OnBeforeCommandLineProcessing(type, cef.commandLine.get());
+    EXPECT_THAT(cef.Trace(),
+                ElementsAre("AppendSwitch(disable-gpu)", "AppendSwitch(disable-gpu-compositing)",
+                            "AppendSwitch(disable-extensions)",
+                            "AppendSwitch(autoplay-policy=user-gesture-required)",
+                            "AppendSwitch(ssl-client-certificate)"));
+  }
+  EXPECT_EQ(session->GetBrowserProcessHandler().get(), session.get());
+}
+
+}  // namespace

@@ -1,0 +1,52 @@
+#include "GUI/cefBrowser/CefSAMLLogout.h"
+
+#include "tests/session/SessionTest.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+constexpr char kUrl[] = "https://VPN.example/vora-na/auth/logout.cgi";
+
+std::string Planted(const std::string& name, const std::string& value) {
+  return std::string("SetCookie(url=") + kUrl + ", name=" + name + ", value=" + value +
+         ", domain=, path=/, secure=0, httponly=0)";
+}
+
+class SamlLogout : public SessionTest {};
+
+TEST_F(SamlLogout, PlantsTheSortedBundleWithWholeValues) {
+  auto session = Make<CefSAMLLogout>(kUrl, "KXID=a=b; =c;;empty=;;novalue;;A=1;;A=1");
+  EXPECT_THAT(Start(session.get()),
+              ElementsAre("CreateContext(handler=yes)", "DeleteCookies(url=, name=)",
+                          Planted("A", "1"), Planted("KXID", "a=b;=c"), Planted("empty", ""),
+                          std::string("VisitUrlCookies(url=") + kUrl + ", includeHttpOnly=true)",
+                          std::string("CreateBrowser(url=") + kUrl + ")"));
+  EXPECT_EQ(cef.createdSettings.webgl, STATE_DISABLED);
+  EXPECT_EQ(session->m_logoutHelper.m_hostname, L"https://vpn.example");
+}
+
+TEST_F(SamlLogout, EndsWhenTheBrowserLeavesForTheIdentityProvider) {
+  auto session = Make<CefSAMLLogout>(kUrl, "");
+  Start(session.get());
+  EXPECT_FALSE(session->CheckIfCompleted(L"https://vpn.example/vora-na/auth/logout.cgi"));
+  EXPECT_FALSE(session->CheckIfCompleted(L"https://vpn.example/logo.png"));
+  EXPECT_EQ(session->GetReturnData().samlSloState, 0);
+  EXPECT_TRUE(session->CheckIfCompleted(L"https://idp.example/slo?x=\u00e9"));
+  EXPECT_EQ(session->GetReturnData().samlSloState, 2);
+  EXPECT_EQ(session->GetReturnData().samlIdpLogoutRequestUrl, "https://idp.example/slo?x=\xc3\xa9");
+}
+
+TEST_F(SamlLogout, EndsWhenTheExchangeHasComeBack) {
+  auto session = Make<CefSAMLLogout>(kUrl, "");
+  Start(session.get());
+  EXPECT_FALSE(session->CheckIfCompleted(L"https://idp.example/slo?SAMLRequest=1"));
+  EXPECT_FALSE(session->CheckIfCompleted(L"https://idp.example/slo?SAMLResponse=1"));
+  // The gateway's own welcome page does not count, one named inside a foreign address does.
+  EXPECT_FALSE(session->CheckIfCompleted(L"https://vpn.example/welcome.cgi"));
+  EXPECT_TRUE(session->CheckIfCompleted(L"https://idp.example/bye?to=welcome.cgi"));
+  EXPECT_EQ(session->GetReturnData().samlSloState, 5);
+  EXPECT_EQ(session->GetReturnData().samlIdpLogoutRequestUrl, "");
+}
+
+}  // namespace

@@ -1,0 +1,93 @@
+// A framework made of fakes behind the API's function table, for tests of what calls the API. While
+// a FakeCef lives, every call that goes into it or into one of its objects adds a line to one
+// trace; questions without effect (CefCurrentlyOn, getters) add none. Nothing runs by itself:
+// posted tasks wait for RunTasks.
+
+#ifndef TESTS_SUPPORT_FAKECEF_H_
+#define TESTS_SUPPORT_FAKECEF_H_
+
+#include <deque>
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "include/base/cef_callback_forward.h"
+#include "include/cef_app.h"
+#include "include/cef_task.h"
+#include "tests/support/FakeCefBrowser.h"
+#include "tests/support/FakeCefContext.h"
+#include "tests/support/FakeCefRequest.h"
+
+class FakeCef {
+ public:
+  // Puts the fake table in use; one at a time.
+  FakeCef();
+  // Empties the table again. Tasks that never ran are dropped.
+  ~FakeCef();
+  FakeCef(const FakeCef&) = delete;
+  FakeCef& operator=(const FakeCef&) = delete;
+
+  // The living one, null when there is none.
+  static FakeCef* Instance();
+
+  // Adds `line` to the trace; tests add the calls of their own callbacks here.
+  void Add(const std::string& line);
+  std::vector<std::string> Trace() const;
+  // Only the lines that begin with one of `beginnings`.
+  std::vector<std::string> Trace(const std::vector<std::string>& beginnings) const;
+  void ClearTrace();
+
+  // Queues without a line in the trace, whatever acceptTasks says.
+  void Post(CefThreadId thread, CefRefPtr<CefTask> task);
+  void Post(CefThreadId thread, const base::Closure& closure);
+  // Runs what is queued for `thread`, and what that queues, with `thread` as the current one.
+  // Returns how many ran; it stops at `limit`, so that tasks which post themselves end.
+  size_t RunTasks(CefThreadId thread, size_t limit = 1000);
+  size_t QueuedTasks(CefThreadId thread) const;
+
+  // A browser that is open, in no queue and known to nobody; its number is the next free one.
+  CefRefPtr<FakeBrowser> MakeBrowser(CefRefPtr<CefClient> client);
+
+  // The thread that the caller counts as; none for a foreign one. UI at the start.
+  std::optional<CefThreadId> currentThread = TID_UI;
+  // False: as before CefInitialize. CefInitialize sets it.
+  bool initialized = true;
+  bool acceptTasks = true;
+  bool initializeResult = true;
+  bool createBrowserResult = true;
+  std::string apiHash;
+  // With true, CloseBrowser asks DoClose and queues OnBeforeClose; otherwise it only leaves a line.
+  bool closeCallsBack = false;
+
+  // What the last CefInitialize was given.
+  CefSettings settings;
+  CefRefPtr<CefApp> app;
+
+  // What CreateBrowser was given last, and the browsers that came of it.
+  CefString createdUrl;
+  CefBrowserSettings createdSettings;
+  CefRefPtr<CefRequestContext> createdContext;
+  std::vector<CefRefPtr<FakeBrowser>> browsers;
+
+  CefRefPtr<FakeCommandLine> commandLine = new FakeCommandLine;
+  CefRefPtr<FakeRequestContext> globalContext = new FakeRequestContext("global", nullptr);
+  // Given to every browser that is asked for its view; null: no view.
+  CefRefPtr<FakeBrowserView> browserView;
+  bool quit = false;
+
+ private:
+  bool TakeTask(CefThreadId thread, CefRefPtr<CefTask>& task);
+
+  mutable std::mutex mutex_;
+  std::vector<std::string> trace_;
+  std::map<CefThreadId, std::deque<CefRefPtr<CefTask>>> tasks_;
+  int nextBrowser_ = 1;
+};
+
+// Adds a line when a FakeCef lives.
+void FakeTrace(const std::string& line);
+
+#endif  // TESTS_SUPPORT_FAKECEF_H_

@@ -1,0 +1,173 @@
+// Joining the log: which control block, lock and file a process gets.
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <pwd.h>
+#include <signal.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <thread>
+
+#include "tests/support/LogArea.h"
+
+namespace {
+
+std::string g_home;
+
+}  // namespace
+
+// Takes the place of the system's: tests must not write to the home of the user who runs them.
+extern "C" passwd* getpwuid(uid_t) {
+  static char name[] = "jane q user";
+  static passwd user = {};
+  user.pw_name = name;
+  user.pw_dir = g_home.data();
+  return g_home.empty() ? nullptr : &user;
+}
+
+namespace {
+
+class AttachTest : public testing::Test {
+ protected:
+  void SetUp() override { g_home = home_.path(); }
+  void TearDown() override { g_home.clear(); }
+
+  TempDir home_;
+  LogArea area_;
+};
+
+TEST_F(AttachTest, UserNameHasNoSpaces) {
+  char cut[5];
+  size_t length = sizeof(cut);
+  EXPECT_TRUE(GetUserName(cut, &length));
+  EXPECT_STREQ(cut, "jane");
+  EXPECT_EQ(length, strlen("jane q user"));
+  ASSERT_EQ(KXLogInitialize(), 1);
+  EXPECT_STREQ(CurrentUserName, "jane_q_user");
+  g_home.clear();
+  EXPECT_FALSE(GetUserName(cut, &length));
+  EXPECT_EQ(length, 0u);
+}
+
+TEST_F(AttachTest, FreshControlBlock) {
+  ASSERT_EQ(KXLogInitialize(), 1);
+  EXPECT_EQ(KXLogInitialize(), 1);
+  const uint8_t head[] = {0x30, 0x0c, 0, 0, 0x91, 0x6a, 0x10, 0xd5, 5, 0, 0, 0, 0, 0, 0,    0,
+                          0,    0,    0, 0, 0,    0,    0,    0,    0, 0, 0, 0, 0, 0, 0x90, 1};
+  EXPECT_EQ(memcmp(pShareMemory, head, sizeof(head)), 0);
+  EXPECT_STREQ(static_cast<char*>(pShareMemory) + 1068, InstallPaths::kLogFile);
+  EXPECT_EQ(bUseGlobalSession, 1);
+  EXPECT_EQ(semctl(semid, 0, GETVAL), 1);
+}
+
+TEST_F(AttachTest, ControlBlockOfOthersIsKept) {
+  ASSERT_EQ(KXLogInitialize(), 1);
+  ControlBlock()->maximum_size = 12345;
+  KXLogCleanup();
+  EXPECT_EQ(pShareMemory, nullptr);
+  ASSERT_EQ(KXLogInitialize(), 1);
+  EXPECT_EQ(ControlBlock()->maximum_size, 12345u);
+
+  snprintf(ControlBlock()->path, sizeof(ControlBlock()->path), "/elsewhere/debuglog.log");
+  KXLogCleanup();
+  ASSERT_EQ(KXLogInitialize(), 1);
+  EXPECT_EQ(ControlBlock()->maximum_size, kLogMaximumSize);
+  EXPECT_STREQ(ControlBlock()->path, InstallPaths::kLogFile);
+}
+
+TEST_F(AttachTest, FallsBackToTheUsersOwnLog) {
+  std::filesystem::create_directories(InstallPaths::kRoot);
+  std::ofstream(std::string(InstallPaths::kRoot) + "/var") << "in the way";
+  ASSERT_EQ(KXLogInitialize(), 1);
+  EXPECT_EQ(bUseGlobalSession, 0);
+  const std::string folder = home_.path() + "/Library/Logs/Corvane Secure/Logging";
+  EXPECT_EQ(folder, s_LogSessionShareLockName);
+  EXPECT_TRUE(std::filesystem::is_directory(folder));
+  EXPECT_EQ(folder + "/debuglog.log", ControlBlock()->path);
+  // The check of the path rejects files below a home folder. Kept on purpose.
+  EXPECT_EQ(_KXLogEntryNew(1, "s", 1, "T", "m"), 0);
+  EXPECT_FALSE(std::filesystem::exists(ControlBlock()->path));
+}
+
+TEST_F(AttachTest, LogNameFromTheEnvironment) {
+  const std::string below = InstallPaths::kMachineLogPrefix;
+  const std::string longest = below + std::string(1019 - below.size(), 'x');
+  struct Case {
+    std::string name;
+    std::string path;
+    bool writable;
+  };
+  const Case cases[] = {
+      {below + "other.log", below + "other.log", true},
+      {longest + "x", InstallPaths::kLogFile, true},
+      {longest, longest, false},  // accepted, but no file system takes the name
+      {home_.file("own.log"), home_.file("own.log"), false},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    LogArea fresh;
+    setenv("VELD_LOG_NAME", c.name.c_str(), 1);
+    ASSERT_EQ(KXLogInitialize(), 1);
+    EXPECT_EQ(ControlBlock()->path, c.path);
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(_KXLogEntryNew(1, "s", 1, "T", "m") > 0, c.writable);
+    EXPECT_EQ(ControlBlock()->path, c.path);
+    EXPECT_EQ(LogArea::Lines(c.path).size(), c.writable ? 3u : 0u);
+  }
+}
+
+// Every record of every thread makes the process leave and join the log.
+TEST_F(AttachTest, ResetsOnManyThreads) {
+  setenv("VELD_LOG_NAME", home_.file("own.log").c_str(), 1);
+  ASSERT_EQ(KXLogInitialize(), 1);
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t) {
+    threads.emplace_back([] {
+      for (int i = 0; i < 500; ++i) KXLOG(1, "T", "m");
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(KXLogInitialize(), 1);
+  EXPECT_EQ(semctl(semid, 0, GETVAL), 1);
+}
+
+// Kept on purpose: the record of a thread that a signal wakes from its wait is lost.
+TEST_F(AttachTest, InterruptedWaitForTheLockFails) {
+  ASSERT_EQ(KXLogInitialize(), 1);
+  struct sigaction action = {};
+  action.sa_handler = [](int) {};
+  sigaction(SIGALRM, &action, nullptr);
+  const itimerval soon = {{0, 20000}, {0, 20000}};
+  const itimerval off = {};
+  ASSERT_TRUE(LogLock());
+  setitimer(ITIMER_REAL, &soon, nullptr);
+  EXPECT_FALSE(LogLock());
+  setitimer(ITIMER_REAL, &off, nullptr);
+  EXPECT_EQ(LogUnlock(), 0);
+}
+
+TEST_F(AttachTest, SharedMemoryNames) {
+  EXPECT_STREQ(GetMmfName(true), "/Corvane Secure/debuglog.shm");
+  EXPECT_STREQ(GetMmfName(false), "/Library/Users/debuglog.shm");
+  EXPECT_EQ(StagingSuffix(""), "");
+  EXPECT_EQ(StagingSuffix("a"), ".e40c292c");  // stable between builds
+  std::vector<std::string> names;
+  for (const bool global : {true, false}) {
+    for (const char* root : {"", "/stage/one", "/stage/two"}) {
+      names.push_back(SharedMemoryName(GetMmfName(global), root));
+    }
+  }
+  std::sort(names.begin(), names.end());
+  EXPECT_EQ(std::adjacent_find(names.begin(), names.end()), names.end());
+  for (const std::string& name : names) {
+    const int fd = shm_open(name.c_str(), O_RDONLY, 0);
+    EXPECT_TRUE(fd >= 0 || errno == ENOENT) << name;
+    if (fd >= 0) close(fd);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,156 @@
+// The log's folders and file: what is created, followed, rejected and rotated.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "tests/support/LogArea.h"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class FileTest : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_EQ(KXLogInitialize(), 1); }
+
+  static int Write(const char* text) { return _KXLogEntryNew(1, "s", 1, "T", "%s", text); }
+
+  LogArea area_;
+  TempDir dir_;
+  const std::string path_ = InstallPaths::kLogFile;
+  const std::string old_path_ = path_ + ".old";
+};
+
+TEST_F(FileTest, PathCheck) {
+  const std::string root = InstallPaths::kRoot;
+  const std::string link = std::string(InstallPaths::kMachineLogPrefix) + "link";
+  fs::create_symlink("/nowhere", link);
+  struct Case {
+    std::string path;
+    bool valid;
+  };
+  const Case cases[] = {
+      {"", false},
+      {root + "/var/log/Corvane Secure/Logging/debuglog.log", true},
+      {root + "/VAR/LOG/corvane secure/LOGGING/x", true},
+      {root + "/var/log/Corvane Secure/Logging/", true},
+      {root + "/var/log/Corvane Secure/Logging", false},
+      {root + "/var/log/Corvane Secure/LoggingX/debuglog.log", false},
+      {root + "/library/logs/CORVANE Secure/any/debuglog.log", true},
+      {root + "/Library/Logs/Other/debuglog.log", false},
+      {"/root/Library/Logs/Corvane Secure/Logging/debuglog.log", false},
+      {"/tmp/debuglog.log", false},
+      {link, false},
+  };
+  for (const Case& c : cases) EXPECT_EQ(IsValidLogFilePathInSHM(c.path.c_str()), c.valid) << c.path;
+  EXPECT_FALSE(IsValidLogFilePathInSHM(nullptr));
+}
+
+TEST_F(FileTest, FoldersAndPlantedLinks) {
+  dir_.write("target/kept", "");
+  dir_.write("file", "");
+  fs::create_directory_symlink(dir_.file("target"), dir_.file("final"));
+  fs::create_directory_symlink(dir_.file("target"), dir_.file("ancestor"));
+
+  EXPECT_TRUE(CreateLogDirectory(dir_.file("a/b/c").c_str()));
+  EXPECT_TRUE(CreateLogDirectory(dir_.file("a/b/c").c_str()));
+  EXPECT_TRUE(fs::is_directory(dir_.file("a/b/c")));
+  EXPECT_TRUE(CreateLogDirectory(dir_.file("final").c_str()));
+  EXPECT_FALSE(fs::is_symlink(dir_.file("final")));
+  EXPECT_TRUE(fs::is_empty(dir_.file("final")));
+  EXPECT_TRUE(CreateLogDirectory(dir_.file("ancestor/new").c_str()));
+  EXPECT_TRUE(fs::is_directory(dir_.file("target/new")));
+  EXPECT_TRUE(fs::exists(dir_.file("target/kept")));
+  EXPECT_FALSE(CreateLogDirectory(dir_.file("file/below").c_str()));
+  EXPECT_TRUE(CreateLogDirectory(""));
+}
+
+TEST_F(FileTest, PlantedLinkIsReplacedByAFileThatAllMayWrite) {
+  const std::string secret = dir_.write("secret", "untouched");
+  const std::string log = dir_.file("log");
+  fs::create_symlink(secret, log);
+  const mode_t mask = umask(077);
+  FILE* file = CreateLogFile(log.c_str());
+  umask(mask);
+  ASSERT_NE(file, nullptr);
+  fputs("record", file);
+  fclose(file);
+  EXPECT_EQ(ReadFile(secret), "untouched");
+  EXPECT_EQ(ReadFile(log), "record");
+  EXPECT_EQ(fs::status(log).permissions(), static_cast<fs::perms>(0666));
+
+  file = CreateLogFile(log.c_str());
+  ASSERT_NE(file, nullptr);
+  fputs(" appended", file);
+  fclose(file);
+  EXPECT_EQ(ReadFile(log), "record appended");
+  EXPECT_EQ(CreateLogFile(dir_.file("no/such/folder").c_str()), nullptr);
+}
+
+TEST_F(FileTest, RotatesAtTheLimitAndNotBefore) {
+  ASSERT_GT(Write("one"), 0);
+  const auto size = static_cast<uint32_t>(fs::file_size(path_));
+  LogControlBlock* block = ControlBlock();
+  EXPECT_EQ(block->file_size, size);
+
+  block->maximum_size = size + 1;
+  ASSERT_GT(Write("two"), 0);
+  EXPECT_EQ(block->generation, 0u);
+  EXPECT_EQ(block->file_size, 2 * size);
+
+  block->maximum_size = 2 * size;
+  ASSERT_GT(Write("three"), 0);
+  EXPECT_EQ(block->generation, 1u);
+  EXPECT_EQ(block->rotation_state, kLogRotated);
+  EXPECT_EQ(block->previous_size, 2 * size);
+  EXPECT_EQ(block->file_size, fs::file_size(path_));
+  EXPECT_EQ(LogArea::Lines(old_path_).size(), 2u);
+  EXPECT_THAT(LogArea::Lines(), testing::ElementsAre(testing::HasSubstr(" three\r\n")));
+}
+
+TEST_F(FileTest, FailedRenameLosesTheRecordAndIsTriedAgain) {
+  ASSERT_GT(Write("one"), 0);
+  fs::create_directories(old_path_ + "/in the way");
+  ControlBlock()->maximum_size = 1;
+  EXPECT_EQ(Write("lost"), 0);
+  EXPECT_EQ(ControlBlock()->rotation_state, kLogRotated);
+  EXPECT_EQ(ControlBlock()->generation, 0u);
+  EXPECT_EQ(LogArea::Lines().size(), 1u);
+
+  // The full file was closed: it is opened again, and only the record after that rotates.
+  fs::remove_all(old_path_);
+  EXPECT_GT(Write("two"), 0);
+  EXPECT_GT(Write("three"), 0);
+  EXPECT_EQ(ControlBlock()->generation, 1u);
+  EXPECT_EQ(LogArea::Lines(old_path_).size(), 2u);
+}
+
+TEST_F(FileTest, FileThatVanishesOrGrowsElsewhere) {
+  ASSERT_GT(Write("one"), 0);
+  fs::remove(path_);
+  ASSERT_GT(Write("two"), 0);
+  EXPECT_THAT(LogArea::Lines(), testing::ElementsAre(testing::HasSubstr(" two\r\n")));
+
+  // Another process has rotated: this one must not go on writing to the old file.
+  fs::rename(path_, old_path_);
+  ++ControlBlock()->generation;
+  ControlBlock()->file_size = 0;
+  std::ofstream(path_) << "of another process\n";
+  ASSERT_GT(Write("three"), 0);
+  EXPECT_EQ(LogArea::Lines(old_path_).size(), 1u);
+  EXPECT_EQ(LogArea::Lines().size(), 2u);
+  EXPECT_EQ(ControlBlock()->file_size, fs::file_size(path_));
+}
+
+TEST_F(FileTest, UnacceptablePathIsReplaced) {
+  ASSERT_GT(Write("one"), 0);
+  snprintf(ControlBlock()->path, sizeof(ControlBlock()->path), "%s", dir_.file("planted").c_str());
+  EXPECT_EQ(Write("lost"), 0);
+  EXPECT_FALSE(fs::exists(dir_.file("planted")));
+  EXPECT_EQ(ControlBlock()->path, path_);
+  EXPECT_GT(Write("two"), 0);
+  EXPECT_EQ(LogArea::Lines().size(), 2u);
+}
+
+}  // namespace

@@ -1,0 +1,142 @@
+// The states of a single logout, against a model written as the table of transitions.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "GUI/newUI/CommonWebBrowser.h"
+#include "tests/support/LogTrace.h"
+
+namespace {
+
+// What matters of an address.
+enum Marks : unsigned {
+  kBlank = 1,
+  kOnGateway = 2,
+  kLogout = 4,
+  kRequest = 8,
+  kResponse = 16,
+  kWelcome = 32,
+  kAllMarks = 63,
+};
+
+std::wstring Address(unsigned marks) {
+  std::wstring url = marks & kOnGateway ? L"https://gw.example:8443/" : L"https://idp.example/";
+  if (marks & kLogout) url += L"vora-na/auth/logout.cgi";
+  url += L"?";
+  if (marks & kRequest) url += L"SAMLRequest=x&";
+  if (marks & kResponse) url += L"SAMLResponse=x&";
+  if (marks & kWelcome) url += L"to=welcome.cgi&";
+  if (marks & kBlank) url += L"about:blank";
+  return url;
+}
+
+int ModelStep(int state, bool host, unsigned marks) {
+  const struct {
+    int from;  // -1: any
+    bool needs_host, without_host_too, on_gateway;
+    unsigned mark;  // 0: none needed
+    int to;
+  } transitions[] = {
+      {0, false, true, true, kLogout, 1},    {1, true, false, false, 0, 2},
+      {-1, false, true, false, kRequest, 3}, {3, true, false, false, kResponse, 4},
+      {4, true, false, false, kWelcome, 5},
+  };
+  if (marks & kBlank) return state;
+  const bool on_gateway = (marks & kOnGateway) != 0;
+  for (const auto& t : transitions) {
+    const bool place = host ? on_gateway == t.on_gateway : t.without_host_too;
+    if ((t.from == -1 || t.from == state) && place && (t.mark == 0 || (marks & t.mark))) {
+      return t.to;
+    }
+  }
+  return state;
+}
+
+CSLOIdpLogoutHelper Helper(bool host) {
+  CSLOIdpLogoutHelper helper;
+  if (host) helper.SetHostname(std::string("GW.Example:8443"));
+  return helper;
+}
+
+TEST(LogoutStates, EveryStateAndEveryAddress) {
+  for (const bool host : {false, true}) {
+    for (int state = 0; state <= 5; ++state) {
+      for (unsigned marks = 0; marks <= kAllMarks; ++marks) {
+        CSLOIdpLogoutHelper helper = Helper(host);
+        helper.m_state = state;
+        helper.UpdateState(Address(marks));
+        EXPECT_EQ(helper.m_state, ModelStep(state, host, marks))
+            << "from " << state << (host ? " with host " : " without host ") << marks;
+      }
+    }
+  }
+}
+
+// Walks all sequences of addresses, and follows the address captured as well as the state.
+void Walk(const CSLOIdpLogoutHelper& before, bool host, int depth, unsigned& seen) {
+  static const unsigned kKinds[] = {
+      kBlank,
+      kOnGateway | kLogout,
+      kOnGateway | kRequest,
+      0,
+      kRequest,
+      kOnGateway | kWelcome | kResponse,
+      kLogout,
+      kResponse,
+      kRequest | kResponse,
+      kWelcome,
+      kResponse | kWelcome,
+  };
+  if (depth == 0) return;
+  for (const unsigned marks : kKinds) {
+    static std::map<unsigned, std::wstring> urls;
+    std::wstring& url = urls[marks];
+    if (url.empty()) url = Address(marks);
+    CSLOIdpLogoutHelper helper = before;
+    helper.UpdateState(url);
+    const int expected = ModelStep(before.m_state, host, marks);
+    const bool captures = before.m_state == 1 && expected == 2;
+    ASSERT_EQ(helper.m_state, expected);
+    ASSERT_EQ(helper.m_samlIdpLogoutRequestUrl, captures ? url : before.m_samlIdpLogoutRequestUrl);
+    seen |= 1u << helper.m_state;
+    ASSERT_NO_FATAL_FAILURE(Walk(helper, host, depth - 1, seen));
+  }
+}
+
+TEST(LogoutStates, AllSequencesOfSixAddresses) {
+  unsigned with_host = 0, without_host = 0;
+  Walk(Helper(true), true, 6, with_host);
+  Walk(Helper(false), false, 6, without_host);
+  EXPECT_EQ(with_host, 0b111111u);
+  EXPECT_EQ(without_host, 0b001011u);
+}
+
+TEST(LogoutStates, HostIsKeptInLowerCaseBehindOneScheme) {
+  CSLOIdpLogoutHelper helper;
+  helper.SetHostname(std::wstring(L"GW.Example"));
+  EXPECT_EQ(helper.m_hostname, L"https://gw.example");
+  helper.SetHostname(std::string("Two"));
+  EXPECT_EQ(helper.m_hostname, L"https://gw.exampletwo");
+
+  CSLOIdpLogoutHelper whole;
+  whole.SetHostname(std::string("HTTPS://Gw"));
+  EXPECT_EQ(whole.m_hostname, L"https://gw");
+  // Addresses are compared as they come: capitals are another host.
+  whole.UpdateState(L"https://GW/vora-na/auth/logout.cgi");
+  EXPECT_EQ(whole.m_state, 0);
+}
+
+TEST(LogoutStates, EveryStepIsLoggedButBlankPages) {
+  LogTrace log;
+  CSLOIdpLogoutHelper helper = Helper(true);
+  helper.UpdateState(L"https://idp/");
+  helper.UpdateState(L"https://idp/?x=about:blank&SAMLRequest=1");
+  helper.UpdateState(L"https://idp/?SAMLRequest=1");
+  EXPECT_THAT(log.Take(),
+              testing::ElementsAre("3 'OrbUI' SAML SLO URL: https://idp/ State:0",
+                                   "3 'OrbUI' SAML SLO URL: https://idp/?SAMLRequest=1 State:3"));
+}
+
+}  // namespace

@@ -1,0 +1,143 @@
+#import <AppKit/AppKit.h>
+#include <gtest/gtest.h>
+#include <sys/types.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <csignal>
+#include <functional>
+#include <thread>
+
+#include "GUI/cefBrowser/CertificateWarning.h"
+#include "cef/chromium/MessageLoop.h"
+#include "libs/catalogUtil/GlobalCatalogs.h"
+#include "tests/support/TempDir.h"
+#include "tests/window/WindowTest.h"
+
+namespace {
+
+using engine::MessageLoop;
+
+constexpr char kCatalog[] = "\xEF\xBB\xBF"
+                            "[179]\nValue = Continue(&C)\n[180]\nValue = &Cancel\n";
+constexpr wchar_t kHeading[] = L"Corvane Secure";
+constexpr wchar_t kDetails[] =
+    L"The identity of https://gateway.example.com cannot be verified: the certificate was issued "
+    L"by "
+    L"an authority that this computer does not trust.\n\nError: \tCERT_STATUS_COMMON_NAME_INVALID"
+    L"\n\t\tCERT_STATUS_AUTHORITY_INVALID\n\t\t\nDo you want to continue to "
+    L"https://gateway.example.com?";
+
+std::atomic<int> g_signal{0};
+
+class AlertTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    StartTestApplication();
+    ASSERT_TRUE(g_oResCatalog.load(WidePath(dir_.write("texts.txt", kCatalog)).c_str(), L""));
+    MessageLoop::Get().Init();
+    struct sigaction action = {};
+    action.sa_handler = [](int number) { g_signal = number; };
+    sigaction(SIGTERM, &action, nullptr);
+    g_signal = 0;
+  }
+
+  static std::wstring WidePath(const std::string& path) { return {path.begin(), path.end()}; }
+
+  // Shows the warning from a task, as the browser does, while `user` works on it from outside.
+  // Afterwards the loop still runs tasks.
+  bool Answer(const std::wstring& details, const std::function<void(const std::string&)>& user) {
+    bool accepted = false;
+    MessageLoop& loop = MessageLoop::Get();
+    std::thread outside([&] {
+      const std::string window = TestDisplay().WaitForWindow("^Alert$");
+      EXPECT_FALSE(window.empty()) << "no alert appeared";
+      EXPECT_EQ(TestDisplay().Xdotool({"windowfocus", "--sync", window}).status, 0);
+      loop.PostTask([&] { EXPECT_TRUE(answered_) << "a task ran while the alert was open"; });
+      user(window);
+    });
+    answered_ = false;
+    loop.PostTask([&] {
+      accepted = DisplayCertWarning(kHeading, details);
+      EXPECT_EQ(g_signal, 0) << "a handler ran inside a task";
+      answered_ = true;
+    });
+    loop.PostTask([&] {
+      outside.join();
+      loop.PostTask([&] { loop.Quit(); });
+    });
+    loop.Run();
+    EXPECT_EQ([NSApp modalWindow], nil);
+    return accepted;
+  }
+
+  static void Keys(const std::vector<std::string>& keys) {
+    std::vector<std::string> arguments = {"key", "--delay", "50"};
+    arguments.insert(arguments.end(), keys.begin(), keys.end());
+    EXPECT_EQ(TestDisplay().Xdotool(arguments).status, 0);
+  }
+
+  TempDir dir_;
+  std::atomic<bool> answered_{false};
+  NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
+};
+
+TEST_F(AlertTest, AcceptsOnlyTheFirstButton) {
+  const struct {
+    const char* what;
+    bool accepted;
+    std::function<void(const std::string&)> user;
+  } cases[] = {
+      {"Return", true, [](const std::string&) { Keys({"Return"}); }},
+      {"space on the default button", true, [](const std::string&) { Keys({"space"}); }},
+      {"the second button", false,
+       [](const std::string&) {
+         Keys({"Tab", "space"});
+       }},
+      {"Escape", false, [](const std::string&) { Keys({"Escape"}); }},
+      {"the window manager's close", false,
+       [](const std::string& window) {
+         EXPECT_EQ(TestDisplay().Run({"wmctrl", "-i", "-c", window}).status, 0);
+       }},
+  };
+  for (const auto& c : cases) EXPECT_EQ(Answer(kDetails, c.user), c.accepted) << c.what;
+}
+
+TEST_F(AlertTest, EndsAsRefusedByASignal) {
+  EXPECT_FALSE(Answer(kDetails, [](const std::string&) { kill(getpid(), SIGTERM); }));
+  EXPECT_EQ(g_signal, SIGTERM);
+}
+
+TEST_F(AlertTest, DoesNotStayWhileASignalIsHeld) {
+  MessageLoop& loop = MessageLoop::Get();
+  loop.HoldSignals();
+  loop.PostTask([] { kill(getpid(), SIGTERM); });
+  bool accepted = true;
+  loop.PostTask([&] {
+    accepted = DisplayCertWarning(kHeading, kDetails);
+    EXPECT_EQ(g_signal, 0);
+    loop.ReleaseSignals();
+    loop.PostTask([&] { loop.Quit(); });
+  });
+  loop.Run();
+  EXPECT_FALSE(accepted);
+  EXPECT_EQ(g_signal, SIGTERM);
+}
+
+TEST_F(AlertTest, KeepsALongTextOnTheScreen) {
+  std::wstring details;
+  for (int line = 0; line < 80; ++line) details += L"line " + std::to_wstring(line) + L"\n";
+  EXPECT_TRUE(Answer(details, [](const std::string& window) {
+    const auto geometry = TestDisplay().Xdotool({"getwindowgeometry", "--shell", window});
+    const size_t at = geometry.output.find("HEIGHT=");
+    ASSERT_NE(at, std::string::npos) << geometry.output;
+    EXPECT_LE(std::stoi(geometry.output.substr(at + 7)), 1024);
+    Keys({"Return"});
+  }));
+}
+
+TEST_F(AlertTest, RefusesTextsThatCannotBeShown) {
+  EXPECT_FALSE(DisplayCertWarning(kHeading, std::wstring(1, wchar_t(0xD800))));
+}
+
+}  // namespace

@@ -1,0 +1,79 @@
+#import <AppKit/AppKit.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "GUI/cefBrowser/CefBrowserHandler.h"
+#include "GUI/cefBrowser/CertificateWarning.h"
+#include "GUI/cefBrowser/MacAppDelegate.h"
+#import "GUI/cefBrowser/MacCefBrowserAppDelegate.h"
+#import "GUI/cefBrowser/MacCefBrowserApplication.h"
+#include "cef/chromium/MessageLoop.h"
+#include "platform/Display.h"
+#include "tests/support/FakeCef.h"
+#include "tests/window/WindowTest.h"
+
+namespace {
+
+using engine::MessageLoop;
+
+// Runs the loop for the turns that one posted task takes.
+void TurnLoop() {
+  MessageLoop& loop = MessageLoop::Get();
+  loop.Init();
+  loop.PostDelayedTask([&] { loop.Quit(); }, 50);
+  loop.Run();
+}
+
+class AppDelegate : public testing::Test {
+ protected:
+  ~AppDelegate() override { [pool_ drain]; }
+  NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
+};
+
+TEST_F(AppDelegate, IsInstalledByTheFirstTurnOfTheLoop) {
+  TestDisplay();
+  ASSERT_EQ(MacCreateAppDelegate(), 0);
+  EXPECT_TRUE([NSApp isMemberOfClass:[MacCefBrowserApplication class]]);
+  EXPECT_EQ([NSApp delegate], nil);
+  TurnLoop();
+  // There is no main menu beside this program; that is no reason to go without a delegate.
+  MacCefBrowserAppDelegate* delegate = (MacCefBrowserAppDelegate*)[NSApp delegate];
+  ASSERT_TRUE([delegate isMemberOfClass:[MacCefBrowserAppDelegate class]]);
+  EXPECT_EQ([delegate applicationShouldTerminate:NSApp], NSTerminateNow);
+  // No browser, no handler: a quit request does nothing, and the process goes on.
+  [NSApp terminate:nil];
+}
+
+TEST_F(AppDelegate, AsksTheBrowsersToCloseOnlyOnce) {
+  StartTestApplication();
+  MacCefBrowserAppDelegate* delegate = [[MacCefBrowserAppDelegate alloc] init];
+  [delegate createApplication:nil];
+  ASSERT_EQ([NSApp delegate], delegate);
+
+  FakeCef cef;
+  CefRefPtr<EmbBrowserHandler> handler = new EmbBrowserHandler(false, nullptr);
+  handler->m_BrowserList_.push_back(cef.MakeBrowser(handler));
+  handler->m_BrowserList_.push_back(cef.MakeBrowser(handler));
+  [NSApp terminate:nil];
+  EXPECT_THAT(
+      cef.Trace({"CloseBrowser", "CefQuitMessageLoop"}),
+      testing::ElementsAre("CloseBrowser(id=1, force=false)", "CloseBrowser(id=2, force=false)"));
+  cef.ClearTrace();
+  handler->m_IsClosing_ = true;
+  [NSApp terminate:nil];
+  EXPECT_TRUE(cef.Trace({"CloseBrowser", "CefQuitMessageLoop"}).empty());
+  handler->m_BrowserList_.clear();
+}
+
+TEST_F(AppDelegate, GoesOnWithoutADisplay) {
+  if (NSApp != nil) GTEST_SKIP() << "an earlier test of this process has found a display";
+  setenv("DISPLAY", ":no-such-display", 1);
+  EXPECT_EQ(MacCreateAppDelegate(), 0);
+  EXPECT_FALSE(HaveDisplay());
+  TurnLoop();
+  EXPECT_FALSE(DisplayCertWarning(L"heading", L"details"));
+}
+
+}  // namespace

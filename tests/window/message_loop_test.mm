@@ -1,0 +1,264 @@
+#import <AppKit/AppKit.h>
+#include <gtest/gtest.h>
+#include <pthread.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <thread>
+#include <vector>
+
+#include "cef/chromium/MessageLoop.h"
+#include "platform/Display.h"
+#include "tests/window/WindowTest.h"
+
+namespace {
+
+using engine::MessageLoop;
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+constexpr milliseconds kAtOnce{0};
+constexpr int64_t kTooLong = 20000;
+
+std::vector<int> g_signals;
+void RememberSignal(int number) { g_signals.push_back(number); }
+void RememberSignalInfo(int number, siginfo_t* info, void*) {
+  g_signals.push_back(info->si_signo == number ? number : -1);
+}
+
+void Install(int number, void (*handler)(int)) {
+  struct sigaction action = {};
+  action.sa_handler = handler;
+  ASSERT_EQ(sigaction(number, &action, nullptr), 0);
+}
+
+MessageLoop& Loop() { return MessageLoop::Get(); }
+
+// Runs the loop until something quits it, at most 20 seconds.
+void RunBounded() {
+  static int run = 0;
+  const int mine = ++run;
+  Loop().PostDelayedTask(
+      [mine] {
+        if (mine != run) return;
+        ADD_FAILURE() << "the loop did not quit";
+        Loop().Quit();
+      },
+      kTooLong);
+  Loop().Run();
+  ++run;
+}
+
+void QuitAfter(milliseconds time) {
+  Loop().PostDelayedTask([] { Loop().Quit(); }, time.count());
+}
+
+TEST(MessageLoopBeforeInit, RefusesTasks) {
+  EXPECT_FALSE(Loop().PostTask([] {}));
+  EXPECT_FALSE(Loop().PostDelayedTask([] {}, 0));
+  EXPECT_FALSE(Loop().OnUiThread());
+  Loop().Run();
+}
+
+// The same behaviour is asked for without a display and without any application object.
+class MessageLoopTest : public testing::TestWithParam<bool> {
+ protected:
+  void SetUp() override {
+    if (GetParam()) {
+      StartTestApplication();
+      ASSERT_TRUE(HaveDisplay());
+    } else if (NSApp != nil) {
+      GTEST_SKIP() << "an earlier test of this process has made the application object";
+    }
+    Loop().Init();
+    g_signals.clear();
+  }
+  NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
+};
+INSTANTIATE_TEST_SUITE_P(Loop, MessageLoopTest, testing::Values(false, true),
+                         [](const auto& info) { return info.param ? "Display" : "NoDisplay"; });
+
+TEST_P(MessageLoopTest, RunsTasksOfEveryThreadInTheirOrderOnTheUiThread) {
+  constexpr int kThreads = 4, kTasks = 250;
+  std::vector<int> seen[kThreads];
+  int left = kThreads * kTasks;
+  std::vector<std::thread> threads;
+  for (int t = 0; t < kThreads; ++t) {
+    threads.emplace_back([&, t] {
+      EXPECT_FALSE(Loop().OnUiThread());
+      Loop().Run();
+      for (int i = 0; i < kTasks; ++i) {
+        Loop().PostTask([&, t, i] {
+          EXPECT_TRUE(Loop().OnUiThread());
+          seen[t].push_back(i);
+          if (--left == 0) Loop().Quit();
+        });
+      }
+    });
+  }
+  RunBounded();
+  for (std::thread& thread : threads) thread.join();
+  for (const auto& numbers : seen) {
+    ASSERT_EQ(numbers.size(), size_t{kTasks});
+    EXPECT_TRUE(std::is_sorted(numbers.begin(), numbers.end()));
+  }
+}
+
+TEST_P(MessageLoopTest, RunsDelayedTasksWhenDueInOrder) {
+  const auto start = steady_clock::now();
+  std::vector<int> order;
+  std::vector<milliseconds> times;
+  const auto post = [&](int number, int64_t delay) {
+    Loop().PostDelayedTask(
+        [&, number] {
+          order.push_back(number);
+          times.push_back(std::chrono::duration_cast<milliseconds>(steady_clock::now() - start));
+          if (number == 4) Loop().Quit();
+        },
+        delay);
+  };
+  post(4, 120);
+  post(2, 40);
+  post(3, 40);
+  post(1, 0);
+  RunBounded();
+  EXPECT_EQ(order, (std::vector<int>{1, 2, 3, 4}));
+  EXPECT_GE(times[1].count(), 40);
+  EXPECT_GE(times[3].count(), 120);
+  EXPECT_LT(times[3].count(), 2000);
+}
+
+TEST_P(MessageLoopTest, QuitsWhenIdleAndRunsAgain) {
+  std::vector<int> order;
+  Loop().Quit();
+  bool late_ran = false;
+  Loop().PostTask([&] {
+    Loop().Quit();
+    Loop().Run();
+    order.push_back(1);
+    Loop().PostTask([&] {
+      order.push_back(3);
+      Loop().PostTask([&] { order.push_back(4); });
+    });
+  });
+  Loop().PostTask([&] { order.push_back(2); });
+  Loop().PostDelayedTask([&] { late_ran = true; }, 300);
+  RunBounded();
+  EXPECT_EQ(order, (std::vector<int>{1, 2, 3, 4}));
+  EXPECT_FALSE(late_ran);
+
+  Loop().PostDelayedTask([] { Loop().Quit(); }, 400);
+  RunBounded();
+  EXPECT_TRUE(late_ran);
+}
+
+TEST_P(MessageLoopTest, GoesOnAfterAnException) {
+  int ran = 0;
+  Loop().PostTask([] { [NSException raise:@"Test" format:@"from a task"]; });
+  Loop().PostTask([] { @throw @"a text"; });
+  Loop().PostTask([&] {
+    ++ran;
+    Loop().Quit();
+  });
+  testing::internal::CaptureStderr();
+  RunBounded();
+  const std::string log = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(ran, 1);
+  EXPECT_NE(log.find("from a task"), std::string::npos) << log;
+  EXPECT_NE(log.find("a text"), std::string::npos) << log;
+}
+
+TEST_P(MessageLoopTest, HandsSignalsToTheInstalledHandlerBetweenTasks) {
+  Install(SIGHUP, RememberSignal);
+  Install(SIGTERM, [](int number) {
+    RememberSignal(number);
+    Loop().Quit();
+  });
+  struct sigaction with_info = {};
+  with_info.sa_sigaction = RememberSignalInfo;
+  with_info.sa_flags = SA_SIGINFO;
+  ASSERT_EQ(sigaction(SIGINT, &with_info, nullptr), 0);
+
+  kill(getpid(), SIGHUP);
+  Loop().PostTask([] { EXPECT_TRUE(g_signals.empty() || g_signals == std::vector<int>{SIGHUP}); });
+  Loop().PostTask([] {
+    const auto before = g_signals;
+    kill(getpid(), SIGINT);
+    EXPECT_EQ(g_signals, before) << "handed over inside a task";
+  });
+  Loop().PostTask([] { EXPECT_EQ(g_signals, (std::vector<int>{SIGHUP, SIGINT})); });
+  // From outside, while the loop is idle.
+  std::thread outside([] {
+    sigset_t blocked;
+    pthread_sigmask(SIG_BLOCK, nullptr, &blocked);
+    EXPECT_TRUE(sigismember(&blocked, SIGTERM));
+    std::this_thread::sleep_for(milliseconds(50));
+    kill(getpid(), SIGTERM);
+  });
+  RunBounded();
+  outside.join();
+  EXPECT_EQ(g_signals, (std::vector<int>{SIGHUP, SIGINT, SIGTERM}));
+}
+
+TEST_P(MessageLoopTest, KeepsSignalsWhileTheyAreHeld) {
+  Install(SIGTERM, RememberSignal);
+  Loop().HoldSignals();
+  Loop().HoldSignals();
+  Loop().PostTask([] { kill(getpid(), SIGTERM); });
+  Loop().PostDelayedTask([] { Loop().ReleaseSignals(); }, 50);
+  Loop().PostDelayedTask(
+      [] {
+        EXPECT_TRUE(g_signals.empty());
+        std::thread([] { Loop().ReleaseSignals(); }).join();
+        EXPECT_TRUE(g_signals.empty()) << "handed over inside a task";
+      },
+      100);
+  QuitAfter(milliseconds(150));
+  RunBounded();
+  EXPECT_EQ(g_signals, std::vector<int>{SIGTERM});
+}
+
+TEST_P(MessageLoopTest, FollowsIgnoredAndDefaultActions) {
+  signal(SIGINT, SIG_IGN);
+  kill(getpid(), SIGINT);
+  QuitAfter(milliseconds(20));
+  RunBounded();
+
+  testing::GTEST_FLAG(death_test_style) = "threadsafe";
+  EXPECT_EXIT(
+      {
+        Loop().Init();
+        Loop().PostTask([] { kill(getpid(), SIGTERM); });
+        RunBounded();
+      },
+      testing::KilledBySignal(SIGTERM), "");
+}
+
+TEST(MessageLoopInit, ResetsTheThreeSignals) {
+  for (int number : {SIGHUP, SIGINT, SIGTERM}) Install(number, RememberSignal);
+  Loop().Init();
+  for (int number : {SIGHUP, SIGINT, SIGTERM}) {
+    struct sigaction action;
+    sigaction(number, nullptr, &action);
+    EXPECT_EQ(action.sa_handler, SIG_DFL) << number;
+  }
+}
+
+TEST_P(MessageLoopTest, CostsNothingWhenIdle) {
+  const auto cpu = [] {
+    rusage usage;
+    getrusage(RUSAGE_SELF, &usage);
+    return (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) * 1000 +
+           (usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1000;
+  };
+  QuitAfter(kAtOnce);
+  RunBounded();
+  const auto before = cpu();
+  QuitAfter(milliseconds(2000));
+  RunBounded();
+  EXPECT_LT(cpu() - before, 40) << "milliseconds of CPU in 2 seconds";
+}
+
+}  // namespace

@@ -53,7 +53,7 @@ start_display() {
 
 start_gateway() {
   local options=(--port 0 --https-port 0 --exit-with-stdin --authority-file "$work/authority.pem")
-  [[ -z $certificate ]] || options+=(--certificate "$certificate")
+  [[ -z $certificate ]] || options+=(--certificate "$certificate" --certificate-for gateway)
   mkfifo "$work/gateway-in" "$work/gateway-out"
   exec {gateway_in}<>"$work/gateway-in" {gateway_out}<>"$work/gateway-out"
   "$build_dir/testing/gateway/gateway" "${options[@]}" <"$work/gateway-in" >"$work/gateway-out" &
@@ -75,24 +75,28 @@ trust_authority() {
 
 window() { timeout 30 xdotool search --sync --onlyvisible --name "$1" | tail -n 1; }
 
-picture() { [[ -z $screenshot ]] || import -window root "$screenshot"; }
+picture() { [[ -z $screenshot ]] || import -frame -window "$1" "$screenshot"; }
 
 # What the user does: answers the certificate question, signs in.
 act() {
   local id
   if [[ -n $certificate && $certificate != good ]]; then
     id=$(window '^Alert$')
-    sleep 1 # the alert takes keys only a moment after it shows
-    picture
+    sleep 1 # until everything has been drawn
+    picture "$id"
     screenshot=
-    xdotool key Return
+    # The alert takes keys only a moment after it shows.
+    while xdotool search --onlyvisible --name '^Alert$' >/dev/null; do
+      xdotool key Return
+      sleep 0.5
+    done
   fi
   [[ $step != logout ]] || return 0
   id=$(window 'Sign in')
   xdotool windowactivate --sync "$id"
   sleep 1 # the page takes keys only a moment after the window has its title
   xdotool type --delay 40 ada
-  picture
+  picture "$id"
   xdotool key Tab
   xdotool type --delay 40 'open sesame'
   xdotool key Return
@@ -121,5 +125,8 @@ fi
 status=0
 "$build_dir/tools/starter/embedded-browser-start" --type "$type" --url "$origin$path" \
   --cookie "$cookie" --timeout "$([[ -n $interactive ]] && echo 300 || echo 60)" --json || status=$?
+# Where a step ended as it should, the demo has succeeded.
+readonly logged_out=6
+[[ $step == logout && $status == "$logged_out" ]] && status=0
 say "log: $build_dir/stage/var/log/Corvane Secure/Logging/debuglog.log"
 exit "$status"

@@ -9,6 +9,13 @@
 #include "include/cef_request_handler.h"
 
 namespace engine {
+namespace {
+
+// How long after an error the verifier's verdict may arrive; as a rule it comes within 2 ms.
+constexpr std::chrono::milliseconds kVerdictLimit{200};
+constexpr int kVerdictDelayMs = 100;
+
+}  // namespace
 
 Certificates::Certificates(DevToolsConnection& connection, NetworkHooks& hooks)
     : connection_(connection), hooks_(hooks) {}
@@ -21,31 +28,58 @@ void Certificates::Subscribe() {
 // On the browser as a whole only: pages would report the same errors a second time.
 void Certificates::Enable() {
   connection_.Send("", "Security.enable");
-  connection_.Send("", "Security.setOverrideCertificateErrors",
-                   JsonObject().Add("override", true));
+  connection_.Send("", "Security.setOverrideCertificateErrors", JsonObject().Add("override", true));
 }
 
 void Certificates::OnError(const JsonValue& params) {
   const int64_t event = NumberAt(params, "eventId");
   const std::string url = TextAt(params, "requestURL");
   const std::string error = TextAt(params, "errorType");
-  const CefRefPtr<Browser> browser = hooks_.LoadingMainFrame(url);
   Url parsed;
-  if (!browser.get() || !ParseUrl(url, &parsed)) {
+  if (!ParseUrl(url, &parsed)) {
+    AnswerEvent(event, false);
+  } else if (MayBeAllowed(parsed.host, error)) {
+    // The host may show another certificate by now: its verdict must be in.
+    IoThread::Get().PostDelayedTask(
+        [this, event, url, host = parsed.host, error] { Decide(event, url, host, error); },
+        kVerdictDelayMs);
+  } else {
+    Decide(event, url, parsed.host, error);
+  }
+}
+
+void Certificates::Decide(int64_t event, const std::string& url, const std::string& host,
+                          const std::string& error) {
+  if (IsAllowed(host, error)) {
+    AnswerEvent(event, true);
+    return;
+  }
+  const CefRefPtr<Browser> browser = hooks_.LoadingMainFrame(url);
+  if (!browser.get()) {
     AnswerEvent(event, false);
     return;
   }
   for (auto& [number, open] : questions_) {
-    if (open.target_id == browser->target_id() && open.host == parsed.host && open.error == error) {
+    if (open.target_id == browser->target_id() && open.host == host && open.error == error) {
       open.events.push_back(event);
       return;
     }
   }
   const int question = ++last_question_;
-  questions_[question] = {browser->target_id(), parsed.host, error, {event}};
-  MessageLoop::Get().PostTask([this, question, browser, host = parsed.host, error, url] {
-    Ask(question, browser, host, error, url);
-  });
+  questions_[question] = {browser->target_id(), host, error, {event}};
+  MessageLoop::Get().PostTask(
+      [this, question, browser, host, error, url] { Ask(question, browser, host, error, url); });
+}
+
+bool Certificates::MayBeAllowed(const std::string& host, const std::string& error) const {
+  const auto first = allowed_.lower_bound({host, error, ""});
+  return first != allowed_.end() && std::get<0>(*first) == host && std::get<1>(*first) == error;
+}
+
+bool Certificates::IsAllowed(const std::string& host, const std::string& error) const {
+  if (!MayBeAllowed(host, error)) return false;
+  const auto fault = fault_source_(host, std::chrono::milliseconds(0));
+  return fault && allowed_.count({host, error, fault->certificate}) != 0;
 }
 
 void Certificates::Ask(int question, const CefRefPtr<Browser>& browser, const std::string& host,
@@ -53,15 +87,16 @@ void Certificates::Ask(int question, const CefRefPtr<Browser>& browser, const st
   const CefRefPtr<CefClient> client = browser->client();
   const CefRefPtr<CefRequestHandler> handler = client.get() ? client->GetRequestHandler() : nullptr;
   if (!handler.get()) {
-    Answer(question, false);
+    Answer(question, false, "");
     return;
   }
   const int code = NetErrorCode(error);
-  std::optional<uint32_t> status;
-  if (status_source_) status = status_source_(host);
-  const uint32_t bits = status.value_or(0) | CertStatusBit(code);
+  const CertVerdict fault = fault_source_(host, kVerdictLimit).value_or(CertVerdict());
+  const uint32_t bits = fault.status | CertStatusBit(code);
   const CefRefPtr<RequestCallback> callback =
-      new RequestCallback([this, question](bool allow) { Answer(question, allow); });
+      new RequestCallback([this, question, certificate = fault.certificate](bool allow) {
+        Answer(question, allow, certificate);
+      });
   if (!handler->OnCertificateError(browser.get(), static_cast<cef_errorcode_t>(code), url,
                                    new SslInfo(static_cast<cef_cert_status_t>(bits)),
                                    callback.get())) {
@@ -69,19 +104,22 @@ void Certificates::Ask(int question, const CefRefPtr<Browser>& browser, const st
   }
 }
 
-void Certificates::Answer(int question, bool allow) {
-  IoThread::Get().PostTask([this, question, allow] {
+void Certificates::Answer(int question, bool allow, const std::string& certificate) {
+  IoThread::Get().PostTask([this, question, allow, certificate] {
     const auto found = questions_.find(question);
     if (found == questions_.end()) return;
+    // An unknown certificate cannot be told from another one, so that is asked for again.
+    if (allow && !certificate.empty()) {
+      allowed_.insert({found->second.host, found->second.error, certificate});
+    }
     for (const int64_t event : found->second.events) AnswerEvent(event, allow);
     questions_.erase(found);
   });
 }
 
 void Certificates::AnswerEvent(int64_t event, bool allow) {
-  connection_.Send(
-      "", "Security.handleCertificateError",
-      JsonObject().Add("eventId", event).Add("action", allow ? "continue" : "cancel"));
+  connection_.Send("", "Security.handleCertificateError",
+                   JsonObject().Add("eventId", event).Add("action", allow ? "continue" : "cancel"));
 }
 
 void Certificates::BrowserGone(const std::string& target_id) {

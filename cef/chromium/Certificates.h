@@ -3,31 +3,37 @@
 #ifndef CEF_CHROMIUM_CERTIFICATES_H_
 #define CEF_CHROMIUM_CERTIFICATES_H_
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "cef/chromium/Browser.h"
 #include "cef/chromium/DevToolsConnection.h"
+#include "cef/chromium/NetLogParser.h"
 #include "cef/chromium/NetworkHooks.h"
 
 namespace engine {
 
 // The client is asked for main frames only; everything else with a bad certificate is cancelled
-// without a word. Once allowed, Chromium lets the certificate pass for that host until it ends.
+// without a word. Once allowed, the same certificate passes for that host until the process ends.
+// Chromium does not remember the answers given this way, it asks again for each new connection.
 class Certificates {
  public:
-  // All status bits of a host's certificate, if they are known; may wait a little.
-  using StatusSource = std::function<std::optional<uint32_t>(const std::string& host)>;
+  // What is wrong with a host's certificate, if that is known within `wait`.
+  using FaultSource = std::function<std::optional<CertVerdict>(const std::string& host,
+                                                               std::chrono::milliseconds wait)>;
 
   // Connection and hooks must live as long as the process.
   Certificates(DevToolsConnection& connection, NetworkHooks& hooks);
 
   // Before the connection is opened.
-  void SetStatusSource(StatusSource source) { status_source_ = std::move(source); }
+  void SetFaultSource(FaultSource source) { fault_source_ = std::move(source); }
   void Subscribe();
   // Orders Chromium to ask; the replies are not waited for.
   void Enable();
@@ -44,17 +50,25 @@ class Certificates {
     std::vector<int64_t> events;
   };
 
+  // A certificate that the client has allowed for a host in spite of an error.
+  using Consent = std::tuple<std::string, std::string, std::string>;
+
   void OnError(const JsonValue& params);
+  void Decide(int64_t event, const std::string& url, const std::string& host,
+              const std::string& error);
+  bool MayBeAllowed(const std::string& host, const std::string& error) const;
+  bool IsAllowed(const std::string& host, const std::string& error) const;
   void Ask(int question, const CefRefPtr<Browser>& browser, const std::string& host,
            const std::string& error, const std::string& url);
-  void Answer(int question, bool allow);
+  void Answer(int question, bool allow, const std::string& certificate);
   void AnswerEvent(int64_t event, bool allow);
 
   DevToolsConnection& connection_;
   NetworkHooks& hooks_;
-  StatusSource status_source_;
+  FaultSource fault_source_;
 
   // IO thread only.
+  std::set<Consent> allowed_;  // host, error, certificate
   std::map<int, Question> questions_;
   int last_question_ = 0;
 };

@@ -83,9 +83,10 @@ class ChromiumProcess {
   bool reaped_ = false;  // guarded by reap_mutex_
 };
 
-// The path of the Chromium to use: the program itself if it is at a usual place, else the first of
-// the usual commands on PATH. "" and a reason in *err when there is none. No environment variable
-// names a program, so that the caller's environment cannot choose what runs with its cookies.
+// The path of the Chromium to use: the program itself if it is at a usual place, else a command of
+// a usual name in the system's folders. "" and a reason in *err when there is none. No environment
+// variable has a say, PATH neither, so that a caller's environment cannot choose what is given the
+// cookies.
 std::string FindChromium(std::string* err);
 
 // Makes a private folder (0700) with a path short enough for Chromium's sockets; "" and a reason in

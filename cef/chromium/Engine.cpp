@@ -17,7 +17,6 @@ namespace {
 
 // Shown by the window until its first page has a title.
 constexpr char kWindowTitle[] = " ";
-constexpr std::chrono::milliseconds kCertStatusLimit{200};
 constexpr std::chrono::seconds kCreateTargetLimit{3};
 
 }  // namespace
@@ -42,10 +41,12 @@ void Engine::Wire() {
     if (table_.empty()) MessageLoop::Get().Quit();
   });
 
-  certificates_.SetStatusSource([this](const std::string& host) -> std::optional<uint32_t> {
-    if (!launch_.net_log()) return std::nullopt;
-    return launch_.net_log()->CertStatus(host, kCertStatusLimit);
-  });
+  certificates_.SetFaultSource(
+      [this](const std::string& host,
+             std::chrono::milliseconds wait) -> std::optional<CertVerdict> {
+        if (!launch_.net_log()) return std::nullopt;
+        return launch_.net_log()->Fault(host, wait);
+      });
   targets_.OnGone([this](const std::string& target_id) {
     hooks_.BrowserGone(target_id);
     certificates_.BrowserGone(target_id);

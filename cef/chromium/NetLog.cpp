@@ -70,8 +70,7 @@ NetLog::~NetLog() {
   if (!path_.empty()) unlink(path_.c_str());
 }
 
-std::optional<uint32_t> NetLog::CertStatus(const std::string& host,
-                                           std::chrono::milliseconds wait) {
+std::optional<CertVerdict> NetLog::Fault(const std::string& host, std::chrono::milliseconds wait) {
   const std::string wanted = VerifierHost(host);
   std::unique_lock<std::mutex> lock(mutex_);
   auto found = faults_.end();
@@ -85,10 +84,10 @@ std::optional<uint32_t> NetLog::CertStatus(const std::string& host,
 
 void NetLog::Drain() {
   std::vector<char> piece(kPiece);
-  const auto keep = [this](const std::string& host, uint32_t status) {
-    if ((status & ~kNoFault) == 0) return;
+  const auto keep = [this](const CertVerdict& verdict) {
+    if ((verdict.status & ~kNoFault) == 0) return;
     std::lock_guard<std::mutex> lock(mutex_);
-    faults_[host] = status;
+    faults_[verdict.host] = verdict;
     changed_.notify_all();
   };
   for (;;) {

@@ -37,9 +37,9 @@ class NetLog {
   // The value for the switch "log-net-log".
   const std::string& path() const { return path_; }
 
-  // The newest faulty status of the host's certificate, in the bits of cef_cert_status_t; waits for
-  // one up to `wait`. Nothing if none came. Any thread.
-  std::optional<uint32_t> CertStatus(const std::string& host, std::chrono::milliseconds wait);
+  // The newest verdict on the host that named a fault; waits for one up to `wait`. Nothing if none
+  // came. Any thread.
+  std::optional<CertVerdict> Fault(const std::string& host, std::chrono::milliseconds wait);
 
  private:
   NetLog() = default;
@@ -50,8 +50,8 @@ class NetLog {
   int stop_fd_ = -1;  // eventfd that ends the thread
   std::mutex mutex_;
   std::condition_variable changed_;
-  std::map<std::string, uint32_t> faults_;  // host -> status; guarded by mutex_
-  NetLogParser parser_;                     // the thread's
+  std::map<std::string, CertVerdict> faults_;  // by host; guarded by mutex_
+  NetLogParser parser_;                        // the thread's
   std::thread thread_;
 };
 

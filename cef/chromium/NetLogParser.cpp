@@ -32,6 +32,13 @@ const Value* Member(const Value& object, const char* outer, const char* inner) {
   return member ? Member(*member, inner) : nullptr;
 }
 
+// The chain that the host has sent begins with its own certificate.
+std::string FirstCertificate(const Value& event) {
+  const Value* chain = Member(event, "params", "certificates");
+  if (!chain || !chain->IsArray() || chain->Empty() || !(*chain)[0].IsString()) return "";
+  return (*chain)[0].GetString();
+}
+
 }  // namespace
 
 void NetLogParser::Feed(const char* data, size_t size, const Result& result) {
@@ -69,14 +76,16 @@ void NetLogParser::ReadLine(const Result& result) {
   const Value* host = Member(event, "params", "host");
   const Value* status = Member(event, "params", "cert_status");
   if (host && host->IsString()) {
-    if (hosts_.size() >= kMostUnderWay) hosts_.clear();
-    hosts_[id] = host->GetString();
-  } else if (status && status->IsUint() && hosts_.count(id)) {
-    uint32_t bits = status->GetUint();
-    if (bits & kSelfSignedLocalNetwork) bits |= kAuthorityInvalid;
-    result(hosts_[id], bits);
-    hosts_.erase(id);
+    if (under_way_.size() >= kMostUnderWay) under_way_.clear();
+    under_way_[id] = {host->GetString(), 0, FirstCertificate(event)};
+    return;
   }
+  const auto found = under_way_.find(id);
+  if (found == under_way_.end() || !status || !status->IsUint()) return;
+  found->second.status = status->GetUint();
+  if (found->second.status & kSelfSignedLocalNetwork) found->second.status |= kAuthorityInvalid;
+  result(found->second);
+  under_way_.erase(found);
 }
 
 void NetLogParser::ReadConstants() {

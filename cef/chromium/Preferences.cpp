@@ -42,7 +42,7 @@ constexpr Flag kFlags[] = {
 constexpr Number kNumbers[] = {
     {"profile.cookie_controls_mode", 0},
     // Allow: cookies without SameSite are sent across sites, long after they were set as well. A
-    // sign- in answer is a cross-site POST that may come minutes after the gateway set its cookies.
+    // sign-in answer is a cross-site POST that may come minutes after the gateway set its cookies.
     {"profile.default_content_setting_values.legacy_cookie_access", 1},
     // Never predict.
     {"net.network_prediction_options", 2},

@@ -4,10 +4,12 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <filesystem>
 
 #include "cef/chromium/AppWindow.h"
+#include "cef/chromium/ChildProcess.h"
 #include "cef/chromium/Preferences.h"
 #include "cef/chromium/PrivateFolder.h"
 
@@ -18,6 +20,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr mode_t kOthersMayWrite = S_IWGRP | S_IWOTH;
+constexpr auto kLastMoments = std::chrono::seconds(1);
 
 // Makes the folder and its parents where they are missing, for us alone.
 bool MakeFolders(const fs::path& folder) {
@@ -47,10 +50,17 @@ void RemoveStaleLocks(const std::string& dir) {
   }
 }
 
+// Whether a Chromium runs on the folder and is going to stay. One whose owner was killed a moment
+// ago is about to end, upon which it drops the connection.
 bool RunsOn(const std::string& dir) {
   bool busy = false;
   const int fd = ConnectToChromium(dir, &busy);
-  if (fd >= 0) close(fd);
+  if (fd < 0) return busy;
+  const bool dropped = WaitReadable(fd, kLastMoments);
+  close(fd);
+  if (!dropped) return true;
+  const int again = ConnectToChromium(dir, &busy);
+  if (again >= 0) close(again);
   return busy;
 }
 

@@ -133,8 +133,8 @@ TestAuthority::TestAuthority(const std::string& name) : self_(MakeAuthority(name
 
 Identity TestAuthority::Issue(CertificateKind kind, const std::vector<std::string>& hosts) const {
   Check(!hosts.empty(), "no host");
-  const bool elsewhere = kind == CertificateKind::kWrongHost ||
-                         kind == CertificateKind::kWrongHostUnknownAuthority;
+  const bool elsewhere =
+      kind == CertificateKind::kWrongHost || kind == CertificateKind::kWrongHostUnknownAuthority;
   const std::vector<std::string> names = elsewhere ? std::vector<std::string>{kElsewhere} : hosts;
   if (kind == CertificateKind::kUnknownAuthority ||
       kind == CertificateKind::kWrongHostUnknownAuthority) {

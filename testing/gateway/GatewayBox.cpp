@@ -58,8 +58,8 @@ class GatewayBox::Impl {
  private:
   bool SetUp(SSL_CTX& context, const Options& options) {
     for (const std::string& host : kHosts) {
-      const bool chosen = options.certificate_for.empty() ||
-                          host == options.certificate_for + ".localhost";
+      const bool chosen =
+          options.certificate_for.empty() || host == options.certificate_for + ".localhost";
       identities_[host] =
           authority_.Issue(chosen ? options.certificate : CertificateKind::kGood, kHosts);
     }
@@ -84,9 +84,8 @@ class GatewayBox::Impl {
     const auto& identities = static_cast<Impl*>(self)->identities_;
     const auto found = identities.find(name ? name : "");
     if (found == identities.end()) return SSL_TLSEXT_ERR_NOACK;
-    const bool fine =
-        SSL_use_certificate(connection, found->second.certificate.get()) == 1 &&
-        SSL_use_PrivateKey(connection, found->second.key.get()) == 1;
+    const bool fine = SSL_use_certificate(connection, found->second.certificate.get()) == 1 &&
+                      SSL_use_PrivateKey(connection, found->second.key.get()) == 1;
     return fine ? SSL_TLSEXT_ERR_OK : SSL_TLSEXT_ERR_ALERT_FATAL;
   }
 

@@ -2,8 +2,8 @@
 //
 // The hosts are told apart by the Host header: gateway.localhost, idp.localhost, third.localhost,
 // names that browsers resolve to loopback by themselves. One box serves many runs at once: what it
-// plays is chosen by the path (see Scenarios.h; "/" lists them). /-/requests holds the requests so far
-// as JSON.
+// plays is chosen by the path (see Scenarios.h; "/" lists them). /-/requests holds the requests so
+// far as JSON.
 
 #ifndef TESTING_GATEWAY_GATEWAYBOX_H_
 #define TESTING_GATEWAY_GATEWAYBOX_H_

@@ -31,8 +31,8 @@ const struct {
 std::string Hidden(const Fields& fields) {
   std::string html;
   for (const auto& [name, value] : fields) {
-    html += "<input type=hidden name=\"" + EscapeHtml(name) + "\" value=\"" + EscapeHtml(value) +
-            "\">";
+    html +=
+        "<input type=hidden name=\"" + EscapeHtml(name) + "\" value=\"" + EscapeHtml(value) + "\">";
   }
   return html;
 }
@@ -57,12 +57,23 @@ std::string EscapeHtml(const std::string& text) {
   std::string html;
   for (const char c : text) {
     switch (c) {
-      case '&': html += "&amp;"; break;
-      case '<': html += "&lt;"; break;
-      case '>': html += "&gt;"; break;
-      case '"': html += "&quot;"; break;
-      case '\'': html += "&#39;"; break;
-      default: html += c;
+      case '&':
+        html += "&amp;";
+        break;
+      case '<':
+        html += "&lt;";
+        break;
+      case '>':
+        html += "&gt;";
+        break;
+      case '"':
+        html += "&quot;";
+        break;
+      case '\'':
+        html += "&#39;";
+        break;
+      default:
+        html += c;
     }
   }
   return html;
@@ -73,9 +84,10 @@ std::string Page(Look look, const std::string& title, const std::string& body) {
   const std::string escaped = EscapeHtml(title);
   const bool wide = body.find("<table") != std::string::npos;
   return "<!DOCTYPE html><html lang=en><head><meta charset=utf-8><title>" + escaped +
-         "</title><link rel=icon href=\"data:,\"><style>" + kStyle + "header,button{background:" +
-         style.color + "}</style></head><body><header>" + style.brand + "</header><main" +
-         (wide ? " class=wide" : "") + "><h1>" + escaped + "</h1>" + body + "</main></body></html>";
+         "</title><link rel=icon href=\"data:,\"><style>" + kStyle +
+         "header,button{background:" + style.color + "}</style></head><body><header>" +
+         style.brand + "</header><main" + (wide ? " class=wide" : "") + "><h1>" + escaped +
+         "</h1>" + body + "</main></body></html>";
 }
 
 std::string Notice(Look look, const std::string& title, const std::string& text) {
@@ -92,8 +104,8 @@ std::string SignInPage(const SignInForm& form) {
       "<button>Sign in</button></form><p class=hint>For trying it out: user <b>" +
       std::string(kUser) + "</b>, password <b>" + kPassword + "</b></p>" + form.extra;
   if (form.by_itself) {
-    body += AfterLoad("f.user.value=" + ScriptText(kUser) + ";f.password.value=" +
-                      ScriptText(kPassword) + ";f.submit()");
+    body += AfterLoad("f.user.value=" + ScriptText(kUser) +
+                      ";f.password.value=" + ScriptText(kPassword) + ";f.submit()");
   }
   return Page(form.look, form.title, body);
 }

@@ -1,5 +1,5 @@
-// The pages of the box: plain HTML with one small style sheet inside, nothing fetched from elsewhere
-// (not even an icon, whose request would carry cookies past the steps that count them).
+// The pages of the box: plain HTML with one small style sheet inside, nothing fetched from
+// elsewhere (not even an icon, whose request would carry cookies past the steps that count them).
 
 #ifndef TESTING_GATEWAY_PAGES_H_
 #define TESTING_GATEWAY_PAGES_H_
@@ -22,8 +22,8 @@ std::string Page(Look look, const std::string& title, const std::string& body);
 std::string Notice(Look look, const std::string& title, const std::string& text);
 
 // The form that asks for user and password and posts them to `action` with the hidden fields. When
-// `by_itself`, the page's script fills it in and submits it after the page has loaded. `error`, when
-// not empty, stands above it; `extra` is HTML below it.
+// `by_itself`, the page's script fills it in and submits it after the page has loaded. `error`,
+// when not empty, stands above it; `extra` is HTML below it.
 struct SignInForm {
   Look look;
   std::string title;
@@ -41,7 +41,8 @@ std::string PostingPage(Look look, const std::string& title, const std::string& 
 
 // A page that goes on to `address` `milliseconds` after it has loaded.
 std::string PassingPage(Look look, const std::string& title, const std::string& text,
-                        const std::string& address, int milliseconds, const std::string& extra = "");
+                        const std::string& address, int milliseconds,
+                        const std::string& extra = "");
 
 // The one account that every sign-in of the box takes; the forms tell it.
 inline constexpr char kUser[] = "ada";

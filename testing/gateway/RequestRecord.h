@@ -24,7 +24,8 @@ class RequestRecord {
   // Sets the request's number.
   void Add(RecordedRequest request);
   std::vector<RecordedRequest> All() const;
-  // A JSON array of objects with the members of RecordedRequest; bytes that are not printable ASCII become "?".
+  // A JSON array of objects with the members of RecordedRequest; bytes that are not printable ASCII
+  // become "?".
   std::string ToJson() const;
 
  private:

@@ -56,8 +56,7 @@ bool ServeOthers(Visit& visit) {
   } else if (step == "never") {
     visit.Page(Notice(Look::kIdentityProvider, "Signing out", "Waiting for other services."));
   } else if (step == "state5") {
-    visit.Redirect(
-        Slo(visit, kThirdHost, std::string("blank?from=about:blank&") + kResponse));
+    visit.Redirect(Slo(visit, kThirdHost, std::string("blank?from=about:blank&") + kResponse));
   } else if (step == "blank") {
     visit.Page(PassingPage(Look::kThird, "Other service", "Signed out here, too.",
                            Slo(visit, kThirdHost, std::string("response?") + kResponse), kPauseMs));

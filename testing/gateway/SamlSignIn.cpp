@@ -25,10 +25,9 @@ void Begin(Visit& visit, const std::string& scenario) {
   visit.SetCookie(kFlowCookie, flow, "; HttpOnly");
   const std::string sso = visit.Address(kIdentityProviderHost, "/sso/" + scenario);
   if (scenario == "post") {
-    visit.Page(PostingPage(Look::kGateway, "Going to your identity provider", sso,
-                           {{"SAMLRequest", kSamlRequest},
-                            {"RelayState", flow},
-                            {"auto", visit.Parameter("auto")}}));
+    visit.Page(PostingPage(
+        Look::kGateway, "Going to your identity provider", sso,
+        {{"SAMLRequest", kSamlRequest}, {"RelayState", flow}, {"auto", visit.Parameter("auto")}}));
   } else {
     visit.Redirect(sso + "?SAMLRequest=" + kSamlRequest + "&RelayState=" + flow + "&" +
                    visit.Automatic());
@@ -76,10 +75,10 @@ void SignIn(Visit& visit, const std::string& scenario) {
     return AskUser(visit, scenario, "That user name and password do not belong together.");
   }
   visit.SetCookie("IDPUSER", kUser, "; HttpOnly");
-  visit.Page(
-      PostingPage(Look::kIdentityProvider, "You are signed in",
-                  visit.Address(kGatewayHost, "/saml/" + scenario + "/acs"),
-                  {{"SAMLResponse", kSamlResponse}, {"RelayState", visit.Parameter("RelayState")}}));
+  visit.Page(PostingPage(
+      Look::kIdentityProvider, "You are signed in",
+      visit.Address(kGatewayHost, "/saml/" + scenario + "/acs"),
+      {{"SAMLResponse", kSamlResponse}, {"RelayState", visit.Parameter("RelayState")}}));
 }
 
 bool ServeGateway(Visit& visit, const Delay& delay) {

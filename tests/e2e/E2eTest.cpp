@@ -45,16 +45,6 @@ std::string TextMember(const rapidjson::Value& object, const char* key) {
   return found != object.MemberEnd() && found->value.IsString() ? found->value.GetString() : "";
 }
 
-// True when the process ends before the time is over.
-bool EndsSoon(pid_t process, std::chrono::milliseconds limit) {
-  const int descriptor = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
-  if (descriptor < 0) return true;
-  pollfd watched = {descriptor, POLLIN, 0};
-  const bool ended = poll(&watched, 1, static_cast<int>(limit.count())) == 1;
-  close(descriptor);
-  return ended;
-}
-
 std::string CommandLine(pid_t process) {
   return ReadFile("/proc/" + std::to_string(process) + "/cmdline");
 }
@@ -79,7 +69,7 @@ E2eTest::E2eTest() {
 
 void E2eTest::TearDown() {
   for (const pid_t process : UserProcesses()) {
-    EXPECT_TRUE(EndsSoon(process, kLeavingTime)) << "left behind: " << CommandLine(process);
+    EXPECT_TRUE(EndsWithin(process, kLeavingTime)) << "left behind: " << CommandLine(process);
     kill(process, SIGKILL);
   }
   std::error_code none;
@@ -103,13 +93,14 @@ std::string E2eTest::Address(const std::string& path, bool https) const {
 
 void E2eTest::TrustBox() { TrustAuthority(home_.path(), box_->authority_pem()); }
 
-Subprocess::Spec E2eTest::StarterSpec(const Step& step) const {
-  Subprocess::Spec spec;
-  spec.arguments = {EB_STARTER, "--json", "--type", step.type, "--url",
-                    Address(step.path, step.https), "--cookie", step.cookie};
-  spec.arguments.insert(spec.arguments.end(), step.options.begin(), step.options.end());
-  spec.environment = {{"HOME", home_.path()}, {"TMPDIR", home_.file("tmp")}};
-  return spec;
+Subprocess::Command E2eTest::StarterCommand(const Step& step) const {
+  Subprocess::Command command;
+  command.arguments = {EB_STARTER, "--json",   "--type",
+                       step.type,  "--url",    Address(step.path, step.https),
+                       "--cookie", step.cookie};
+  command.arguments.insert(command.arguments.end(), step.options.begin(), step.options.end());
+  command.environment = {{"HOME", home_.path()}, {"TMPDIR", home_.file("tmp")}};
+  return command;
 }
 
 StarterReport E2eTest::Report(Subprocess& starter) {
@@ -139,16 +130,16 @@ StarterReport E2eTest::Report(Subprocess& starter) {
 }
 
 StarterReport E2eTest::Run(const Step& step) {
-  Subprocess starter(StarterSpec(step));
+  Subprocess starter(StarterCommand(step));
   return Report(starter);
 }
 
-Subprocess::Spec E2eTest::DirectSpec(const std::string& argument) const {
-  Subprocess::Spec spec;
-  spec.arguments = {argument};
-  spec.program = EB_PROGRAM;
-  spec.environment = {{"HOME", home_.path()}, {"TMPDIR", home_.file("tmp")}};
-  return spec;
+Subprocess::Command E2eTest::DirectCommand(const std::string& argument) const {
+  Subprocess::Command command;
+  command.arguments = {argument};
+  command.program = EB_PROGRAM;
+  command.environment = {{"HOME", home_.path()}, {"TMPDIR", home_.file("tmp")}};
+  return command;
 }
 
 std::string E2eTest::Request(const std::string& path) const {
@@ -173,8 +164,8 @@ DirectReport E2eTest::DirectEnd(Subprocess& program, const std::string& data_fol
   return report;
 }
 
-DirectReport E2eTest::RunDirectly(const Subprocess::Spec& spec) {
-  Subprocess program(spec);
+DirectReport E2eTest::RunDirectly(const Subprocess::Command& command) {
+  Subprocess program(command);
   return DirectEnd(program, DataFolder());
 }
 
@@ -217,13 +208,31 @@ std::vector<pid_t> E2eTest::UserProcesses() const {
 
 pid_t E2eTest::BrowserProcess() const {
   for (const pid_t process : UserProcesses()) {
-    const std::string command = CommandLine(process);
-    if (command.find("--user-data-dir=") != std::string::npos &&
-        command.find("--type=") == std::string::npos) {
+    const std::string line = CommandLine(process);
+    if (line.find("--user-data-dir=") != std::string::npos &&
+        line.find("--type=") == std::string::npos) {
       return process;
     }
   }
   return -1;
+}
+
+pid_t E2eTest::HelperProcess() const {
+  std::error_code none;
+  for (const pid_t process : UserProcesses()) {
+    const std::string link = "/proc/" + std::to_string(process) + "/exe";
+    if (std::filesystem::read_symlink(link, none) == EB_PROGRAM) return process;
+  }
+  return -1;
+}
+
+bool E2eTest::EndsWithin(pid_t process, std::chrono::milliseconds limit) {
+  const int descriptor = static_cast<int>(syscall(SYS_pidfd_open, process, 0));
+  if (descriptor < 0) return true;
+  pollfd watched = {descriptor, POLLIN, 0};
+  const bool ended = poll(&watched, 1, static_cast<int>(limit.count())) == 1;
+  close(descriptor);
+  return ended;
 }
 
 std::vector<std::string> E2eTest::CookiesSentTo(const std::string& path) const {

@@ -1,5 +1,5 @@
-// The program as its callers run it: a user and a display of the test's own, a gateway in a box, and
-// what must hold after every run, whatever happened in it.
+// The program as its callers run it: a user and a display of the test's own, a gateway in a box,
+// and what must hold after every run, whatever happened in it.
 
 #ifndef TESTS_E2E_E2ETEST_H_
 #define TESTS_E2E_E2ETEST_H_
@@ -61,18 +61,18 @@ class E2eTest : public testing::Test {
     bool https = false;
     std::vector<std::string> options;
   };
-  Subprocess::Spec StarterSpec(const Step& step) const;
+  Subprocess::Command StarterCommand(const Step& step) const;
   // Waits for the starter's end and reads its report.
   StarterReport Report(Subprocess& starter);
   StarterReport Run(const Step& step);
 
   // A run without the starter. `argument` is the program's argv[0].
-  Subprocess::Spec DirectSpec(const std::string& argument) const;
+  Subprocess::Command DirectCommand(const std::string& argument) const;
   // A launch request for a SAML sign-in at a path of the gateway.
   std::string Request(const std::string& path) const;
   // Waits for the program's end, reads the segment that belongs to `data_folder` and removes it.
   DirectReport DirectEnd(Subprocess& program, const std::string& data_folder);
-  DirectReport RunDirectly(const Subprocess::Spec& spec);
+  DirectReport RunDirectly(const Subprocess::Command& command);
 
   std::string Address(const std::string& path, bool https = false) const;
   std::string DataFolder() const;
@@ -86,8 +86,11 @@ class E2eTest : public testing::Test {
 
   // The user's processes, as far as their environment names the user's HOME.
   std::vector<pid_t> UserProcesses() const;
-  // The browser's main process; -1 when there is none.
+  // The browser's main process, and the program under test; -1 when there is none.
   pid_t BrowserProcess() const;
+  pid_t HelperProcess() const;
+  // True when the process ends before the limit.
+  static bool EndsWithin(pid_t process, std::chrono::milliseconds limit);
   // The requests to a path of the box, as "name=value; ..." of their cookies.
   std::vector<std::string> CookiesSentTo(const std::string& path) const;
 

@@ -12,10 +12,10 @@ using testing::Not;
 
 class BadLuckTest : public E2eTest {
  protected:
-  void ExpectNothingDone(const Subprocess::Spec& spec, int status,
+  void ExpectNothingDone(const Subprocess::Command& command, int status,
                          const std::vector<std::string>& log) {
-    const DirectReport report = RunDirectly(spec);
-    EXPECT_EQ(report.exit_status, status) << spec.arguments[0];
+    const DirectReport report = RunDirectly(command);
+    EXPECT_EQ(report.exit_status, status) << command.arguments[0];
     for (const std::string& text : log) EXPECT_THAT(report.log, HasSubstr(text));
     EXPECT_EQ(report.document, "");
     EXPECT_TRUE(box_->requests().empty()) << "no page was opened";
@@ -44,7 +44,8 @@ TEST_F(BadLuckTest, RequestsThatCannotBeUsed) {
        0,
        {"Browser type requested 4", "m_pBrowserCtrl is NULL. Aborting the navigation."}},
   };
-  for (const auto& entry : cases) ExpectNothingDone(DirectSpec(entry.request), entry.status, entry.log);
+  for (const auto& entry : cases)
+    ExpectNothingDone(DirectCommand(entry.request), entry.status, entry.log);
 }
 
 TEST_F(BadLuckTest, CatalogsMissing) {
@@ -53,21 +54,22 @@ TEST_F(BadLuckTest, CatalogsMissing) {
     std::string file;
     const char* log;
   } cases[] = {
-      {resources + "CorvaneResource_EN.txt", "failed to load resource file [CorvaneResource_EN.txt]"},
+      {resources + "CorvaneResource_EN.txt",
+       "failed to load resource file [CorvaneResource_EN.txt]"},
       {resources + "MessageCatalogCorvaneUI_EN.txt",
        "Error loading some or all Message Catalog files."},
       {"/Contents/Plugins/VELD/access.ini", "Error loading some or all Message Catalog files."},
   };
   for (const auto& entry : cases) {
     const TakenAway away(InstallPaths::kAppBundle + entry.file);
-    ExpectNothingDone(DirectSpec(Request("/saml/ok?auto=1")), 255, {entry.log});
+    ExpectNothingDone(DirectCommand(Request("/saml/ok?auto=1")), 255, {entry.log});
   }
 }
 
 TEST_F(BadLuckTest, FrameworkMissing) {
   const std::string library = InstallPaths::kFrameworkLibrary;
   const TakenAway away(library);
-  const DirectReport report = RunDirectly(DirectSpec(Request("/saml/ok?auto=1")));
+  const DirectReport report = RunDirectly(DirectCommand(Request("/saml/ok?auto=1")));
   EXPECT_EQ(report.err, "dlopen " + library + ": " + library +
                             ": cannot open shared object file: No such file or directory\n"
                             "Failed to load the CEF framework.\n");
@@ -80,16 +82,16 @@ TEST_F(BadLuckTest, FrameworkOfAnotherKind) {
   const std::string library = InstallPaths::kFrameworkLibrary;
   const TakenAway away(library);
   std::filesystem::copy_file(EB_EMPTY_LIBRARY, library);
-  const DirectReport report = RunDirectly(DirectSpec(Request("/saml/ok?auto=1")));
+  const DirectReport report = RunDirectly(DirectCommand(Request("/saml/ok?auto=1")));
   EXPECT_EQ(report.err, "libcef_init_pointers failed \nFailed to load the CEF framework.\n");
   EXPECT_EQ(report.exit_status, 0);
   EXPECT_THAT(report.log, HasSubstr("failed to load cef library"));
 }
 
 TEST_F(BadLuckTest, DataFolderCannotBeMade) {
-  Subprocess::Spec spec = DirectSpec(Request("/saml/ok?auto=1"));
-  spec.environment["HOME"] = home_.write("file", "") + "/home";
-  const DirectReport report = RunDirectly(spec);
+  Subprocess::Command command = DirectCommand(Request("/saml/ok?auto=1"));
+  command.environment["HOME"] = home_.write("file", "") + "/home";
+  const DirectReport report = RunDirectly(command);
   EXPECT_EQ(report.exit_status, 0) << report.err;
   EXPECT_THAT(report.log, HasSubstr("Failed to attach shared memory"));
 }
@@ -102,10 +104,10 @@ TEST_F(BadLuckTest, DataFolderMissingIsMade) {
 }
 
 TEST_F(BadLuckTest, NoDisplay) {
-  Subprocess::Spec spec = DirectSpec(Request("/saml/ok?auto=1"));
-  spec.environment["DISPLAY"] = std::nullopt;
-  spec.environment["WAYLAND_DISPLAY"] = std::nullopt;
-  const DirectReport report = RunDirectly(spec);
+  Subprocess::Command command = DirectCommand(Request("/saml/ok?auto=1"));
+  command.environment["DISPLAY"] = std::nullopt;
+  command.environment["WAYLAND_DISPLAY"] = std::nullopt;
+  const DirectReport report = RunDirectly(command);
   EXPECT_EQ(report.exit_status, 0) << report.err;
   EXPECT_EQ(report.signal, 0);
   EXPECT_NE(report.err, "") << "the reason belongs on standard error";
@@ -122,30 +124,35 @@ class OtherSystemTest : public E2eTest {
   }
 
   void SetUp() override {
-    Subprocess::Spec probe;
+    Subprocess::Command probe;
     probe.arguments = Unshare();
     probe.arguments.insert(probe.arguments.end(), {"mount", "--bind", "/usr/bin", "/usr/bin"});
     if (RunToEnd(probe, kPatience).exit_status != 0) GTEST_SKIP() << "no mount namespaces here";
   }
 
   // Runs the program there, after the shell lines of `script`; $1 is `folder`.
-  Subprocess::Spec Spec(const std::string& script, const std::string& folder) const {
-    Subprocess::Spec spec = DirectSpec("");
-    spec.program.clear();
-    spec.arguments = Unshare();
-    spec.arguments.insert(spec.arguments.end(),
-                          {"/bin/bash", "-ec", script + "\nexec -a \"$2\" \"$3\"", "bash", folder,
-                           Request("/saml/ok?auto=1"), EB_PROGRAM});
-    return spec;
+  Subprocess::Command Command(const std::string& script, const std::string& folder) const {
+    Subprocess::Command command = DirectCommand("");
+    command.program.clear();
+    command.arguments = Unshare();
+    command.arguments.insert(command.arguments.end(),
+                             {"/bin/bash", "-ec", script + "\nexec -a \"$2\" \"$3\"", "bash",
+                              folder, Request("/saml/ok?auto=1"), EB_PROGRAM});
+    return command;
   }
 };
 
 TEST_F(OtherSystemTest, WithoutChromium) {
   std::filesystem::create_directories(home_.file("nothing"));
-  const DirectReport report = RunDirectly(
-      Spec("for d in /usr/lib/chromium /usr/lib/chromium-browser; do\n"
-           "  [ ! -d $d ] || mount --bind \"$1\" $d\ndone\nPATH=/nonexistent\n",
-           home_.file("nothing")));
+  const DirectReport report =
+      RunDirectly(Command("for folder in /usr/lib/chromium /usr/lib/chromium-browser; do\n"
+                          "  [ ! -d $folder ] || mount --bind \"$1\" $folder\n"
+                          "done\n"
+                          "for command in chromium chromium-browser google-chrome; do\n"
+                          "  file=$(command -v $command) || continue\n"
+                          "  mount --bind /dev/null \"$(realpath \"$file\")\"\n"
+                          "done\n",
+                          home_.file("nothing")));
   EXPECT_EQ(report.exit_status, 0) << report.err;
   EXPECT_THAT(report.err, HasSubstr("Chromium is not installed"));
   EXPECT_TRUE(box_->requests().empty());
@@ -155,13 +162,13 @@ TEST_F(OtherSystemTest, WithoutHome) {
   // Another /tmp, in which the build and the display's socket keep their places.
   const std::string tmp = home_.file("other");
   std::filesystem::create_directories(tmp);
-  Subprocess::Spec spec = Spec(
+  Subprocess::Command command = Command(
       "for keep in /tmp/.X11-unix \"$EB_STAGE\"; do case $keep in /tmp/*)\n"
       "  mkdir -p \"$1/${keep#/tmp/}\"; mount --rbind \"$keep\" \"$1/${keep#/tmp/}\";; esac; done\n"
       "unset HOME TMPDIR\nmount --rbind \"$1\" /tmp\n",
       tmp);
-  spec.environment["EB_STAGE"] = InstallPaths::kRoot;
-  Subprocess program(spec);
+  command.environment["EB_STAGE"] = InstallPaths::kRoot;
+  Subprocess program(command);
   const DirectReport report = DirectEnd(program, tmp);
   EXPECT_EQ(report.exit_status, 0) << report.err;
   EXPECT_THAT(report.document, HasSubstr("\"postauthcookie\":\"KXSAMLEBSTATEID=")) << report.log;

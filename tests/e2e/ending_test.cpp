@@ -17,8 +17,8 @@ constexpr char kEmptyDocument[] =
 
 class EndingTest : public E2eTest {
  protected:
-  Subprocess::Spec NeverSignsIn(std::vector<std::string> options = {}) const {
-    return StarterSpec({"saml-login", "/saml/never", kCookie, false, std::move(options)});
+  Subprocess::Command NeverSignsIn(std::vector<std::string> options = {}) const {
+    return StarterCommand({"saml-login", "/saml/never", kCookie, false, std::move(options)});
   }
   void WaitForForm() {
     ASSERT_NE(display_->WaitForWindow(kFormTitle, kPatience), "") << "no sign-in window";
@@ -46,7 +46,7 @@ TEST_F(EndingTest, TimeLimitEndsTheStepInOrder) {
 class SignalTest : public EndingTest, public testing::WithParamInterface<int> {};
 
 TEST_P(SignalTest, WhileThePageIsShown) {
-  Subprocess program(DirectSpec(Request("/saml/never")));
+  Subprocess program(DirectCommand(Request("/saml/never")));
   WaitForForm();
   program.Signal(GetParam());
   const DirectReport report = DirectEnd(program, DataFolder());
@@ -58,7 +58,7 @@ TEST_P(SignalTest, WhileThePageIsShown) {
 
 TEST_P(SignalTest, InTheFirstMoments) {
   for (const int milliseconds : {0, 30, 100, 250, 500}) {
-    Subprocess program(DirectSpec(Request("/saml/never")));
+    Subprocess program(DirectCommand(Request("/saml/never")));
     ASSERT_TRUE(WaitForLog(program.pid(), "got client"));
     std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
     program.Signal(GetParam());
@@ -69,15 +69,13 @@ TEST_P(SignalTest, InTheFirstMoments) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, SignalTest, testing::Values(SIGHUP, SIGINT, SIGTERM),
-                         [](const auto& info) {
-                           return std::string(info.param == SIGHUP   ? "Hup"
-                                              : info.param == SIGINT ? "Int"
-                                                                     : "Term");
-                         });
+INSTANTIATE_TEST_SUITE_P(
+    All, SignalTest, testing::Values(SIGHUP, SIGINT, SIGTERM), [](const auto& info) {
+      return std::string(info.param == SIGHUP ? "Hup" : info.param == SIGINT ? "Int" : "Term");
+    });
 
 TEST_F(EndingTest, CookiesGatheredBeforeASignalAreHandedBack) {
-  Subprocess program(DirectSpec(Request("/saml/never")));
+  Subprocess program(DirectCommand(Request("/saml/never")));
   WaitForForm();
   // A wrong password: the form comes again, and with its request the provider's cookies.
   display_->Xdotool({"type", "--delay", "20", "ada\twrong\n"});
@@ -109,7 +107,7 @@ TEST_F(EndingTest, BrowserKilledInTheMiddle) {
 }
 
 TEST_F(EndingTest, ProgramKilledLeavesNothing) {
-  Subprocess program(DirectSpec(Request("/saml/never")));
+  Subprocess program(DirectCommand(Request("/saml/never")));
   WaitForForm();
   program.Signal(SIGKILL);
   const DirectReport report = DirectEnd(program, DataFolder());
@@ -120,18 +118,11 @@ TEST_F(EndingTest, ProgramKilledLeavesNothing) {
 TEST_F(EndingTest, KilledStarterEndsTheStep) {
   Subprocess starter(NeverSignsIn());
   WaitForForm();
+  const pid_t helper = HelperProcess();
+  ASSERT_GT(helper, 0);
   starter.Signal(SIGKILL);
-  ASSERT_TRUE(starter.Wait(kPatience));
-  const DirectReport none = [this, &starter] {
-    DirectReport report = DirectEnd(starter, DataFolder());
-    // The helper writes its result when it has closed the browser; it ends with the user's others.
-    while (!UserProcesses().empty() && report.document.empty()) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(10));
-      report = DirectEnd(starter, DataFolder());
-    }
-    return report;
-  }();
-  EXPECT_EQ(none.document, kEmptyDocument);
+  ASSERT_TRUE(EndsWithin(helper, kPatience));
+  EXPECT_EQ(DirectEnd(starter, DataFolder()).document, kEmptyDocument);
 }
 
 }  // namespace

@@ -22,6 +22,8 @@ struct Outcome {
   int slo_state;
 };
 
+void PrintTo(const Outcome& outcome, std::ostream* out) { *out << outcome.name; }
+
 std::string Pattern(std::string text) {
   for (size_t at; (at = text.find("%s")) != std::string::npos;) text.replace(at, 2, kToken);
   return text;
@@ -32,8 +34,11 @@ class OutcomeTest : public E2eTest, public testing::WithParamInterface<Outcome> 
 TEST_P(OutcomeTest, ReachesTheCaller) {
   const Outcome& expected = GetParam();
   if (expected.https) TrustBox();
-  const StarterReport report = Run({expected.type, std::string(expected.path) + "?auto=1",
-                                    expected.cookie, expected.https, {"--timeout", "45"}});
+  const StarterReport report = Run({expected.type,
+                                    std::string(expected.path) + "?auto=1",
+                                    expected.cookie,
+                                    expected.https,
+                                    {"--timeout", "45"}});
   EXPECT_EQ(report.exit_status, expected.status) << report.verdict << "\n" << report.log;
   EXPECT_THAT(report.post_auth_cookie, MatchesRegex(Pattern(expected.post_auth_cookie)));
   EXPECT_THAT(report.idp_cookies, MatchesRegex(Pattern(expected.idp_cookies)));
@@ -120,7 +125,7 @@ class CertificateTest : public E2eTest {
     box_ = std::make_unique<GatewayBox>(options);
     TrustBox();
     Subprocess starter(
-        StarterSpec({"saml-login", "/saml/ok?auto=1", kSaml, true, {"--timeout", "45"}}));
+        StarterCommand({"saml-login", "/saml/ok?auto=1", kSaml, true, {"--timeout", "45"}}));
     EXPECT_NE(display_->WaitForWindow("^Alert$", kPatience), "") << "no question";
     display_->Xdotool({"key", key});
     return Report(starter);

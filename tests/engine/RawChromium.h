@@ -1,4 +1,5 @@
-// A Chromium under test, spoken to in bare DevTools messages, and a look at the processes it runs as.
+// A Chromium under test, spoken to in bare DevTools messages, and a look at the processes it runs
+// as.
 
 #ifndef TESTS_ENGINE_RAWCHROMIUM_H_
 #define TESTS_ENGINE_RAWCHROMIUM_H_
@@ -15,7 +16,8 @@
 #include "cef/chromium/ChromiumProcess.h"
 
 // Single-threaded: what arrives is read while a reply or an event is waited for. Every wait ends
-// after ten seconds with an exception (std::runtime_error), so that a test fails instead of hanging.
+// after ten seconds with an exception (std::runtime_error), so that a test fails instead of
+// hanging.
 class RawChromium {
  public:
   using Message = rapidjson::Document;
@@ -45,7 +47,7 @@ class RawChromium {
 
  private:
   bool ReadMore();
-  Message Next();
+  std::string ReadText();
 
   std::unique_ptr<engine::ChromiumProcess> process_;
   std::string buffer_;
@@ -53,8 +55,8 @@ class RawChromium {
   int last_id_ = 0;
 };
 
-// The processes of which a command line or environment contains the text, this one left out, each
-// followed until it has ended.
+// The processes of every session that has one whose command line or environment contains the text,
+// this process's own session left out; each is followed until it has ended.
 class ProcessWatch {
  public:
   explicit ProcessWatch(const std::string& text);

@@ -172,11 +172,11 @@ TEST(Gateway, EveryScenarioOfTheTableAnswers) {
 TEST(Gateway, ProgramServesBothSchemesAndNeverOutlivesItsStarter) {
   const TempDir folder;
   const auto start = [&folder](std::vector<std::string> more) {
-    Subprocess::Spec spec;
-    spec.arguments = {EB_GATEWAY, "--authority-file", folder.file("authority.pem")};
-    spec.arguments.insert(spec.arguments.end(), more.begin(), more.end());
-    spec.keep_input = true;
-    return spec;
+    Subprocess::Command command;
+    command.arguments = {EB_GATEWAY, "--authority-file", folder.file("authority.pem")};
+    command.arguments.insert(command.arguments.end(), more.begin(), more.end());
+    command.keep_input = true;
+    return command;
   };
   Subprocess gateway(
       start({"--exit-with-stdin", "--certificate", "expired", "--certificate-for", "idp"}));

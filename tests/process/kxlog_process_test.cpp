@@ -25,7 +25,7 @@ class LogProcessTest : public testing::Test {
   }
 
   static std::unique_ptr<Subprocess> StartWriter(const std::string& argument) {
-    Subprocess::Spec spec;
+    Subprocess::Command spec;
     spec.arguments = {LOG_WRITER, argument};
     return std::make_unique<Subprocess>(spec);
   }

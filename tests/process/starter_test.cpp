@@ -26,13 +26,14 @@ constexpr char kNothing[] =
 class Starter : public testing::Test {
  protected:
   // A starter with a HOME of its own whose helper behaves as the address says.
-  Subprocess::Spec Spec(const std::string& behaviour, std::vector<std::string> more = {}) const {
-    Subprocess::Spec spec;
-    spec.arguments = {EB_STARTER, "--type",    "saml-login",  "--url",
-                      behaviour,  "--program", EB_FAKE_HELPER};
-    spec.arguments.insert(spec.arguments.end(), more.begin(), more.end());
-    spec.environment["HOME"] = home_.path();
-    return spec;
+  Subprocess::Command Command(const std::string& behaviour,
+                              std::vector<std::string> more = {}) const {
+    Subprocess::Command command;
+    command.arguments = {EB_STARTER, "--type",    "saml-login",  "--url",
+                         behaviour,  "--program", EB_FAKE_HELPER};
+    command.arguments.insert(command.arguments.end(), more.begin(), more.end());
+    command.environment["HOME"] = home_.path();
+    return command;
   }
 
   int SegmentId() const { return shmget(ftok(DataFolder(home_.path()).c_str(), 'R'), 0, 0); }
@@ -67,7 +68,7 @@ TEST_F(Starter, VerdictsAndExitStatuses) {
       {{"--program", "/nonexistent"}, "result", 1, "not started: "},
   };
   for (const auto& entry : cases) {
-    const Subprocess::End end = RunToEnd(Spec(entry.behaviour, entry.options), seconds(30));
+    const Subprocess::End end = RunToEnd(Command(entry.behaviour, entry.options), seconds(30));
     EXPECT_EQ(end.exit_status, entry.status) << entry.line;
     EXPECT_EQ(end.out.rfind(entry.line, 0), 0u) << end.out;
     EXPECT_EQ(SegmentId(), -1) << entry.line;
@@ -75,15 +76,15 @@ TEST_F(Starter, VerdictsAndExitStatuses) {
 }
 
 TEST_F(Starter, RequestReachesTheHelperAsItsZerothArgument) {
-  Subprocess::Spec spec =
-      Spec("result \"quoted\" \xc3\xa9", {"--clear-cookies", "https://gw/slo", "--cookie-stdin"});
-  spec.input = "a=1; b=\\2\n";
-  RunToEnd(spec, seconds(30));
+  Subprocess::Command command = Command("result \"quoted\" \xc3\xa9",
+                                        {"--clear-cookies", "https://gw/slo", "--cookie-stdin"});
+  command.input = "a=1; b=\\2\n";
+  RunToEnd(command, seconds(30));
   EXPECT_EQ(ReadFile(home_.file("request")),
             "{\"browsertype\":1,\"url\":\"result \\\"quoted\\\" \xc3\xa9\","
             "\"cookie\":\"a=1; b=\\\\2\",\"samlslourltoclearcookies\":\"https://gw/slo\"}");
   home_.write("cookie", "from=file\r\n");
-  RunToEnd(Spec("result", {"--type", "saml-logout", "--cookie-file", home_.file("cookie")}),
+  RunToEnd(Command("result", {"--type", "saml-logout", "--cookie-file", home_.file("cookie")}),
            seconds(30));
   EXPECT_EQ(ReadFile(home_.file("request")),
             "{\"browsertype\":3,\"url\":\"result\",\"cookie\":\"from=file\","
@@ -97,24 +98,24 @@ TEST_F(Starter, OldResultNeverShowsThrough) {
     void* const memory = shmat(id, nullptr, 0);
     std::memset(memory, 'x', old_size);
     shmdt(memory);
-    EXPECT_EQ(RunToEnd(Spec("result", {"--cookie", kSignedIn}), seconds(30)).exit_status, 0);
+    EXPECT_EQ(RunToEnd(Command("result", {"--cookie", kSignedIn}), seconds(30)).exit_status, 0);
     EXPECT_EQ(SegmentId(), -1);
   }
 }
 
 TEST_F(Starter, JsonHoldsVerdictAndReturnData) {
   const Subprocess::End end =
-      RunToEnd(Spec("result", {"--cookie", kSignedIn, "--json"}), seconds(30));
+      RunToEnd(Command("result", {"--cookie", kSignedIn, "--json"}), seconds(30));
   EXPECT_THAT(end.out, HasSubstr(std::string("\"return_data\":") + kSignedIn));
   EXPECT_THAT(end.out, HasSubstr("\"verdict\":\"signed in\",\"status\":0"));
-  EXPECT_THAT(RunToEnd(Spec("crash", {"--json"}), seconds(30)).out,
+  EXPECT_THAT(RunToEnd(Command("crash", {"--json"}), seconds(30)).out,
               HasSubstr("\"helper_killed_by\":6,\"return_data\":null"));
 }
 
 TEST_F(Starter, SignalsArePassedOnAndTheHelperIsReaped) {
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
     std::filesystem::remove(home_.file("ready"));
-    Subprocess starter(Spec("linger", {"--cookie", kNothing}));
+    Subprocess starter(Command("linger", {"--cookie", kNothing}));
     ASSERT_TRUE(WaitForFile("ready"));
     const pid_t helper = std::stoi(ReadFile(home_.file("ready")));
     starter.Signal(number);
@@ -128,7 +129,7 @@ TEST_F(Starter, SignalsArePassedOnAndTheHelperIsReaped) {
 }
 
 TEST_F(Starter, KilledStarterTakesTheHelperAlong) {
-  Subprocess starter(Spec("linger"));
+  Subprocess starter(Command("linger"));
   ASSERT_TRUE(WaitForFile("ready"));
   starter.Signal(SIGKILL);
   ASSERT_TRUE(WaitForFile("signal"));
@@ -161,11 +162,11 @@ TEST_F(Starter, WrongUsageIsToldInOneLineAndRunsNothing) {
       {"--type", "custom", "--url", "result", "--loud", "yes"},
   };
   for (const auto& arguments : cases) {
-    Subprocess::Spec spec;
-    spec.arguments = {EB_STARTER, "--program", EB_FAKE_HELPER};
-    spec.arguments.insert(spec.arguments.end(), arguments.begin(), arguments.end());
-    spec.environment["HOME"] = home_.path();
-    const Subprocess::End end = RunToEnd(spec, seconds(30));
+    Subprocess::Command command;
+    command.arguments = {EB_STARTER, "--program", EB_FAKE_HELPER};
+    command.arguments.insert(command.arguments.end(), arguments.begin(), arguments.end());
+    command.environment["HOME"] = home_.path();
+    const Subprocess::End end = RunToEnd(command, seconds(30));
     EXPECT_EQ(end.exit_status, 2) << testing::PrintToString(arguments);
     EXPECT_EQ(std::count(end.err.begin(), end.err.end(), '\n'), 1) << end.err;
   }
@@ -173,9 +174,9 @@ TEST_F(Starter, WrongUsageIsToldInOneLineAndRunsNothing) {
 }
 
 TEST_F(Starter, WithoutHomeNothingIsStarted) {
-  Subprocess::Spec spec = Spec("result");
-  spec.environment["HOME"] = std::nullopt;
-  const Subprocess::End end = RunToEnd(spec, seconds(30));
+  Subprocess::Command command = Command("result");
+  command.environment["HOME"] = std::nullopt;
+  const Subprocess::End end = RunToEnd(command, seconds(30));
   EXPECT_EQ(end.exit_status, 1);
   EXPECT_EQ(end.out, "not started: HOME is not set\n");
 }

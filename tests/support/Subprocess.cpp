@@ -49,17 +49,17 @@ void CloseAll(std::initializer_list<int> descriptors) {
 
 }  // namespace
 
-Subprocess::Subprocess(const Spec& spec) {
+Subprocess::Subprocess(const Command& command) {
   int in[2], out[2], err[2], report[2];
   MakePipe(in);
   MakePipe(out);
   MakePipe(err);
   MakePipe(report);
-  std::vector<std::string> arguments = spec.arguments;
-  std::vector<std::string> environment = Environment(spec.environment);
+  std::vector<std::string> arguments = command.arguments;
+  std::vector<std::string> environment = Environment(command.environment);
   const std::vector<char*> argv = Pointers(arguments);
   const std::vector<char*> envp = Pointers(environment);
-  const std::string program = spec.program.empty() ? spec.arguments.at(0) : spec.program;
+  const std::string program = command.program.empty() ? command.arguments.at(0) : command.program;
   const pid_t parent = getpid();
 
   pid_ = fork();
@@ -74,7 +74,7 @@ Subprocess::Subprocess(const Spec& spec) {
     dup2(out[1], STDOUT_FILENO);
     dup2(err[1], STDERR_FILENO);
     syscall(SYS_close_range, 3u, ~0u, CLOSE_RANGE_CLOEXEC);
-    if (spec.folder.empty() || chdir(spec.folder.c_str()) == 0) {
+    if (command.folder.empty() || chdir(command.folder.c_str()) == 0) {
       execvpe(program.c_str(), argv.data(), envp.data());
     }
     const int error = errno;
@@ -100,9 +100,9 @@ Subprocess::Subprocess(const Spec& spec) {
 
   // Inputs of tests fit the pipe, so this does not wait for the program.
   const auto former = signal(SIGPIPE, SIG_IGN);
-  const bool written = write(input_, spec.input.data(), spec.input.size()) >= 0;
+  const bool written = write(input_, command.input.data(), command.input.size()) >= 0;
   signal(SIGPIPE, former);
-  if (!spec.keep_input || !written) CloseInput();
+  if (!command.keep_input || !written) CloseInput();
 }
 
 Subprocess::~Subprocess() {
@@ -192,8 +192,8 @@ void Subprocess::Collect() {
   changed_.notify_all();
 }
 
-Subprocess::End RunToEnd(const Subprocess::Spec& spec, std::chrono::milliseconds limit) {
-  Subprocess process(spec);
+Subprocess::End RunToEnd(const Subprocess::Command& command, std::chrono::milliseconds limit) {
+  Subprocess process(command);
   if (const auto end = process.Wait(limit)) return *end;
   process.Signal(SIGKILL);
   return process.Wait(std::chrono::seconds(10)).value_or(Subprocess::End());

@@ -16,7 +16,7 @@
 
 class Subprocess {
  public:
-  struct Spec {
+  struct Command {
     std::vector<std::string> arguments;  // the first is argv[0]
     std::string program;                 // what to execute; empty: argv[0], looked up in PATH
     // Changes to this process's environment; no value: the variable is removed.
@@ -34,9 +34,9 @@ class Subprocess {
     std::string err;
   };
 
-  // Starts the program; throws std::runtime_error when it cannot be executed. Descriptors other than
-  // the three standard ones are not inherited. The program gets SIGKILL when this thread dies.
-  explicit Subprocess(const Spec& spec);
+  // Starts the program; throws std::runtime_error when it cannot be executed. Descriptors other
+  // than the three standard ones are not inherited. The program gets SIGKILL when this thread dies.
+  explicit Subprocess(const Command& command);
   // Kills the program if it still runs, and reaps it.
   ~Subprocess();
   Subprocess(const Subprocess&) = delete;
@@ -77,6 +77,6 @@ class Subprocess {
 };
 
 // Runs a program to its end; kills it when the limit passes (the end then shows SIGKILL).
-Subprocess::End RunToEnd(const Subprocess::Spec& spec, std::chrono::milliseconds limit);
+Subprocess::End RunToEnd(const Subprocess::Command& command, std::chrono::milliseconds limit);
 
 #endif  // TESTS_SUPPORT_SUBPROCESS_H_

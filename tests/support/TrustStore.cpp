@@ -9,11 +9,11 @@
 namespace {
 
 void CertUtil(std::vector<std::string> arguments, const std::string& input) {
-  Subprocess::Spec spec;
-  spec.arguments = std::move(arguments);
-  spec.arguments.insert(spec.arguments.begin(), "certutil");
-  spec.input = input;
-  const Subprocess::End end = RunToEnd(spec, std::chrono::seconds(30));
+  Subprocess::Command command;
+  command.arguments = std::move(arguments);
+  command.arguments.insert(command.arguments.begin(), "certutil");
+  command.input = input;
+  const Subprocess::End end = RunToEnd(command, std::chrono::seconds(30));
   if (end.exit_status != 0) throw std::runtime_error("certutil: " + end.err);
 }
 

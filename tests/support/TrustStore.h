@@ -5,8 +5,8 @@
 
 #include <string>
 
-// Adds the certificate (PEM) as a trusted server authority to the certificate database below `home`,
-// where Chromium looks (.pki/nssdb). Makes the database when there is none. Throws
+// Adds the certificate (PEM) as a trusted server authority to the certificate database below
+// `home`, where Chromium looks (.pki/nssdb). Makes the database when there is none. Throws
 // std::runtime_error with certutil's own words when that fails.
 void TrustAuthority(const std::string& home, const std::string& authority_pem);
 

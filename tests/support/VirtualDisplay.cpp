@@ -14,6 +14,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -176,9 +177,16 @@ VirtualDisplay::ToolResult VirtualDisplay::Xdotool(std::vector<std::string> argu
 
 std::string VirtualDisplay::WaitForWindow(const std::string& title_pattern,
                                           milliseconds limit) const {
-  const ToolResult found =
-      Run({"xdotool", "search", "--sync", "--onlyvisible", "--name", title_pattern}, limit);
-  return found.status == 0 ? found.output.substr(0, found.output.find('\n')) : std::string();
+  // The search fails when a window goes away under its eyes, so it may take several.
+  const auto end = Clock::now() + limit;
+  while (Clock::now() < end) {
+    const ToolResult found =
+        Run({"xdotool", "search", "--sync", "--onlyvisible", "--name", title_pattern},
+            milliseconds(Left(end)));
+    if (found.status == 0) return found.output.substr(0, found.output.find('\n'));
+    std::this_thread::sleep_for(milliseconds(20));
+  }
+  return {};
 }
 
 bool VirtualDisplay::Screenshot(const std::string& path) const {

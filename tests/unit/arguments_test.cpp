@@ -31,19 +31,17 @@ TEST(Arguments, RendersEveryType) {
   Add<std::int64_t>(arguments, 8, INT64_MIN);
   arguments << 5u << L"";
 
-  const wchar_t* const expected[][2] = {
-      {L"65535", L"0x0000FFFF"},
-      {L"4000000000", L"0xEE6B2800"},
-      {L"18446744073709551615", L"0xFFFFFFFFFFFFFFFF"},
-      {L"disk", L"disk"},
-      {L"200", L"0x000000C8"},
-      {L"-1", L"0xFFFFFFFF"},
-      {L"-2", L"0xFFFFFFFE"},
-      {L"-2147483648", L"0x80000000"},
-      {L"-9223372036854775808", L"0x8000000000000000"},
-      {L"5", L"0x00000005"},
-      {L"", L""},
-  };
+  const wchar_t* const expected[][2] = {{L"65535", L"0x0000FFFF"},
+                                        {L"4000000000", L"0xEE6B2800"},
+                                        {L"18446744073709551615", L"0xFFFFFFFFFFFFFFFF"},
+                                        {L"disk", L"disk"},
+                                        {L"200", L"0x000000C8"},
+                                        {L"-1", L"0xFFFFFFFF"},
+                                        {L"-2", L"0xFFFFFFFE"},
+                                        {L"-2147483648", L"0x80000000"},
+                                        {L"-9223372036854775808", L"0x8000000000000000"},
+                                        {L"5", L"0x00000005"},
+                                        {L"", L""}};
   size_t index = 0;
   for (const auto& texts : expected) {
     SCOPED_TRACE(index);
@@ -103,29 +101,28 @@ TEST(ArgumentsDeathTest, NullTextIsFatal) {
 
 TEST(Arguments, FillsPlaceholders) {
   Arguments arguments;
-  arguments << 5u << L"disk" << L"<{0:h}>" << L"";
+  arguments << 5u << L"disk" << L"<{0:h}>" << L"" << L"0";
   const struct {
     const wchar_t* text;
     const wchar_t* expected;
-  } cases[] = {
-      {L"{1} full: {0:h} blocks", L"disk full: 0x00000005 blocks"},
-      {L"plain", L"plain"},
-      {L"{0}{0}{00}", L"555"},
-      {L"{0:H}{0:x}{0:hh}{0:}", L"0x00000005555"},
-      {L"{0:h:h}", L"5"},
-      {L"{{0}", L"{5"},
-      {L"{x{0}}", L"{x5}"},
-      {L"{2}!", L"<0x00000005>!"},
-      {L"[{3}]", L"[]"},
-      {L"{4} {0}", L"{4} 5"},
-      {L"{} { 0} {-1} {a} {0", L"{} { 0} {-1} {a} {0"},
-      {L"\\{0} {0}", L"\\{0} 5"},
-      {L"{0\\} {0}", L"{0\\} 5"},
-      {L"{0:\\{}", L"{0:\\{}"},
-      {L"{1:\\}} x", L"disk x"},
-      {L"\\{{0}\\}", L"\\{5\\}"},
-      {L"}{", L"}{"},
-  };
+  } cases[] = {{L"{1} full: {0:h} blocks", L"disk full: 0x00000005 blocks"},
+               {L"plain", L"plain"},
+               {L"{0}{0}{00}", L"555"},
+               {L"{0:H}{0:x}{0:hh}{0:}", L"0x00000005555"},
+               {L"{0:h:h}", L"5"},
+               {L"{{0}", L"{5"},
+               {L"{x{0}}", L"{x5}"},
+               {L"{2}!", L"<0x00000005>!"},
+               {L"[{3}]", L"[]"},
+               {L"{9} {0}", L"{9} 5"},
+               {L"{{4}}", L"5"},  // what a filled-in text completes is seen too
+               {L"{} { 0} {-1} {a} {0", L"{} { 0} {-1} {a} {0"},
+               {L"\\{0} {0}", L"\\{0} 5"},
+               {L"{0\\} {0}", L"{0\\} 5"},
+               {L"{0:\\{}", L"{0:\\{}"},
+               {L"{1:\\}} x", L"disk x"},
+               {L"\\{{0}\\}", L"\\{5\\}"},
+               {L"}{", L"}{"}};
   for (const auto& c : cases) {
     std::wstring text = c.text;
     EXPECT_TRUE(arguments.formatString(text));

@@ -29,23 +29,21 @@ TEST(CatalogParser, ReadsTheSyntax) {
   const struct {
     std::string content;
     std::vector<std::string> records;
-  } cases[] = {
-      {"[1]\nValue=a", {"1|Value|a"}},
-      {"x=early\n[ 12 ]\n \tValue \t=\t a b \t\n", {"12|Value|a b"}},
-      {"\n\n[1]\n\na=1\n", {"1|a|1"}},
-      {"[1]\n;a=1\n ;b=2", {"1|;b|2"}},  // a comment starts in column one only
-      {"[1]\n[2\na=1\n3]\n", {"1|a|1"}},
-      {"[1]\n[\t]\na=1\n[2]\nb=2", {"2|b|2"}},  // a nameless section is none
-      {"[1]\n=a\n  =b\nnothing\nk=\n\tk2 =\t", {"1|k|", "1|k2|"}},
-      {"[1]\n[k=v]\nk=a=b=c\n", {"k=v|k|a=b=c"}},
-      {"[1]\nk=a\\tb\\nc\\rd\\\\x\\\\n\n", {"1|k|a\tb\nc\rd\\\\x\\\n"}},
-      {"[1]\r\nk=v\r\n[2]\r\n", {}},  // a CR is part of the line
-      {"[1]\nk=v\r\n", {"1|k|v\r"}},
-      {"[1]\nk=a\xFFz\nl=b\xC3\nm=\xC3\xA9\n", {"1|k|a", "1|l|b", "1|m|\xC3\xA9"}},
-      {std::string("[1]\nk=a\0b\nl=2", 13), {"1|k|a", "1|l|2"}},
-      {"; comment\n[1]\nk=v", {"1|k|v"}},
-      {"", {}},
-  };
+  } cases[] = {{"[1]\nValue=a", {"1|Value|a"}},
+               {"x=early\n[ 12 ]\n \tValue \t=\t a b \t\n", {"12|Value|a b"}},
+               {"\n\n[1]\n\na=1\n", {"1|a|1"}},
+               {"[1]\n;a=1\n ;b=2", {"1|;b|2"}},  // a comment starts in column one only
+               {"[1]\n[2\na=1\n3]\n", {"1|a|1"}},
+               {"[1]\n[\t]\na=1\n[2]\nb=2", {"2|b|2"}},  // a nameless section is none
+               {"[1]\n=a\n  =b\nnothing\nk=\n\tk2 =\t", {"1|k|", "1|k2|"}},
+               {"[1]\n[k=v]\nk=a=b=c\n", {"k=v|k|a=b=c"}},
+               {"[1]\nk=a\\tb\\nc\\rd\\\\x\\\\n\n", {"1|k|a\tb\nc\rd\\\\x\\\n"}},
+               {"[1]\r\nk=v\r\n[2]\r\n", {}},  // a CR is part of the line
+               {"[1]\nk=v\r\n", {"1|k|v\r"}},
+               {"[1]\nk=a\xFFz\nl=b\xC3\nm=\xC3\xA9\n", {"1|k|a", "1|l|b", "1|m|\xC3\xA9"}},
+               {std::string("[1]\nk=a\0b\nl=2", 13), {"1|k|a", "1|l|2"}},
+               {"; comment\n[1]\nk=v", {"1|k|v"}},
+               {"", {}}};
   TempDir folder;
   for (const auto& c : cases) {
     // The same with and without the mark that the encoding asks for.
@@ -114,18 +112,16 @@ TEST(BaseCatalog, LoadsTheBestVariant) {
     const char* language;
     std::vector<std::string> records;
     std::vector<std::string> errors;
-  } cases[] = {
-      {"en-us", {}, {}},
-      {"en", {"v|k|EN"}, {}},  // the base file once more
-      {"en-GB", {}, {error("EN-GB")}},
-      {"fr-fr", {"v|k|FR"}, {error("FR-FR")}},
-      {"fr", {"v|k|FR"}, {}},
-      {"pt-br", {"v|k|PT-BR"}, {}},
-      {"pt-pt-x", {"v|k|PT"}, {error("PT-PT-X")}},
-      {"de", {}, {error("DE")}},
-      {"de-CH", {}, {error("DE-CH"), error("DE")}},
-      {"", {}, {}},
-  };
+  } cases[] = {{"en-us", {}, {}},
+               {"en", {"v|k|EN"}, {}},  // the base file once more
+               {"en-GB", {}, {error("EN-GB")}},
+               {"fr-fr", {"v|k|FR"}, {error("FR-FR")}},
+               {"fr", {"v|k|FR"}, {}},
+               {"pt-br", {"v|k|PT-BR"}, {}},
+               {"pt-pt-x", {"v|k|PT"}, {error("PT-PT-X")}},
+               {"de", {}, {error("DE")}},
+               {"de-CH", {}, {error("DE-CH"), error("DE")}},
+               {"", {}, {}}};
   LogTrace log;
   const std::wstring base = Utf8ToWide(folder.file("r_EN.txt"));
   for (const auto& c : cases) {
@@ -165,17 +161,17 @@ TEST(Utils, TextOperations) {
   } numbers[] = {
       {L"0", true, 0},          {L"000", true, 0}, {L"0042", true, 42}, {L"4294967295", true, ~0u},
       {L"4294967297", true, 1}, {L"", false, 9},   {L" 1", false, 9},   {L"1\t", false, 9},
-      {L"+1", false, 9},        {L"-1", false, 9}, {L"0x1", false, 9},  {L"\u0661", false, 9},
-  };
+      {L"+1", false, 9},        {L"-1", false, 9}, {L"0x1", false, 9},  {L"\u0661", false, 9}};
   for (const auto& c : numbers) {
     unsigned int number = 9;
     EXPECT_EQ(convertStringToNumber(c.text, number), c.valid) << WideToUtf8(c.text);
     EXPECT_EQ(number, c.number) << WideToUtf8(c.text);
   }
-  const wchar_t* const replacements[][4] = {
-      {L"a.b.c", L".", L"..", L"a..b..c"}, {L"aaa", L"aa", L"a", L"aa"}, {L"aaaa", L"a", L"", L""},
-      {L"abc", L"", L"x", L"abc"},         {L"", L"a", L"b", L""},
-  };
+  const wchar_t* const replacements[][4] = {{L"a.b.c", L".", L"..", L"a..b..c"},
+                                            {L"aaa", L"aa", L"a", L"aa"},
+                                            {L"aaaa", L"a", L"", L""},
+                                            {L"abc", L"", L"x", L"abc"},
+                                            {L"", L"a", L"b", L""}};
   for (const auto& c : replacements) {
     std::wstring text = c[0];
     findAndReplace(text, c[1], c[2]);

@@ -61,8 +61,7 @@ TEST_F(CatalogsTest, ResourcesAreOverriddenInOrder) {
       {7, L"brand"},
       {6, L"six {0}"},
       {8, L"marque"},
-      {1234, L"<<1234: UNKNOWN RESOURCE ID>>"},
-  };
+      {1234, L"<<1234: UNKNOWN RESOURCE ID>>"}};
   for (const auto& [id, text] : texts) EXPECT_EQ(catalog.getString(id), text);
   EXPECT_EQ(catalog.m_records.at(2).id, 2u);
 

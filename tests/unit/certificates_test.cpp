@@ -1,9 +1,9 @@
+#include "testing/gateway/Certificates.h"
+
 #include <gtest/gtest.h>
 #include <openssl/pem.h>
 #include <openssl/x509_vfy.h>
 #include <openssl/x509v3.h>
-
-#include "testing/gateway/Certificates.h"
 
 namespace {
 
@@ -14,7 +14,7 @@ int Verify(const std::string& authority, X509* certificate, const char* host) {
   std::unique_ptr<X509_STORE, decltype(&X509_STORE_free)> store(X509_STORE_new(), X509_STORE_free);
   X509_STORE_add_cert(store.get(), root.get());
   std::unique_ptr<X509_STORE_CTX, decltype(&X509_STORE_CTX_free)> context(X509_STORE_CTX_new(),
-                                                                         X509_STORE_CTX_free);
+                                                                          X509_STORE_CTX_free);
   X509_STORE_CTX_init(context.get(), store.get(), certificate, nullptr);
   X509_VERIFY_PARAM* const parameters = X509_STORE_CTX_get0_param(context.get());
   X509_VERIFY_PARAM_set_purpose(parameters, X509_PURPOSE_SSL_SERVER);

@@ -14,18 +14,16 @@ TEST(CookieTexts, FindAnItemByItsKey) {
     const char* key;
     const char* item;
     const char* value;
-  } cases[] = {
-      {"a=1; sid=xyz; b=2", "sid=", "sid=xyz", "xyz"},
-      {"a=1", "zz", "", ""},
-      {"k=v=w;x", "k", "k=v=w", "v=w"},
-      {"xsid=1;sid=2", "sid", "sid=1", "1"},  // not anchored
-      {"sid=;a=1", "sid", "sid=", ""},
-      {"sid;a=1", "sid", "sid", ""},
-      {"a=1; b = 2 ;", "b", "b = 2 ", " 2 "},
-      {"a=1;b=2", "", "a=1", "1"},
-      {"a=1;b=2", "1;b", "1", ""},  // the key may hold the separator, the item ends there
-      {"", "", "", ""},
-  };
+  } cases[] = {{"a=1; sid=xyz; b=2", "sid=", "sid=xyz", "xyz"},
+               {"a=1", "zz", "", ""},
+               {"k=v=w;x", "k", "k=v=w", "v=w"},
+               {"xsid=1;sid=2", "sid", "sid=1", "1"},  // not anchored
+               {"sid=;a=1", "sid", "sid=", ""},
+               {"sid;a=1", "sid", "sid", ""},
+               {"a=1; b = 2 ;", "b", "b = 2 ", " 2 "},
+               {"a=1;b=2", "", "a=1", "1"},
+               {"a=1;b=2", "1;b", "1", ""},  // the key may hold the separator, the item ends there
+               {"", "", "", ""}};
   for (const auto& c : cases) {
     std::string item = "old", value = "old";
     GetCookieforKey(c.cookies, c.key, item);
@@ -77,22 +75,20 @@ TEST(CookieTexts, SplitBundles) {
 }
 
 TEST(Addresses, AreReducedToTheHost) {
-  const char* const cases[][2] = {
-      {"https://Host:8443/x", "host:8443"},
-      {"http://a?x=1", "a?x=1"},
-      {"HTTPS://Host/x", "https:"},
-      {"/path", "/path"},
-      {"Mixed.Case", "mixed.case"},
-      {"https://", ""},
-      {"https:///x", "/x"},
-      {"ftp://Host/x", "ftp:"},
-      {"https://user@Host#f/x", "user@host#f"},
-      // The scheme counts wherever it is found, the start is what goes.
-      {"gateway.example/?to=http://b/", ".example"},
-      {"http://g/?to=https://b", "/?to=https://b"},
-      {"\xC3\x89T\xC3\x89/", "\xC3\x89t\xC3\x89"},
-      {"", ""},
-  };
+  const char* const cases[][2] = {{"https://Host:8443/x", "host:8443"},
+                                  {"http://a?x=1", "a?x=1"},
+                                  {"HTTPS://Host/x", "https:"},
+                                  {"/path", "/path"},
+                                  {"Mixed.Case", "mixed.case"},
+                                  {"https://", ""},
+                                  {"https:///x", "/x"},
+                                  {"ftp://Host/x", "ftp:"},
+                                  {"https://user@Host#f/x", "user@host#f"},
+                                  // The scheme counts wherever it is found, the start is what goes.
+                                  {"gateway.example/?to=http://b/", ".example"},
+                                  {"http://g/?to=https://b", "/?to=https://b"},
+                                  {"\xC3\x89T\xC3\x89/", "\xC3\x89t\xC3\x89"},
+                                  {"", ""}};
   for (const auto& c : cases) {
     std::string domain = "old";
     GetDomainFromUrl(c[0], domain);

@@ -30,30 +30,28 @@ TEST(LaunchRequest, NamesTheFirstFault) {
   const struct {
     std::string request;
     std::string log;
-  } cases[] = {
-      {"", parse},
-      {"{", parse},
-      {Request("1", texts) + " x", parse},
-      {Request("1", texts + ","), parse},
-      {Request("NaN", texts), parse},
-      {"/**/" + Request("1", texts), parse},
-      {std::string(100000, '['), parse},
-      {"[]", corrupted},
-      {"null", corrupted},
-      {"\"text\"", corrupted},
-      {std::string(100000, '[') + std::string(100000, ']'), corrupted},
-      {"{}", type},
-      {Request("\"1\"", texts), type},
-      {Request("1.0", texts), type},
-      {Request("1e0", texts), type},
-      {Request("2147483648", texts), type},
-      {Request("true", texts), type},
-      {Request("1", ",\"url\":1"), "1 'OrbUI'  no object 'url'"},
-      {Request("1", ",\"cookie\":\"c\""), "1 'OrbUI'  no object 'url'"},
-      {Request("1", ",\"url\":\"u\",\"cookie\":null"), "1 'OrbUI'  no object 'cookie' "},
-      {Request("3", ",\"url\":\"u\",\"cookie\":\"c\""),
-       "1 'OrbUI' No object 'samlslourltoclearcookies'"},
-  };
+  } cases[] = {{"", parse},
+               {"{", parse},
+               {Request("1", texts) + " x", parse},
+               {Request("1", texts + ","), parse},
+               {Request("NaN", texts), parse},
+               {"/**/" + Request("1", texts), parse},
+               {std::string(100000, '['), parse},
+               {"[]", corrupted},
+               {"null", corrupted},
+               {"\"text\"", corrupted},
+               {std::string(100000, '[') + std::string(100000, ']'), corrupted},
+               {"{}", type},
+               {Request("\"1\"", texts), type},
+               {Request("1.0", texts), type},
+               {Request("1e0", texts), type},
+               {Request("2147483648", texts), type},
+               {Request("true", texts), type},
+               {Request("1", ",\"url\":1"), "1 'OrbUI'  no object 'url'"},
+               {Request("1", ",\"cookie\":\"c\""), "1 'OrbUI'  no object 'url'"},
+               {Request("1", ",\"url\":\"u\",\"cookie\":null"), "1 'OrbUI'  no object 'cookie' "},
+               {Request("3", ",\"url\":\"u\",\"cookie\":\"c\""),
+                "1 'OrbUI' No object 'samlslourltoclearcookies'"}};
   LogTrace log;
   for (const auto& c : cases) {
     EmbBrowserInfo info;

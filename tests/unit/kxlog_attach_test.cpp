@@ -127,7 +127,7 @@ TEST_F(AttachTest, ResetsOnManyThreads) {
   std::vector<std::thread> threads;
   for (int t = 0; t < 4; ++t) {
     threads.emplace_back([] {
-      for (int i = 0; i < 500; ++i) KXLOG(1, "T", "m");
+      for (int i = 0; i < 5000; ++i) KXLOG(1, "T", "m");
     });
   }
   for (std::thread& thread : threads) thread.join();

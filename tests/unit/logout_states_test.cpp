@@ -35,14 +35,14 @@ std::wstring Address(unsigned marks) {
 int ModelStep(int state, bool host, unsigned marks) {
   const struct {
     int from;  // -1: any
-    bool needs_host, without_host_too, on_gateway;
+    bool on_gateway, without_host_too;
     unsigned mark;  // 0: none needed
     int to;
-  } transitions[] = {
-      {0, false, true, true, kLogout, 1},    {1, true, false, false, 0, 2},
-      {-1, false, true, false, kRequest, 3}, {3, true, false, false, kResponse, 4},
-      {4, true, false, false, kWelcome, 5},
-  };
+  } transitions[] = {{0, true, true, kLogout, 1},
+                     {1, false, false, 0, 2},
+                     {-1, false, true, kRequest, 3},
+                     {3, false, false, kResponse, 4},
+                     {4, false, false, kWelcome, 5}};
   if (marks & kBlank) return state;
   const bool on_gateway = (marks & kOnGateway) != 0;
   for (const auto& t : transitions) {

@@ -29,8 +29,8 @@ HelperEnd Stopped(HelperEnd end) {
 std::string Document(const std::string& post, const std::string& idp = "", int state = 0,
                      const std::string& url = "") {
   return R"({"postauthcookie":")" + post + R"(","samlidpcookies":")" + idp +
-         R"(","samlidplogoutrequesturl":")" + url + R"(","samlslostate":)" +
-         std::to_string(state) + "}";
+         R"(","samlidplogoutrequesturl":")" + url + R"(","samlslostate":)" + std::to_string(state) +
+         "}";
 }
 
 TEST(StarterVerdict, Table) {

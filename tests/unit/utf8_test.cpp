@@ -19,21 +19,19 @@ TEST(Utf8, EncodesAndDecodesTheEdgesOfEveryForm) {
   const struct {
     std::uint32_t codePoint;
     std::string bytes;
-  } cases[] = {
-      {0x00, std::string(1, '\0')},
-      {0x7F, "\x7F"},
-      {0x80, "\xC2\x80"},
-      {0x7FF, "\xDF\xBF"},
-      {0x800, "\xE0\xA0\x80"},
-      {0xD800, "\xED\xA0\x80"},
-      {0xFFFF, "\xEF\xBF\xBF"},
-      {0x10000, "\xF0\x90\x80\x80"},
-      {0x1FFFFF, "\xF7\xBF\xBF\xBF"},
-      {0x200000, "\xF8\x88\x80\x80\x80"},
-      {0x3FFFFFF, "\xFB\xBF\xBF\xBF\xBF"},
-      {0x4000000, "\xFC\x84\x80\x80\x80\x80"},
-      {0x7FFFFFFF, "\xFD\xBF\xBF\xBF\xBF\xBF"},
-  };
+  } cases[] = {{0x00, std::string(1, '\0')},
+               {0x7F, "\x7F"},
+               {0x80, "\xC2\x80"},
+               {0x7FF, "\xDF\xBF"},
+               {0x800, "\xE0\xA0\x80"},
+               {0xD800, "\xED\xA0\x80"},
+               {0xFFFF, "\xEF\xBF\xBF"},
+               {0x10000, "\xF0\x90\x80\x80"},
+               {0x1FFFFF, "\xF7\xBF\xBF\xBF"},
+               {0x200000, "\xF8\x88\x80\x80\x80"},
+               {0x3FFFFFF, "\xFB\xBF\xBF\xBF\xBF"},
+               {0x4000000, "\xFC\x84\x80\x80\x80\x80"},
+               {0x7FFFFFFF, "\xFD\xBF\xBF\xBF\xBF\xBF"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.codePoint);
     char buffer[6];
@@ -65,23 +63,21 @@ TEST(Utf8, RefusesMalformedSequences) {
   const struct {
     std::string bytes;
     int taken;  // bytes behind which the cursor stands afterwards
-  } cases[] = {
-      {"\x80", 1},
-      {"\xBF", 1},
-      {"\xFE", 1},
-      {"\xFF", 1},
-      {"\xC0\x80", 2},  // overlong forms
-      {"\xC1\xBF", 2},
-      {"\xE0\x9F\xBF", 3},
-      {"\xF0\x8F\xBF\xBF", 4},
-      {"\xF8\x87\xBF\xBF\xBF", 5},
-      {"\xFC\x83\xBF\xBF\xBF\xBF", 6},
-      {"\xE2\x82", 1},  // too few bytes left
-      {"\xC3", 1},
-      {"\xE2\x28\xA1", 1},  // no continuation
-      {"\xE2\x82\x28", 2},
-      {"\xC3\xC3", 1},
-  };
+  } cases[] = {{"\x80", 1},
+               {"\xBF", 1},
+               {"\xFE", 1},
+               {"\xFF", 1},
+               {"\xC0\x80", 2},  // overlong forms
+               {"\xC1\xBF", 2},
+               {"\xE0\x9F\xBF", 3},
+               {"\xF0\x8F\xBF\xBF", 4},
+               {"\xF8\x87\xBF\xBF\xBF", 5},
+               {"\xFC\x83\xBF\xBF\xBF\xBF", 6},
+               {"\xE2\x82", 1},  // too few bytes left
+               {"\xC3", 1},
+               {"\xE2\x28\xA1", 1},  // no continuation
+               {"\xE2\x82\x28", 2},
+               {"\xC3\xC3", 1}};
   for (const auto& c : cases) {
     SCOPED_TRACE(testing::PrintToString(c.bytes));
     std::uint32_t ignored;

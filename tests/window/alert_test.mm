@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <functional>
 #include <thread>
@@ -55,8 +56,10 @@ class AlertTest : public testing::Test {
       EXPECT_EQ(TestDisplay().Xdotool({"windowfocus", "--sync", window}).status, 0);
       loop.PostTask([&] { EXPECT_TRUE(answered_) << "a task ran while the alert was open"; });
       user(window);
+      EndIfUnanswered();
     });
     answered_ = false;
+    g_signal = 0;
     loop.PostTask([&] {
       accepted = DisplayCertWarning(kHeading, details);
       EXPECT_EQ(g_signal, 0) << "a handler ran inside a task";
@@ -69,6 +72,19 @@ class AlertTest : public testing::Test {
     loop.Run();
     EXPECT_EQ([NSApp modalWindow], nil);
     return accepted;
+  }
+
+  // Without an answer the test fails instead of waiting for ever; a picture tells why.
+  void EndIfUnanswered() {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+    while (!answered_ && std::chrono::steady_clock::now() < end) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    if (answered_) return;
+    const std::string picture = testing::TempDir() + "unanswered-alert.png";
+    ADD_FAILURE() << "the alert is still open, see " << picture;
+    TestDisplay().Screenshot(picture);
+    kill(getpid(), SIGTERM);
   }
 
   static void Keys(const std::vector<std::string>& keys) {
@@ -100,7 +116,10 @@ TEST_F(AlertTest, AcceptsOnlyTheFirstButton) {
          EXPECT_EQ(TestDisplay().Run({"wmctrl", "-i", "-c", window}).status, 0);
        }},
   };
-  for (const auto& c : cases) EXPECT_EQ(Answer(kDetails, c.user), c.accepted) << c.what;
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    EXPECT_EQ(Answer(kDetails, c.user), c.accepted);
+  }
 }
 
 TEST_F(AlertTest, EndsAsRefusedByASignal) {

@@ -32,9 +32,9 @@ using Progress = std::function<void(std::chrono::milliseconds elapsed)>;
 // Executes `program` with `argument` as its only argument, argv[0]. Returns when it has ended and
 // has been reaped, at the latest after both limits and a SIGKILL. SIGHUP, SIGINT and SIGTERM that
 // come to the calling process meanwhile go to the helper instead (unless they are ignored). Should
-// the calling process itself be killed, the helper gets SIGTERM. The helper's standard input is empty,
-// its standard output goes to standard error, and it runs in a process group of its own. `progress`
-// may be null. One call at a time in a process: signal handlers are process-wide.
+// the calling process itself be killed, the helper gets SIGTERM. The helper's standard input is
+// empty, its standard output goes to standard error, and it runs in a process group of its own.
+// `progress` may be null. One call at a time in a process: signal handlers are process-wide.
 HelperEnd RunHelper(const std::string& program, const std::string& argument,
                     const HelperLimits& limits, const Progress& progress);
 

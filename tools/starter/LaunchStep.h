@@ -18,7 +18,8 @@ struct StepSettings {
 };
 
 // Runs the step. Never throws: what goes wrong before the helper runs is the verdict "not started"
-// with the reason as its detail. The segment is removed afterwards. One step at a time in a process.
+// with the reason as its detail. The segment is removed afterwards. One step at a time in a
+// process.
 StepOutcome RunStep(const StepSettings& settings);
 
 #endif  // TOOLS_STARTER_LAUNCHSTEP_H_

@@ -14,13 +14,14 @@ std::string DataFolder(const std::string& home);
 // read while another step's helper may still write. Not for use by several threads.
 class ReturnSegment {
  public:
-  // Makes the folder where it is missing. Throws std::runtime_error when that fails or no key can be
-  // made from it.
+  // Makes the folder where it is missing. Throws std::runtime_error when that fails or no key can
+  // be made from it.
   explicit ReturnSegment(const std::string& folder);
 
   // Zeroes a segment that an earlier step left behind, or removes it when it cannot be used. To be
   // called before the helper starts: the helper writes no terminator, so a short result over a
-  // longer old one would read as both. False when the old content can be neither zeroed nor removed.
+  // longer old one would read as both. False when the old content can be neither zeroed nor
+  // removed.
   bool Clear() const;
 
   // The bytes up to the first NUL; empty when there is no segment.

@@ -7,8 +7,8 @@
 
 #include <chrono>
 
-// While it lives, SIGCHLD, SIGHUP, SIGINT and SIGTERM are caught (the last three only where they are
-// not ignored). One object at a time in a process.
+// While it lives, SIGCHLD, SIGHUP, SIGINT and SIGTERM are caught (the last three only where they
+// are not ignored). One object at a time in a process.
 class SignalPipe {
  public:
   // Throws std::runtime_error when no pipe can be had.

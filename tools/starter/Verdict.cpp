@@ -72,18 +72,30 @@ std::string HowItEnded(const HelperEnd& end) {
 
 const char* VerdictName(Verdict verdict) {
   switch (verdict) {
-    case Verdict::kSignedIn: return "signed in";
-    case Verdict::kNotStarted: return "not started";
-    case Verdict::kRefused: return "refused";
-    case Verdict::kHostCheckNeeded: return "host check needed";
-    case Verdict::kHostCheckFailed: return "host check failed";
-    case Verdict::kLoggedOut: return "logged out";
-    case Verdict::kClosedByUser: return "closed by user";
-    case Verdict::kTimedOut: return "timed out";
-    case Verdict::kNothingWritten: return "nothing written";
-    case Verdict::kCrashed: return "crashed";
-    case Verdict::kStopped: return "stopped";
-    case Verdict::kUnreadable: return "unreadable result";
+    case Verdict::kSignedIn:
+      return "signed in";
+    case Verdict::kNotStarted:
+      return "not started";
+    case Verdict::kRefused:
+      return "refused";
+    case Verdict::kHostCheckNeeded:
+      return "host check needed";
+    case Verdict::kHostCheckFailed:
+      return "host check failed";
+    case Verdict::kLoggedOut:
+      return "logged out";
+    case Verdict::kClosedByUser:
+      return "closed by user";
+    case Verdict::kTimedOut:
+      return "timed out";
+    case Verdict::kNothingWritten:
+      return "nothing written";
+    case Verdict::kCrashed:
+      return "crashed";
+    case Verdict::kStopped:
+      return "stopped";
+    case Verdict::kUnreadable:
+      return "unreadable result";
   }
   return "";
 }
@@ -96,8 +108,7 @@ StepOutcome Judge(StepType type, const HelperEnd& end, const std::string& text) 
     return outcome;
   }
   if (text.empty()) {
-    outcome.verdict =
-        Unfinished(end, end.killed_by ? Verdict::kCrashed : Verdict::kNothingWritten);
+    outcome.verdict = Unfinished(end, end.killed_by ? Verdict::kCrashed : Verdict::kNothingWritten);
     outcome.detail = HowItEnded(end) + "; its log says why";
     return outcome;
   }
@@ -116,7 +127,8 @@ StepOutcome Judge(StepType type, const HelperEnd& end, const std::string& text) 
   }
   if (outcome.verdict == Verdict::kLoggedOut) {
     outcome.detail = "state " + std::to_string(result->slo_state);
-    if (!result->idp_logout_url.empty()) outcome.detail += ", continue at " + result->idp_logout_url;
+    if (!result->idp_logout_url.empty())
+      outcome.detail += ", continue at " + result->idp_logout_url;
   }
   return outcome;
 }

@@ -109,14 +109,11 @@ class CefStringBase {
 
   // Gives up the structure; its text is released when it was owned.
   void ClearAndFree() {
-    if (owner_) {
-      clear();
-      delete string_;
-    }
+    if (owner_) traits::userfree_free(string_);
     string_ = nullptr;
     owner_ = false;
   }
-  // `str` comes from new when `owner` is true.
+  // `str` comes from traits::userfree_alloc when `owner` is true.
   void Attach(struct_type* str, bool owner) {
     ClearAndFree();
     string_ = str;
@@ -125,10 +122,7 @@ class CefStringBase {
   // Takes the text over and frees `str`.
   void AttachToUserFree(userfree_struct_type str) {
     ClearAndFree();
-    if (!str) return;
-    *GetWritableStruct() = *str;
-    *str = struct_type();
-    traits::userfree_free(str);
+    if (str) Attach(str, true);
   }
   void Detach() {
     string_ = nullptr;
@@ -221,7 +215,7 @@ class CefStringBase {
  private:
   void AllocIfNeeded() {
     if (string_) return;
-    string_ = new struct_type();
+    string_ = traits::userfree_alloc();
     owner_ = true;
   }
   bool ClearForEmpty() {

@@ -33,9 +33,10 @@ NSString* getHaldenCorvaneAppPath() {
 
 NSString* getStringFromResource(ResourceIdsOrbUI resource) {
   NSString* text = [NSString stringWithwstring:g_oResCatalog.getString(resource)];
+  if (text == nil) return nil;
   if (id thrown = CatchThrown([&] {
         const NSRange marker = [text rangeOfString:@"(&"];
-        if (text != nil && marker.location != NSNotFound) {
+        if (marker.location != NSNotFound) {
           text =
               [text stringByReplacingCharactersInRange:NSMakeRange(marker.location, kMarkerLength)
                                             withString:@""];

@@ -1,0 +1,110 @@
+// Opening bare windows in a Chromium that has none.
+
+#include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <thread>
+
+#include "cef/chromium/AppWindow.h"
+#include "cef/chromium/ChildProcess.h"
+#include "cef/chromium/Profile.h"
+#include "tests/engine/RawChromium.h"
+#include "tests/support/TempDir.h"
+#include "tests/support/VirtualDisplay.h"
+
+using engine::OpenAppWindow;
+using engine::OpenAppWindowByCommand;
+
+namespace {
+
+// A socket where Chromium would have its own. It accepts one connection and gives the answer, if
+// there is one; without any it stays silent until the other side gives up.
+class FakeChromium {
+ public:
+  FakeChromium(const std::string& profile, const std::string& answer)
+      : fd_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    (profile + "/SingletonSocket").copy(address.sun_path, sizeof address.sun_path - 1);
+    EXPECT_EQ(bind(fd_, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    EXPECT_EQ(listen(fd_, 1), 0);
+    thread_ = std::thread([this, answer] {
+      const int peer = accept4(fd_, nullptr, nullptr, SOCK_CLOEXEC);
+      char piece[512];
+      while (read(peer, piece, sizeof piece) > 0) {
+      }
+      if (!answer.empty()) send(peer, answer.data(), answer.size(), MSG_NOSIGNAL);
+      if (answer.empty()) engine::WaitReadable(fd_, std::chrono::seconds(3));
+      close(peer);
+    });
+  }
+  ~FakeChromium() {
+    thread_.join();
+    close(fd_);
+  }
+
+ private:
+  int fd_;
+  std::thread thread_;
+};
+
+}  // namespace
+
+TEST(AppWindowTest, OpensWindowsInARunningChromium) {
+  VirtualDisplay display(VirtualDisplay::WindowManager::kOpenbox);
+  TempDir folder;
+  // Longer than a socket's address can be.
+  const std::string path = folder.file(std::string(90, 'l') + "/" + std::string(90, 'o') + "/cef");
+  std::string err;
+  auto profile = engine::Profile::Open(path, &err);
+  ASSERT_TRUE(profile) << err;
+  engine::ChromiumOptions options;
+  options.profile_dir = profile->dir();
+  RawChromium chromium(options);
+  chromium.Call("Target.setDiscoverTargets", "{\"discover\":true}");
+
+  const struct {
+    bool (*open)(const std::string&, const std::string&, std::string*);
+    std::string title;
+    std::string window;  // what the title bar matches
+  } kWindows[] = {
+      {OpenAppWindow, "Zwölf & <b>100%</b> &amp;", "^Zwölf & <b>100%</b> &amp;$"},
+      {OpenAppWindow, "Second", "^Second$"},
+      {OpenAppWindowByCommand, "Third", "^Third$"},
+  };
+  for (const auto& one : kWindows) {
+    SCOPED_TRACE(one.title);
+    ASSERT_TRUE(one.open(profile->dir(), one.title, &err)) << err;
+    const auto event = chromium.WaitFor("Target.targetCreated", engine::AppWindowUrl(one.title));
+    const auto& info = event["params"]["targetInfo"];
+    EXPECT_STREQ(info["type"].GetString(), "page");
+    EXPECT_FALSE(info.HasMember("openerId"));
+    EXPECT_NE(display.WaitForWindow(one.window), "");
+  }
+}
+
+TEST(AppWindowTest, FailsInTimeWhereNobodyAnswers) {
+  TempDir folder;
+  std::string err;
+  EXPECT_FALSE(OpenAppWindow(folder.path(), "x", &err));
+  EXPECT_NE(err, "");
+  err.clear();
+  EXPECT_FALSE(OpenAppWindowByCommand(folder.path(), "x", &err));
+  EXPECT_NE(err, "");
+  EXPECT_FALSE(OpenAppWindow(folder.file("missing"), "x", &err));
+
+  for (const std::string answer : {"SHUTDOWN", "AC", ""}) {
+    SCOPED_TRACE(answer);
+    TempDir profile;
+    FakeChromium chromium(profile.path(), answer);
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_FALSE(OpenAppWindow(profile.path(), "x", &err));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(2500));
+  }
+  TempDir profile;
+  FakeChromium chromium(profile.path(), "ACK");
+  EXPECT_TRUE(OpenAppWindow(profile.path(), "x", &err)) << err;
+}

@@ -1,0 +1,132 @@
+// Pages behind a bad certificate.
+
+#include "testing/gateway/Certificates.h"
+#include "tests/engine/EngineTest.h"
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+
+namespace {
+
+// An HTTPS server whose certificate has a fault.
+class FaultyServer {
+ public:
+  explicit FaultyServer(CertificateKind kind) {
+    const Identity identity = TestAuthority("Engine Test Authority").Issue(kind, {"bad.test"});
+    server = std::make_unique<LocalServer>(folder_.write("certificate.pem", identity.CertificatePem()),
+                                           folder_.write("key.pem", identity.KeyPem()));
+  }
+  std::unique_ptr<LocalServer> server;
+
+ private:
+  TempDir folder_;
+};
+
+class CertificatesTest : public EngineTest {
+ protected:
+  void CloseOnEnd() {
+    client_->on_title = [](CefRefPtr<CefBrowser> browser, const std::string& title) {
+      if (title == "end") browser->GetHost()->CloseBrowser(true);
+    };
+    client_->on_load_error = [](CefRefPtr<CefBrowser> browser, CefRefPtr<CefFrame>,
+                                const std::string&) { browser->GetHost()->CloseBrowser(true); };
+  }
+  std::vector<std::string> Questions() const {
+    std::vector<std::string> lines;
+    for (const std::string& line : client_->trace()) {
+      if (line.rfind("certificate", 0) == 0) lines.push_back(line);
+    }
+    return lines;
+  }
+};
+
+TEST_F(CertificatesTest, AllowedPageLoadsAndIsNotAskedForAgain) {
+  FaultyServer faulty(CertificateKind::kUnknownAuthority);
+  LocalServer& bad = *faulty.server;
+  // The POST from another site arrives whole, once it is allowed.
+  server_.Page("/start", "<form method=post action='" + bad.Url("/first", "bad.test") +
+                             "'><input name=a value=b></form>"
+                             "<script>document.forms[0].submit()</script>");
+  bad.Page("/first", "<script>fetch('/sub').then(() => { location = '/second'; })</script>");
+  bad.Page("/second", "<title>end</title>");
+  CloseOnEnd();
+  client_->on_certificate_error = [](CefRefPtr<CefBrowser>,
+                                     CefRefPtr<CefRequestCallback> callback) {
+    callback->Continue(true);
+    // Too late to change anything.
+    callback->Continue(false);
+    return true;
+  };
+  Run(server_.Url("/start"));
+  EXPECT_THAT(Questions(), ElementsAre("certificate -202 bits 4 /first"));
+  ASSERT_THAT(bad.RequestsFor("/first"), SizeIs(1));
+  EXPECT_EQ(bad.RequestsFor("/first")[0].body, "a=b");
+  EXPECT_THAT(client_->trace(), Contains("response 200 /second"));
+}
+
+TEST_F(CertificatesTest, EveryWayToRefuseCancelsTheNavigation) {
+  struct Case {
+    const char* name;
+    std::function<bool(CefRefPtr<CefBrowser>, CefRefPtr<CefRequestCallback>)> answer;
+  };
+  const Case cases[] = {
+      {"continue false",
+       [](CefRefPtr<CefBrowser>, CefRefPtr<CefRequestCallback> callback) {
+         callback->Continue(false);
+         return true;
+       }},
+      {"cancel, later",
+       [](CefRefPtr<CefBrowser>, CefRefPtr<CefRequestCallback> callback) {
+         Post(TID_UI, [callback] { callback->Cancel(); }, 100);
+         return true;
+       }},
+      {"released unused", [](CefRefPtr<CefBrowser>, CefRefPtr<CefRequestCallback>) { return true; }},
+      {"not handled", [](CefRefPtr<CefBrowser>, CefRefPtr<CefRequestCallback>) { return false; }}};
+  FaultyServer faulty(CertificateKind::kWrongHostUnknownAuthority);
+  for (const Case& c : cases) {
+    client_ = new RecordingClient;
+    CloseOnEnd();
+    client_->on_certificate_error = c.answer;
+    Run(faulty.server->Url("/page", "bad.test"));
+    // Both faults show.
+    EXPECT_THAT(Questions(), ElementsAre("certificate -202 bits 5 /page")) << c.name;
+    EXPECT_THAT(client_->trace(), Contains("load-error -3 net::ERR_ABORTED /page")) << c.name;
+  }
+  EXPECT_THAT(faulty.server->Requests(), IsEmpty());
+}
+
+TEST_F(CertificatesTest, OtherRequestsFailWithoutAQuestion) {
+  FaultyServer faulty(CertificateKind::kUnknownAuthority);
+  const std::string bad = faulty.server->Url("/x", "parts.test");
+  server_.Page("/page", "<iframe src='" + bad + "frame'></iframe><script>fetch('" + bad +
+                            "fetch', {mode: 'no-cors'}).catch(() => {"
+                            " document.title = 'end'; })</script>");
+  client_->on_title = [](CefRefPtr<CefBrowser> browser, const std::string& title) {
+    if (title == "end") browser->GetHost()->CloseBrowser(true);
+  };
+  Run(server_.Url("/page"));
+  EXPECT_THAT(Questions(), IsEmpty());
+  EXPECT_THAT(client_->trace(), Contains("title end"));
+  EXPECT_THAT(faulty.server->Requests(), IsEmpty());
+}
+
+TEST_F(CertificatesTest, WindowMayCloseBeforeTheAnswer) {
+  FaultyServer faulty(CertificateKind::kUnknownAuthority);
+  CefRefPtr<CefRequestCallback> kept;
+  client_->on_certificate_error = [&](CefRefPtr<CefBrowser> browser,
+                                      CefRefPtr<CefRequestCallback> callback) {
+    kept = callback;
+    browser->GetHost()->CloseBrowser(true);
+    return true;
+  };
+  Run(faulty.server->Url("/page", "early.test"));
+  kept->Continue(true);
+  kept = nullptr;
+  EXPECT_THAT(client_->trace(), Contains("before-close 1"));
+  EXPECT_THAT(faulty.server->Requests(), IsEmpty());
+}
+
+}  // namespace

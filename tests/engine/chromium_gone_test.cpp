@@ -1,0 +1,62 @@
+// A Chromium that does not start, or that dies.
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+
+#include "cef/wrapper/exports.h"
+#include "tests/engine/EngineTest.h"
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+class ChromiumGoneTest : public EngineTest {};
+
+TEST(ChromiumStartTest, WithoutADisplayTheStartFailsInTimeAndSaysWhy) {
+  const char* display = getenv("DISPLAY");
+  const std::string former = display ? display : "";
+  unsetenv("DISPLAY");
+  unsetenv("WAYLAND_DISPLAY");
+  const CefFunctionTable table = CefLinkedFunctions();
+  CefSetFunctionTable(&table);
+  TempDir folder;
+  CefSettings settings;
+  settings.no_sandbox = 1;
+  CefString(&settings.cache_path).FromString(folder.file("profile"));
+
+  ::testing::internal::CaptureStderr();
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_FALSE(CefInitialize(CefMainArgs(0, nullptr), settings, nullptr, nullptr));
+  CefRunMessageLoop();
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(15));
+  EXPECT_THAT(::testing::internal::GetCapturedStderr(),
+              ::testing::HasSubstr("Chromium could not be started"));
+  EXPECT_FALSE(CefBrowserHost::CreateBrowser(CefWindowInfo(), nullptr, "", CefBrowserSettings(),
+                                             nullptr, nullptr));
+  EXPECT_THAT(DescendantsRunning(folder.path()), IsEmpty());
+  if (display) setenv("DISPLAY", former.c_str(), 1);
+}
+
+// Last: no further test of this process would find a Chromium.
+TEST_F(ChromiumGoneTest, ARunEndsWhenChromiumIsKilled) {
+  server_.Page("/page", "<title>up</title>");
+  client_->on_title = [](CefRefPtr<CefBrowser>, const std::string&) {
+    for (const int pid : DescendantsRunning("--remote-debugging-pipe")) kill(pid, SIGKILL);
+  };
+  Run(server_.Url("/page"));
+  EXPECT_THAT(client_->trace(), Contains("before-close 1"));
+  EXPECT_EQ(client_->trace().back(), "before-close 1");
+
+  // A browser ordered now cannot come; the run ends all the same, and says so.
+  ::testing::internal::CaptureStderr();
+  client_ = new RecordingClient;
+  Run(server_.Url("/page"));
+  EXPECT_THAT(client_->trace(), IsEmpty());
+  EXPECT_THAT(::testing::internal::GetCapturedStderr(),
+              ::testing::HasSubstr("No browser window could be opened"));
+}
+
+}  // namespace

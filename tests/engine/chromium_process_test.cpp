@@ -1,0 +1,207 @@
+// Chromium's start and its end, above all that nothing stays behind.
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <functional>
+
+#include "cef/chromium/ChildProcess.h"
+#include "cef/chromium/ChromiumProcess.h"
+#include "cef/chromium/Profile.h"
+#include "tests/engine/RawChromium.h"
+#include "tests/support/TempDir.h"
+#include "tests/support/VirtualDisplay.h"
+
+using engine::ChromiumOptions;
+using engine::ChromiumProcess;
+
+namespace fs = std::filesystem;
+using std::chrono::milliseconds;
+using std::chrono::seconds;
+using Clock = std::chrono::steady_clock;
+
+namespace {
+
+std::string ReadAll(int fd) {
+  std::string text;
+  char piece[4096];
+  ssize_t count;
+  while (engine::WaitReadable(fd, seconds(10)) && (count = read(fd, piece, sizeof piece)) > 0) {
+    text.append(piece, static_cast<size_t>(count));
+  }
+  return text;
+}
+
+// A display, a profile and the options for a Chromium on them, in a run folder that is known.
+class ChromiumProcessTest : public testing::Test {
+ protected:
+  ChromiumProcessTest() {
+    std::string err;
+    options_.profile_dir = folder_.file("profile");
+    fs::create_directory(options_.profile_dir);
+    options_.run_folder = engine::MakeRunFolder(&err);
+    EXPECT_NE(options_.run_folder, "") << err;
+  }
+
+  VirtualDisplay display_;
+  TempDir folder_;
+  ChromiumOptions options_;
+};
+
+}  // namespace
+
+// In a process of its own, since it puts the pipes where they hurt most: each at the number that
+// the child is to have the other one at.
+TEST(ChildProcessTest, StartsWithACleanState) {
+  int result[2], in[2], stray[2];
+  ASSERT_EQ(pipe2(result, O_CLOEXEC), 0);
+  ASSERT_EQ(pipe2(in, O_CLOEXEC), 0);
+  ASSERT_EQ(pipe(stray), 0);  // not close-on-exec: must be closed all the same
+  ASSERT_EQ(write(in[1], "hello\n", 6), 6);
+  const pid_t child = fork();
+  if (child == 0) {
+    const int in_copy = fcntl(in[0], F_DUPFD_CLOEXEC, 100);
+    const int out_copy = fcntl(result[1], F_DUPFD_CLOEXEC, 100);
+    dup2(in_copy, 4);
+    dup2(out_copy, 3);
+    sigset_t all;
+    sigfillset(&all);
+    sigprocmask(SIG_SETMASK, &all, nullptr);
+    signal(SIGINT, SIG_IGN);
+    engine::ChildOptions options;
+    options.command = {
+        "/bin/sh", "-c",
+        "read -r word <&3; echo $word $MARK $PWD >&4; "
+        "grep -E 'Sig(Blk|Ign)' /proc/self/status >&4; exec ls -m /proc/self/fd >&4"};
+    options.descriptors = {{4, 3}, {3, 4}};
+    options.environment = {{"MARK", "set"}};
+    std::string err;
+    const pid_t grandchild = engine::StartChild(options, &err);
+    _exit(grandchild > 0 && engine::ReapChild(grandchild) == 0 ? 0 : 1);
+  }
+  close(result[1]);
+  const std::string text = ReadAll(result[0]);
+  EXPECT_EQ(engine::ReapChild(child), 0);
+  // The C library itself ignores its signals 32 and 33 in what it spawns. The fifth descriptor is
+  // the listed folder.
+  EXPECT_EQ(
+      text,
+      "hello set /\nSigBlk:\t0000000000000000\nSigIgn:\t0000000180000000\n0, 1, 2, 3, 4, 5\n");
+  for (int fd : {result[0], in[0], in[1], stray[0], stray[1]}) close(fd);
+}
+
+TEST_F(ChromiumProcessTest, SaysWhatItPrintsWhereItIsTold) {
+  options_.output_file = folder_.file("output.txt");
+  options_.switches = {{"enable-logging", "stderr"}, {"v", "1"}};
+  RawChromium chromium(options_);
+  EXPECT_NE(std::string(chromium.Call("Browser.getVersion")["product"].GetString()).find("Chrom"),
+            std::string::npos);
+  EXPECT_NE(ReadFile(options_.output_file), "");
+}
+
+TEST_F(ChromiumProcessTest, WithoutADisplayTheEventsEnd) {
+  unsetenv("DISPLAY");
+  unsetenv("WAYLAND_DISPLAY");
+  RawChromium chromium(options_);
+  chromium.WaitForEnd();
+  EXPECT_TRUE(chromium.process().WaitForExit(seconds(5)));
+}
+
+TEST_F(ChromiumProcessTest, EveryWayToEndLeavesNothingBehind) {
+  struct {
+    const char* name;
+    std::function<void(RawChromium&)> end;
+    bool by_itself;
+  } const kWays[] = {
+      {"Browser.close", [](RawChromium& c) { c.Call("Browser.close"); }, true},
+      {"commands closed", [](RawChromium& c) { c.process().CloseCommands(); }, true},
+      {"main process killed", [](RawChromium& c) { kill(c.process().pid(), SIGKILL); }, true},
+      {"killed", [](RawChromium& c) { c.process().Kill(); }, true},
+      {"destroyed", [](RawChromium&) {}, false},
+      {"stopped and destroyed", [](RawChromium& c) { kill(-c.process().pid(), SIGSTOP); }, false},
+  };
+  for (const auto& way : kWays) {
+    SCOPED_TRACE(way.name);
+    std::string err;
+    options_.run_folder = engine::MakeRunFolder(&err);
+    RawChromium chromium(options_);
+    const std::string session = chromium.OpenPage("data:text/html,<title>x</title>");
+    const ProcessWatch watch(options_.run_folder);
+    EXPECT_GT(watch.count(), 4u);
+    way.end(chromium);
+    if (way.by_itself) {
+      EXPECT_TRUE(chromium.process().WaitForExit(seconds(5)));
+    }
+    const auto begin = Clock::now();
+    chromium.Destroy();
+    EXPECT_LT(Clock::now() - begin, seconds(1));
+    EXPECT_TRUE(watch.WaitForAll(seconds(2)));
+    EXPECT_FALSE(fs::exists(options_.run_folder));
+  }
+}
+
+// A cookie set in the last moment is in the store of the next run.
+TEST_F(ChromiumProcessTest, AGentleEndKeepsCookies) {
+  for (int run = 0; run < 4; ++run) {
+    std::string err;
+    options_.run_folder = engine::MakeRunFolder(&err);
+    RawChromium chromium(options_);
+    const auto cookies = chromium.Call("Storage.getCookies");
+    EXPECT_EQ(cookies["cookies"].Size(), static_cast<unsigned>(run));
+    chromium.Call("Storage.setCookies", "{\"cookies\":[{\"name\":\"c" + std::to_string(run) +
+                                            "\",\"value\":\"v\",\"url\":\"http://a.test/\","
+                                            "\"expires\":4000000000}]}");
+    if (run % 2) {
+      chromium.Call("Browser.close");
+    } else {
+      chromium.process().CloseCommands();
+    }
+    EXPECT_TRUE(chromium.process().WaitForExit(seconds(5)));
+  }
+}
+
+// Whoever kills us, and however: the guardian cleans up.
+TEST_F(ChromiumProcessTest, OurOwnDeathLeavesNothingBehind) {
+  for (const bool stuck : {false, true}) {
+    SCOPED_TRACE(stuck ? "with a stuck Chromium" : "with a sound Chromium");
+    int ready[2];
+    ASSERT_EQ(pipe2(ready, O_CLOEXEC), 0);
+    const pid_t owner = fork();
+    if (owner == 0) {
+      setpgid(0, 0);
+      std::string err;
+      auto profile = engine::Profile::OpenPrivate(folder_.file("cache"), &err);
+      options_.profile_dir = profile->dir();
+      options_.private_profile = true;
+      options_.run_folder = engine::MakeRunFolder(&err);
+      RawChromium chromium(options_);
+      chromium.OpenPage("data:text/html,x");
+      if (stuck) kill(-chromium.process().pid(), SIGSTOP);
+      dprintf(ready[1], "%s %s", options_.run_folder.c_str(), profile->dir().c_str());
+      close(ready[1]);
+      pause();
+      _exit(0);
+    }
+    close(ready[1]);
+    const std::string paths = ReadAll(ready[0]);
+    close(ready[0]);
+    const std::string run_folder = paths.substr(0, paths.find(' '));
+    const std::string profile = paths.substr(paths.find(' ') + 1);
+    ASSERT_TRUE(fs::exists(run_folder)) << paths;
+    ASSERT_TRUE(fs::exists(profile)) << paths;
+    const ProcessWatch watch(run_folder);
+    EXPECT_GT(watch.count(), 4u);
+    const auto begin = Clock::now();
+    kill(-owner, SIGKILL);
+    engine::ReapChild(owner);
+    EXPECT_TRUE(watch.WaitForAll(seconds(8)));
+    RecordProperty(stuck ? "stuck_ms" : "sound_ms",
+                   std::to_string((Clock::now() - begin) / milliseconds(1)));
+    EXPECT_FALSE(fs::exists(run_folder));
+    EXPECT_FALSE(fs::exists(profile));
+  }
+}

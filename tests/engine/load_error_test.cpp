@@ -1,0 +1,117 @@
+// Navigations that fail, and ones that only look like it.
+
+#include "tests/engine/EngineTest.h"
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+namespace {
+
+constexpr char kErrorPage[] = "data:text/html,<title>error page</title>";
+
+class LoadErrorTest : public EngineTest {
+ protected:
+  void ShowErrorPage() {
+    client_->on_load_error = [](CefRefPtr<CefBrowser>, CefRefPtr<CefFrame> frame,
+                                const std::string&) { frame->LoadURL(kErrorPage); };
+    client_->on_title = [](CefRefPtr<CefBrowser> browser, const std::string& title) {
+      if (title == "error page" || title == "end") browser->GetHost()->CloseBrowser(true);
+    };
+  }
+  std::vector<std::string> Errors() const {
+    std::vector<std::string> errors;
+    for (const std::string& line : client_->trace()) {
+      if (line.rfind("load-error", 0) == 0) errors.push_back(line);
+    }
+    return errors;
+  }
+};
+
+TEST_F(LoadErrorTest, NameAndNumberAreReportedAndThePageCanBeReplaced) {
+  struct Case {
+    std::string url;
+    const char* error;
+  };
+  server_.Redirect("/away", "http://gone.test/lost");
+  const Case cases[] = {
+      {"http://gone.test/x", "load-error -105 net::ERR_NAME_NOT_RESOLVED /x"},
+      {"http://localhost:1/y", "load-error -312 net::ERR_UNSAFE_PORT /y"},
+      {server_.Url("/away"), "load-error -105 net::ERR_NAME_NOT_RESOLVED /lost"},
+      {"http://", "load-error -300 net::ERR_INVALID_URL http://"}};
+  for (const Case& c : cases) {
+    client_ = new RecordingClient;
+    ShowErrorPage();
+    Run(c.url);
+    EXPECT_THAT(Errors(), ElementsAre(c.error)) << c.url;
+    EXPECT_THAT(client_->trace(), Contains("title error page")) << c.url;
+  }
+}
+
+TEST_F(LoadErrorTest, ServerThatIsGoneIsReportedAsRefused) {
+  std::string url;
+  {
+    LocalServer gone;
+    url = gone.Url("/z");
+  }
+  ShowErrorPage();
+  Run(url);
+  EXPECT_THAT(Errors(), ElementsAre("load-error -102 net::ERR_CONNECTION_REFUSED /z"));
+}
+
+TEST_F(LoadErrorTest, HttpErrorsAreNoLoadErrors) {
+  server_.Page("/start", "<script>location = '/empty'</script>");
+  server_.Serve("/empty",
+                [](const LocalServer::Request&) { return LocalServer::Answer{500, "", "", {}}; });
+  // The next page's request comes after everything about the former one.
+  client_->on_response = [this](CefRefPtr<CefBrowser> browser, const RecordingClient::Seen& seen) {
+    if (seen.status == 500) {
+      Post(TID_UI, [this, browser] { browser->GetMainFrame()->LoadURL(server_.Url("/end")); }, 500);
+    } else if (seen.status == 404) {
+      browser->GetHost()->CloseBrowser(true);
+    }
+    return false;
+  };
+  Run(server_.Url("/start"));
+  EXPECT_THAT(client_->trace(), Contains("response 500 /empty"));
+  EXPECT_THAT(Errors(), IsEmpty());
+}
+
+TEST_F(LoadErrorTest, FailedSubframeIsReportedForItselfAndCanBeReplaced) {
+  server_.Page("/page",
+               "<title>outer</title><iframe src='http://gone.test/inner'></iframe>");
+  client_->on_load_error = [this](CefRefPtr<CefBrowser>, CefRefPtr<CefFrame> frame,
+                                  const std::string&) {
+    EXPECT_FALSE(frame->IsMain());
+    frame->LoadURL(server_.Url("/instead"));
+  };
+  server_.Page("/instead", "<title>instead</title>");
+  client_->on_response = [](CefRefPtr<CefBrowser> browser, const RecordingClient::Seen& seen) {
+    if (seen.url.find("/instead") == std::string::npos) return false;
+    EXPECT_EQ(seen.type, RT_SUB_FRAME);
+    browser->GetHost()->CloseBrowser(true);
+    return true;
+  };
+  Run(server_.Url("/page"));
+  EXPECT_THAT(Errors(),
+              ElementsAre("load-error -105 net::ERR_NAME_NOT_RESOLVED /inner in subframe"));
+}
+
+TEST_F(LoadErrorTest, AnswersWithoutDocumentAreAborted) {
+  for (const char* path : {"/nothing", "/download"}) {
+    client_ = new RecordingClient;
+    server_.Serve("/nothing", [](const LocalServer::Request&) {
+      return LocalServer::Answer{204, "", "", {}};
+    });
+    server_.Serve("/download", [](const LocalServer::Request&) {
+      return LocalServer::Answer{200, "x", "application/zip",
+                                 {{"Content-Disposition", "attachment; filename=f.zip"}}};
+    });
+    client_->on_load_error = [](CefRefPtr<CefBrowser> browser, CefRefPtr<CefFrame>,
+                                const std::string&) { browser->GetHost()->CloseBrowser(true); };
+    Run(server_.Url(path));
+    EXPECT_THAT(Errors(), ElementsAre("load-error -3 net::ERR_ABORTED " + std::string(path)));
+  }
+}
+
+}  // namespace

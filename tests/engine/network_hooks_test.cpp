@@ -1,0 +1,185 @@
+// The hooks that every request passes.
+
+#include "tests/engine/EngineTest.h"
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::SizeIs;
+
+namespace {
+
+using Seen = RecordingClient::Seen;
+
+class NetworkHooksTest : public EngineTest {
+ protected:
+  void CloseOnTitle() {
+    client_->on_title = [](CefRefPtr<CefBrowser> browser, const std::string& title) {
+      if (title == "end") browser->GetHost()->CloseBrowser(true);
+    };
+  }
+};
+
+TEST_F(NetworkHooksTest, ResponseHookEndsTheRunBeforeThePageGoesOn) {
+  server_.Redirect("/login", "/done", "S=1; HttpOnly");
+  server_.Page("/done", "<script>fetch('/after')</script>");
+  client_->on_response = [](CefRefPtr<CefBrowser> browser, const Seen& seen) {
+    if (seen.cookie != "S=1") return false;
+    browser->GetHost()->CloseBrowser(true);
+    return true;
+  };
+  Run(server_.Url("/login"));
+  // The redirect itself has no response call.
+  EXPECT_THAT(client_->trace(),
+              ElementsAre("created 1", "before-load /login", "redirect 302 /login to /done",
+                          "before-load /done", "response 200 /done", "do-close 1",
+                          "before-close 1"));
+  EXPECT_THAT(server_.RequestsFor("/after"), IsEmpty());
+}
+
+TEST_F(NetworkHooksTest, CancelledRequestNeverReachesTheServer) {
+  server_.Redirect("/start", "/forbidden");
+  client_->on_before_load = [](CefRefPtr<CefBrowser> browser, const std::string& url) {
+    if (url.find("/forbidden") == std::string::npos) return RV_CONTINUE;
+    browser->GetHost()->CloseBrowser(true);
+    return RV_CANCEL;
+  };
+  Run(server_.Url("/start"));
+  EXPECT_THAT(server_.RequestsFor("/forbidden"), IsEmpty());
+  EXPECT_THAT(client_->trace(), Not(Contains("response 200 /forbidden")));
+}
+
+TEST_F(NetworkHooksTest, CancelledNavigationIsReportedAsAborted) {
+  client_->on_before_load = [](CefRefPtr<CefBrowser>, const std::string&) { return RV_CANCEL; };
+  client_->on_load_error = [](CefRefPtr<CefBrowser> browser, CefRefPtr<CefFrame>,
+                              const std::string&) { browser->GetHost()->CloseBrowser(true); };
+  Run(server_.Url("/start"));
+  EXPECT_THAT(client_->trace(), Contains("load-error -3 net::ERR_ABORTED /start"));
+}
+
+TEST_F(NetworkHooksTest, RequestsAreDescribedAsTheyAreSent) {
+  server_.Page("/page?x=1", "");
+  server_.Page("/page",
+               "<title>begin</title><link rel=stylesheet href=/style><script src=/script></script>"
+               "<img src=/image><iframe src=/frame></iframe><script>"
+               "onload = () => fetch('/fetched').then(() => document.title = 'end');</script>");
+  server_.Page("/frame", "inside");
+  server_.Serve("/script", [](const LocalServer::Request&) {
+    return LocalServer::Answer{200, "1", "Text/JavaScript; charset=utf-8", {}};
+  });
+  CloseOnTitle();
+  Run(server_.Url("/page?x=1"));
+
+  struct Case {
+    const char* path;
+    int status;
+    cef_resource_type_t type;
+    const char* mime_type;
+  };
+  const Case cases[] = {{"/page", 200, RT_MAIN_FRAME, "text/html"},
+                        {"/frame", 200, RT_SUB_FRAME, "text/html"},
+                        {"/style", 404, RT_STYLESHEET, "text/html"},
+                        {"/script", 200, RT_SCRIPT, "text/javascript"},
+                        {"/image", 404, RT_IMAGE, "text/html"},
+                        {"/fetched", 404, RT_XHR, "text/html"}};
+  for (const Case& expected : cases) {
+    const std::vector<Seen> seen = client_->ResponsesFor(expected.path);
+    ASSERT_THAT(seen, SizeIs(1)) << expected.path;
+    EXPECT_EQ(seen[0].status, expected.status) << expected.path;
+    EXPECT_EQ(seen[0].type, expected.type) << expected.path;
+    EXPECT_EQ(seen[0].mime_type, expected.mime_type) << expected.path;
+    const bool is_page = expected.type == RT_MAIN_FRAME;
+    EXPECT_EQ(seen[0].referrer, is_page ? "" : server_.Url("/page?x=1")) << expected.path;
+    EXPECT_EQ(seen[0].main_frame, expected.type != RT_SUB_FRAME) << expected.path;
+  }
+  EXPECT_THAT(client_->ResponsesFor("/favicon.ico"), IsEmpty());
+}
+
+// What the client is told of a request's cookies decides the outcome of a sign-in.
+TEST_F(NetworkHooksTest, CookieTextIsWhatTheServerReceives) {
+  const std::string one = "one.test";
+  const std::string two = "two.test";
+  server_.Serve("/start", [&](const LocalServer::Request&) {
+    return LocalServer::Answer{200,
+                               "<form method=post action='" + server_.Url("/cross", two) +
+                                   "'></form><script>document.forms[0].submit()</script>",
+                               "text/html",
+                               {{"Set-Cookie", "plain=1"},
+                                {"Set-Cookie", "secret=2; HttpOnly"},
+                                {"Set-Cookie", "lax=3; SameSite=Lax"},
+                                {"Set-Cookie", "strict=4; SameSite=Strict"},
+                                {"Set-Cookie", "deep=5; Path=/deep"},
+                                {"Set-Cookie", "domain=6; Domain=one.test"}}};
+  });
+  server_.Serve("/cross", [&](const LocalServer::Request&) {
+    return LocalServer::Answer{200,
+                               "<form method=post action='" + server_.Url("/return", one) +
+                                   "'><input name=a value=b></form>"
+                                   "<script>document.forms[0].submit()</script>",
+                               "text/html",
+                               {{"Set-Cookie", "other=7"}}};
+  });
+  server_.Serve("/return", [&](const LocalServer::Request&) {
+    return LocalServer::Answer{
+        303, "", "text/html", {{"Location", "/deep/page"}, {"Set-Cookie", "back=8"}}};
+  });
+  server_.Serve("/deep/page", [&](const LocalServer::Request&) {
+    return LocalServer::Answer{200,
+                               "<iframe src='" + server_.Url("/framed", two) +
+                                   "'></iframe><img src='" + server_.Url("/picture", two) +
+                                   "'><script>onload = () => fetch('/omit', {credentials: 'omit'})"
+                                   ".then(() => document.title = 'end');</script>",
+                               "text/html",
+                               {}};
+  });
+  server_.Page("/framed", "framed");
+  CloseOnTitle();
+  Run(server_.Url("/start", one));
+
+  for (const char* path :
+       {"/start", "/cross", "/return", "/deep/page", "/framed", "/picture", "/omit"}) {
+    const auto received = server_.RequestsFor(path);
+    ASSERT_THAT(received, SizeIs(1)) << path;
+    const std::vector<Seen> seen = client_->ResponsesFor(path);
+    // A redirect has no response call; its request was seen on the way.
+    if (std::string(path) == "/return") {
+      EXPECT_THAT(seen, IsEmpty());
+    } else {
+      ASSERT_THAT(seen, SizeIs(1)) << path;
+      EXPECT_EQ(seen[0].cookie, received[0].cookie) << path;
+    }
+  }
+  // As in the generation of the API: a cookie without SameSite goes along from another site.
+  EXPECT_THAT(server_.RequestsFor("/return")[0].cookie, ::testing::HasSubstr("plain=1"));
+  EXPECT_THAT(server_.RequestsFor("/framed")[0].cookie, "other=7");
+  EXPECT_THAT(server_.RequestsFor("/deep/page")[0].cookie, ::testing::HasSubstr("secret=2"));
+  EXPECT_EQ(server_.RequestsFor("/omit")[0].cookie, "");
+}
+
+TEST_F(NetworkHooksTest, UserAgentIsSentWithoutContradictingHints) {
+  server_.Page("/page", "<script>document.title = navigator.userAgent</script>");
+  client_->on_title = [](CefRefPtr<CefBrowser> browser, const std::string&) {
+    browser->GetHost()->CloseBrowser(true);
+  };
+  Run(server_.Url("/page"));
+  const auto requests = server_.RequestsFor("/page");
+  ASSERT_THAT(requests, SizeIs(1));
+  EXPECT_EQ(requests[0].headers.find("User-Agent")->second, "Mozilla/5.0 EngineTest");
+  EXPECT_EQ(requests[0].headers.count("sec-ch-ua"), 0u);
+  EXPECT_THAT(client_->trace(), Contains("title Mozilla/5.0 EngineTest"));
+}
+
+TEST_F(NetworkHooksTest, SignInDialogIsDeclinedAndTheAnswerShown) {
+  server_.Serve("/guarded", [](const LocalServer::Request&) {
+    return LocalServer::Answer{401,
+                               "<title>end</title>",
+                               "text/html",
+                               {{"WWW-Authenticate", "Basic realm=\"r\""}}};
+  });
+  CloseOnTitle();
+  Run(server_.Url("/guarded"));
+  EXPECT_THAT(client_->trace(), Contains("response 401 /guarded"));
+}
+
+}  // namespace

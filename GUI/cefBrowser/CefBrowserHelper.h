@@ -10,8 +10,10 @@
 #include "include/cef_request_context_handler.h"
 #include "include/cef_web_plugin.h"
 
-// The log module of the driver, the sessions and the handler.
+// The log module of the driver, the sessions and the handler, and the name by which the process
+// introduces itself to the log.
 inline constexpr char kCefModule[] = "CEF";
+inline constexpr char kLogModuleName[] = "cefBrowser";
 
 // A cookie visitor that only logs: the cookie's name and the length of its value, never the value.
 // Called on the UI thread, once per cookie.

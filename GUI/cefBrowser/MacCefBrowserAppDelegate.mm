@@ -3,8 +3,10 @@
 #import "GUI/MacUI/Console/src/MacResourceManager.h"
 #include "GUI/cefBrowser/BringToFront.h"
 #include "GUI/cefBrowser/CefBrowserHandler.h"
+#include "GUI/cefBrowser/CefBrowserHelper.h"
 #include "GUI/cefBrowser/MacAppDelegate.h"
 #import "GUI/cefBrowser/MacCefBrowserApplication.h"
+#include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 #import "platform/AppKitSeam.h"
 #include "platform/RaiseWindow.h"
 #import "platform/guard.h"
@@ -17,6 +19,9 @@
     [NSApplication sharedApplication];
     [[NSBundle mainBundle] loadNibNamed:@"MainMenu" owner:NSApp topLevelObjects:nullptr];
     [[NSApplication sharedApplication] setDelegate:self];
+    // The interface file sets up the user's language by way of Bracken, which names the process
+    // after the client. Its records would else change their module in the middle of a run.
+    KXLogSetModuleName(kLogModuleName);
   });
   if (thrown != nil) showNsObject(thrown);
 }

@@ -46,7 +46,7 @@ int main(int, char** argv) {
   HoldTerminationSignals();
   const std::string request = TakeLaunchRequest(argv);
   KXLogInitialize();
-  KXLogSetModuleName("cefBrowser");
+  KXLogSetModuleName(kLogModuleName);
   SetupSignalHandler();
   KXLOG(3, kCefModule, "inside cefBrowser");
   if (!LoadCatalogs()) return -1;

@@ -12,6 +12,9 @@
 namespace engine {
 namespace {
 
+// A page has half a second for its unload handlers.
+constexpr int kCloseRetryMs = 700;
+constexpr int kCloseAttempts = 4;
 constexpr char kInvalidUrl[] = "net::ERR_INVALID_URL";
 
 int NextIdentifier() {
@@ -102,7 +105,21 @@ void Browser::CloseOnUi(bool force) {
     forced_ = false;
     return;
   }
+  CloseTarget(kCloseAttempts);
+}
+
+// Chromium forgets to close a window whose page is being replaced at that moment, so it is asked
+// again. One that still stays ends with all of Chromium.
+void Browser::CloseTarget(int attempts) {
+  if (!client().get()) return;  // it has gone
+  if (attempts == 0) {
+    connection_.Send("", "Browser.close");
+    return;
+  }
   connection_.Send("", "Target.closeTarget", JsonObject().Add("targetId", target_id_));
+  CefRefPtr<Browser> self = this;
+  MessageLoop::Get().PostDelayedTask([self, attempts] { self->CloseTarget(attempts - 1); },
+                                     kCloseRetryMs);
 }
 
 void Browser::Navigate(const std::string& frame_id, const std::string& url) {

@@ -81,6 +81,7 @@ class Browser : public CefBrowser {
 
  private:
   void CloseOnUi(bool force);
+  void CloseTarget(int attempts);
   void StepInHistory(int step);
 
   DevToolsConnection& connection_;

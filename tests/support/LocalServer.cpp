@@ -2,11 +2,14 @@
 
 #include <httplib.h>
 
+#include <future>
 #include <stdexcept>
 
 namespace {
 
 constexpr char kLoopback[] = "127.0.0.1";
+// A browser keeps up to six connections open to a host.
+constexpr size_t kThreads = 16;
 
 LocalServer::Request ToRequest(const httplib::Request& from) {
   LocalServer::Request request;
@@ -50,7 +53,14 @@ void LocalServer::Start() {
   server_->set_keep_alive_timeout(1);
   port_ = server_->is_valid() ? server_->bind_to_any_port(kLoopback) : -1;
   if (port_ <= 0) throw std::runtime_error("the test server cannot be bound");
+  // Called when the server runs; before that stop() has no effect.
+  std::promise<void> running;
+  server_->new_task_queue = [&running] {
+    running.set_value();
+    return new httplib::ThreadPool(kThreads);
+  };
   thread_ = std::thread([this] { server_->listen_after_bind(); });
+  running.get_future().wait();
 }
 
 LocalServer::~LocalServer() {

@@ -246,6 +246,8 @@ TEST_F(LogTest, ReportsTheCallStackOfARaisedException) {
 }
 
 TEST_F(LogTest, KeepsLevelsWithinTheirRange) {
+  // As if the level had been taken over from the control block just now.
+  TraceLevelUpdateCount = ControlBlock()->level_updates;
   CurrentTraceLevel = 5;
   for (int level : {0, 1, 5, 6, -1, 100}) logUIdata(@"text", level);
   logUIdata(nil, 1);

@@ -82,7 +82,7 @@ act() {
   local id
   if [[ -n $certificate && $certificate != good ]]; then
     id=$(window '^Alert$')
-    sleep 1 # until everything has been drawn
+    [[ -z $screenshot ]] || sleep 2 # until everything has been drawn
     picture "$id"
     screenshot=
     # The alert takes keys only a moment after it shows.

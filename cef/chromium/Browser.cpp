@@ -217,7 +217,8 @@ size_t Browser::GetFrameCount() { return table_.Frames(target_id_).size(); }
 
 void Browser::GetFrameIdentifiers(std::vector<int64>& identifiers) {
   identifiers.clear();
-  for (const auto& entry : table_.Frames(target_id_)) identifiers.push_back(entry.second.identifier);
+  for (const auto& entry : table_.Frames(target_id_))
+    identifiers.push_back(entry.second.identifier);
 }
 
 void Browser::GetFrameNames(std::vector<CefString>& names) {

@@ -23,8 +23,8 @@ struct BrowserOrder {
   std::string url;
 };
 
-// From the order to the end of OnAfterCreated, signals are held back: a signal closes the browsers
-// there are, and would miss the one that is about to be.
+// Lives as long as the process. From the order to the end of OnAfterCreated, signals are held back:
+// a signal closes the browsers there are, and would miss the one that is about to be.
 class BrowserFactory {
  public:
   // A way to have Chromium open a window; false with a reason when it failed at once. UI thread.
@@ -60,7 +60,7 @@ class BrowserFactory {
 
   // UI thread only.
   std::deque<BrowserOrder> queue_;
-  bool busy_ = false;    // an order is being carried out
+  bool busy_ = false;     // an order is being carried out
   uint64_t current_ = 0;  // number of that order
   std::string last_error_;
 };

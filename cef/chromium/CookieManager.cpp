@@ -74,8 +74,7 @@ void CookieManager::SetSupportedSchemes(const std::vector<CefString>&, bool,
 void CookieManager::Visit(CookieStore::Filter filter, CefRefPtr<CefCookieVisitor> visitor) {
   CookieStore* store = &store_;
   store_.Get(std::move(filter), [store, visitor](const CookieStore::Cookies& cookies) {
-    MessageLoop::Get().PostTask(
-        [store, cookies, visitor] { VisitOnUi(*store, cookies, visitor); });
+    MessageLoop::Get().PostTask([store, cookies, visitor] { VisitOnUi(*store, cookies, visitor); });
   });
 }
 
@@ -100,8 +99,8 @@ bool CookieManager::VisitUrlCookies(const CefString& url, bool includeHttpOnly,
 bool CookieManager::SetCookie(const CefString& url, const CefCookie& cookie,
                               CefRefPtr<CefSetCookieCallback> callback) {
   const NewCookie wanted = ToNewCookie(url, cookie);
-  switch (CheckSetCookie(wanted.url, {wanted.name, wanted.value, wanted.domain, wanted.path,
-                                      wanted.secure})) {
+  switch (CheckSetCookie(wanted.url,
+                         {wanted.name, wanted.value, wanted.domain, wanted.path, wanted.secure})) {
     case SetCookieCheck::kInvalidUrl:
       return false;
     case SetCookieCheck::kRefused:

@@ -25,13 +25,21 @@ JsonObject SetCookies(const std::vector<std::string>& cookies) {
   return JsonObject().AddJson("cookies", JsonArray(cookies));
 }
 
+// Without a leading dot Chromium takes the domain for the name of a single host. Addresses of IP
+// have no hosts below them.
+std::string WithDot(const std::string& domain) {
+  const bool address = domain.find_first_not_of("0123456789.") == std::string::npos ||
+                       domain.find_first_of("[:") != std::string::npos;
+  return address || domain[0] == '.' ? domain : "." + domain;
+}
+
 std::string ToJson(const NewCookie& cookie) {
   JsonObject json;
   json.Add("name", cookie.name).Add("value", cookie.value);
   // Given as it is, an address of HTTPS would force the cookie to be Secure.
   json.Add("url", cookie.secure ? cookie.url : PlantingUrl(cookie.url));
   json.Add("secure", cookie.secure).Add("httpOnly", cookie.http_only);
-  if (!cookie.domain.empty()) json.Add("domain", cookie.domain);
+  if (!cookie.domain.empty()) json.Add("domain", WithDot(cookie.domain));
   if (!cookie.path.empty()) json.Add("path", cookie.path);
   if (cookie.expires) json.Add("expires", cookie.expiry);
   return json.str();

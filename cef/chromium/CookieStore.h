@@ -26,8 +26,8 @@ struct NewCookie {
   int64_t expiry = 0;  // seconds since 1970
 };
 
-// Operations may be ordered from any thread and are carried out one after the other, in the order of
-// the calls; their callbacks run on the IO thread. On a closed connection they fail.
+// Operations may be ordered from any thread and are carried out one after the other, in the order
+// of the calls; their callbacks run on the IO thread. On a closed connection they fail.
 class CookieStore {
  public:
   using Cookies = std::vector<StoredCookie>;

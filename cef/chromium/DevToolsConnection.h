@@ -45,7 +45,8 @@ class DevToolsConnection {
   bool Call(const std::string& session, const std::string& method, const JsonObject& params,
             std::chrono::milliseconds limit, std::string* error);
 
-  // Waits until the pipe has closed and the handler given to OnClosed() has run; false when `limit` passed first. Not on the IO thread.
+  // Waits until the pipe has closed and the handler given to OnClosed() has run; false when `limit`
+  // passed first. Not on the IO thread.
   bool WaitClosed(std::chrono::milliseconds limit);
 
  private:

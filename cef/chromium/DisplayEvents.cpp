@@ -12,8 +12,8 @@ constexpr char kTitleBinding[] = "reportTitle";
 // A world of its own, which the page's scripts cannot see.
 constexpr char kTitleWorld[] = "titleObserver";
 // A page without a title goes by its address.
-constexpr char kTitleScript[] = R"((() => {
-  if (window !== window.top) return;
+constexpr char kTitleScript[] = R"(((blank) => {
+  if (window !== window.top || location.href === blank) return;
   let last;
   const tell = (title) => { if (title !== last) reportTitle(last = title); };
   const look = () => { if (document.title) tell(document.title); };
@@ -21,7 +21,7 @@ constexpr char kTitleScript[] = R"((() => {
       {subtree: true, childList: true, characterData: true});
   addEventListener('load', () => tell(document.title || location.host + location.pathname));
   look();
-})())";
+}))";
 
 using DisplayTask = std::function<void(const CefRefPtr<Browser>&, CefDisplayHandler&)>;
 
@@ -48,8 +48,7 @@ void PostLine(BrowserTable& table, const std::string& session, const std::string
   Post(table, session,
        [severity = Severity(level), message, source, line](const CefRefPtr<Browser>& browser,
                                                            CefDisplayHandler& handler) {
-         handler.OnConsoleMessage(browser.get(), severity, message, source,
-                                  static_cast<int>(line));
+         handler.OnConsoleMessage(browser.get(), severity, message, source, static_cast<int>(line));
        });
 }
 
@@ -126,12 +125,14 @@ void SubscribeDisplayEvents(DevToolsConnection& connection, BrowserTable& table)
   });
 }
 
-void EnableTitles(DevToolsConnection& connection, const std::string& session) {
-  connection.Send(
-      session, "Runtime.addBinding",
-      JsonObject().Add("name", kTitleBinding).Add("executionContextName", kTitleWorld));
+void EnableTitles(DevToolsConnection& connection, const std::string& session,
+                  const std::string& blank_url) {
+  connection.Send(session, "Runtime.addBinding",
+                  JsonObject().Add("name", kTitleBinding).Add("executionContextName", kTitleWorld));
   connection.Send(session, "Page.addScriptToEvaluateOnNewDocument",
-                  JsonObject().Add("worldName", kTitleWorld).Add("source", kTitleScript));
+                  JsonObject()
+                      .Add("worldName", kTitleWorld)
+                      .Add("source", kTitleScript + ("(" + JsonQuote(blank_url) + ")")));
 }
 
 }  // namespace engine

@@ -13,8 +13,10 @@ namespace engine {
 // Before the connection is opened. Both must live as long as the process.
 void SubscribeDisplayEvents(DevToolsConnection& connection, BrowserTable& table);
 
-// Has the pages of a session report their titles: Chromium itself tells of them at navigations only.
-void EnableTitles(DevToolsConnection& connection, const std::string& session);
+// Has the pages of a session report their titles: Chromium itself tells of them at navigations
+// only. The page at `blank_url` is left out.
+void EnableTitles(DevToolsConnection& connection, const std::string& session,
+                  const std::string& blank_url);
 
 }  // namespace engine
 

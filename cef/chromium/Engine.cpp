@@ -15,8 +15,6 @@
 namespace engine {
 namespace {
 
-// Shown by the window until its first page has a title.
-constexpr char kWindowTitle[] = " ";
 constexpr std::chrono::seconds kCreateTargetLimit{3};
 
 }  // namespace
@@ -30,10 +28,10 @@ Engine::Engine() { Wire(); }
 
 void Engine::Wire() {
   const auto by_message = [this](std::string* err) {
-    return OpenAppWindow(launch_.profile_dir(), kWindowTitle, err);
+    return OpenAppWindow(launch_.profile_dir(), kBlankTitle, err);
   };
   const auto by_command = [this](std::string* err) {
-    return OpenAppWindowByCommand(launch_.profile_dir(), kWindowTitle, err);
+    return OpenAppWindowByCommand(launch_.profile_dir(), kBlankTitle, err);
   };
   const auto by_target = [this](std::string* err) { return OpenByTarget(err); };
   factory_.SetUp({by_message, by_command, by_target}, [this] {

@@ -26,8 +26,8 @@ class Engine {
   // Never destroyed: callbacks of late threads still find it.
   static Engine& Get();
 
-  // CefInitialize, on the main thread. A call while the engine runs does nothing and succeeds. False
-  // after at most 15 seconds; standard error then says why.
+  // CefInitialize, on the main thread. A call while the engine runs does nothing and succeeds.
+  // False after at most 15 seconds; standard error then says why.
   bool Initialize(const CefSettings& settings, CefRefPtr<CefApp> app);
 
   // Ends Chromium; also called when the process exits. Main thread.

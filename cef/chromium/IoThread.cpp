@@ -59,7 +59,8 @@ int IoThread::TimeoutMs() {
   std::lock_guard<std::mutex> lock(mutex_);
   if (!ready_.empty()) return 0;
   if (due_.empty()) return -1;
-  const auto left = std::chrono::ceil<std::chrono::milliseconds>(due_.begin()->first - Clock::now());
+  const auto left =
+      std::chrono::ceil<std::chrono::milliseconds>(due_.begin()->first - Clock::now());
   return static_cast<int>(std::clamp<int64_t>(left.count(), 0, 60 * 60 * 1000));
 }
 

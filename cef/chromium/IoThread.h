@@ -1,7 +1,7 @@
 // The IO thread: it serves descriptors and tasks, and the client's network callbacks run on it.
 //
-// There is one per process; it runs until the process ends. What runs on it must not wait for the UI
-// thread.
+// There is one per process; it runs until the process ends. What runs on it must not wait for the
+// UI thread.
 
 #ifndef CEF_CHROMIUM_IOTHREAD_H_
 #define CEF_CHROMIUM_IOTHREAD_H_

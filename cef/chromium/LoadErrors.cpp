@@ -15,18 +15,15 @@ LoadErrors::LoadErrors(DevToolsConnection& connection, BrowserTable& table)
     : connection_(connection), table_(table) {}
 
 void LoadErrors::Subscribe() {
-  connection_.On("Network.requestWillBeSent",
-                 [this](const std::string& session, const JsonValue& params) {
-                   OnRequest(session, params);
-                 });
-  connection_.On("Network.loadingFailed",
-                 [this](const std::string& session, const JsonValue& params) {
-                   OnFailed(session, params);
-                 });
-  connection_.On("Network.loadingFinished",
-                 [this](const std::string&, const JsonValue& params) {
-                   navigations_.erase(TextAt(params, "requestId"));
-                 });
+  connection_.On(
+      "Network.requestWillBeSent",
+      [this](const std::string& session, const JsonValue& params) { OnRequest(session, params); });
+  connection_.On(
+      "Network.loadingFailed",
+      [this](const std::string& session, const JsonValue& params) { OnFailed(session, params); });
+  connection_.On("Network.loadingFinished", [this](const std::string&, const JsonValue& params) {
+    navigations_.erase(TextAt(params, "requestId"));
+  });
 }
 
 void LoadErrors::OnRequest(const std::string& session, const JsonValue& params) {

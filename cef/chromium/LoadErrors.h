@@ -12,8 +12,8 @@
 namespace engine {
 
 // Reports a failed navigation of any frame: with the error's name as Chromium gives it
-// ("net::ERR_..."), and the address that failed, after redirects. Data addresses are left out, since
-// clients use them to show their own error page.
+// ("net::ERR_..."), and the address that failed, after redirects. Data addresses are left out,
+// since clients use them to show their own error page.
 class LoadErrors {
  public:
   // Both must live as long as the process.

@@ -15,11 +15,16 @@ namespace {
 
 cef_resource_type_t ResourceType(const std::string& type, bool main_frame) {
   static const std::map<std::string, cef_resource_type_t> kTypes = {
-      {"Stylesheet", RT_STYLESHEET}, {"Script", RT_SCRIPT},
-      {"Image", RT_IMAGE},           {"Font", RT_FONT_RESOURCE},
-      {"Media", RT_MEDIA},           {"XHR", RT_XHR},
-      {"Fetch", RT_XHR},             {"EventSource", RT_XHR},
-      {"Prefetch", RT_PREFETCH},     {"Ping", RT_PING},
+      {"Stylesheet", RT_STYLESHEET},
+      {"Script", RT_SCRIPT},
+      {"Image", RT_IMAGE},
+      {"Font", RT_FONT_RESOURCE},
+      {"Media", RT_MEDIA},
+      {"XHR", RT_XHR},
+      {"Fetch", RT_XHR},
+      {"EventSource", RT_XHR},
+      {"Prefetch", RT_PREFETCH},
+      {"Ping", RT_PING},
       {"CSPViolationReport", RT_CSP_REPORT}};
   if (type == "Document") return main_frame ? RT_MAIN_FRAME : RT_SUB_FRAME;
   const auto found = kTypes.find(type);
@@ -107,9 +112,8 @@ void NetworkHooks::Subscribe() {
 void NetworkHooks::Enable() {
   connection_.Send("", "Fetch.enable",
                    JsonObject()
-                       .AddJson("patterns",
-                                R"([{"urlPattern":"*","requestStage":"Request"},)"
-                                R"({"urlPattern":"*","requestStage":"Response"}])")
+                       .AddJson("patterns", R"([{"urlPattern":"*","requestStage":"Request"},)"
+                                            R"({"urlPattern":"*","requestStage":"Response"}])")
                        .Add("handleAuthRequests", true));
   connection_.Send("", "Browser.setDownloadBehavior", JsonObject().Add("behavior", "deny"));
 }
@@ -192,6 +196,7 @@ void NetworkHooks::OnRequest(const std::string& id, const JsonValue& params) {
       break;
     default:
       callback->Disarm();
+      pending_.erase(id);
       Abort(id);
       break;
   }

@@ -17,8 +17,9 @@ namespace engine {
 // client is called in place, on the IO thread, and then the request goes on.
 //
 // Requests for the window's icon call no hook, nor do data and about pages and what comes from a
-// page's memory. A worker's requests count as the newest browser's. Changes that the client makes to
-// a request are not carried out, a cookie filter and a resource handler are asked for but not used.
+// page's memory. A worker's requests count as the newest browser's. Changes that the client makes
+// to a request are not carried out, a cookie filter and a resource handler are asked for but not
+// used.
 class NetworkHooks {
  public:
   // Both must live as long as the process.
@@ -43,7 +44,7 @@ class NetworkHooks {
     CefRefPtr<Browser> browser;
     CefRefPtr<CefFrame> frame;
     CefRefPtr<CefRequest> request;
-    CefRefPtr<CefResponse> redirect;                // the answer, if it sends the request elsewhere
+    CefRefPtr<CefResponse> redirect;               // the answer, if it sends the request elsewhere
     CefRefPtr<CefResourceRequestHandler> handler;  // null: the client does not care
     std::string url;
     bool main_frame = false;

@@ -39,9 +39,9 @@ class PipeTransport : public std::enable_shared_from_this<PipeTransport> {
   const int read_fd_;
 
   std::mutex mutex_;
-  std::string pending_;           // guarded by mutex_
+  std::string pending_;            // guarded by mutex_
   bool waiting_to_write_ = false;  // guarded by mutex_
-  bool closed_ = false;           // guarded by mutex_
+  bool closed_ = false;            // guarded by mutex_
 
   // IO thread only.
   MessageHandler on_message_;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "cef/chromium/AppWindow.h"
 #include "cef/chromium/DisplayEvents.h"
 #include "cef/chromium/MessageLoop.h"
 
@@ -41,14 +42,12 @@ void Targets::SetBarrier(std::function<void(std::function<void()>)> barrier) {
 }
 
 void Targets::Subscribe() {
-  connection_.On("Target.attachedToTarget",
-                 [this](const std::string& session, const JsonValue& params) {
-                   OnAttached(session, params);
-                 });
-  connection_.On("Target.detachedFromTarget",
-                 [this](const std::string&, const JsonValue& params) {
-                   table_.RemoveSession(TextAt(params, "sessionId"));
-                 });
+  connection_.On(
+      "Target.attachedToTarget",
+      [this](const std::string& session, const JsonValue& params) { OnAttached(session, params); });
+  connection_.On("Target.detachedFromTarget", [this](const std::string&, const JsonValue& params) {
+    table_.RemoveSession(TextAt(params, "sessionId"));
+  });
   connection_.On("Target.targetDestroyed", [this](const std::string&, const JsonValue& params) {
     Gone(TextAt(params, "targetId"));
   });
@@ -79,31 +78,51 @@ void Targets::AttachPage(const std::string& session, const JsonValue& info) {
   }
 
   CefRefPtr<Browser> opener = table_.ByTarget(TextAt(info, "openerId"));
-  if (!opener.get()) {
-    if (std::optional<BrowserOrder> order = factory_.Take()) {
-      CefRefPtr<Browser> browser =
-          new Browser(connection_, table_, target, session, order->client, order->context, false);
-      table_.Add(browser);
-      SetUpPage(session, true);
-      LetRun(session);
-      connection_.Send(session, "Page.bringToFront");
-      MessageLoop::Get().PostTask([this, browser, url = order->url] {
-        browser->NotifyCreated();
-        barrier_([browser, url] { browser->Navigate(browser->target_id(), url); });
-        factory_.Finish();
-      });
+  if (!opener.get() && !IsBrowserPage(url)) {
+    if (const std::optional<BrowserOrder> order = factory_.Take()) {
+      AttachOrdered(target, session, *order);
       return;
     }
     // A page that opens a window without giving it access to itself does not count as its opener.
-    if (!IsBrowserPage(url)) opener = table_.Newest();
+    // The blank page is a window of ours that came too late.
+    if (url != AppWindowUrl(kBlankTitle)) opener = table_.Newest();
   }
-  if (!opener.get()) {
-    LetRun(session);
-    connection_.Send("", "Target.closeTarget", JsonObject().Add("targetId", target));
+  if (opener.get()) {
+    AttachPopup(target, session, *opener.get());
     return;
   }
+  LetRun(session);
+  connection_.Send("", "Target.closeTarget", JsonObject().Add("targetId", target));
+}
+
+void Targets::AttachOrdered(const std::string& target, const std::string& session,
+                            const BrowserOrder& order) {
   CefRefPtr<Browser> browser =
-      new Browser(connection_, table_, target, session, opener->client(), opener->context(), true);
+      new Browser(connection_, table_, target, session, order.client, order.context, false);
+  table_.Add(browser);
+  SetUpPage(session, true);
+  MessageLoop::Get().PostTask([this, browser] {
+    browser->NotifyCreated();
+    factory_.Finish();
+  });
+  // The first page must not outrun the set-up, which waits for the window's renderer.
+  connection_.Send(session, "Runtime.runIfWaitingForDebugger", {},
+                   [this, browser, url = order.url](const JsonValue*, const std::string&) {
+                     MessageLoop::Get().PostTask([this, browser, url] { LoadFirst(browser, url); });
+                   });
+  connection_.Send(session, "Page.bringToFront");
+}
+
+// With all the cookies that were planted for it.
+void Targets::LoadFirst(const CefRefPtr<Browser>& browser, const std::string& url) {
+  barrier_([browser, url] {
+    if (!browser->IsForcedToClose()) browser->Navigate(browser->target_id(), url);
+  });
+}
+
+void Targets::AttachPopup(const std::string& target, const std::string& session, Browser& opener) {
+  CefRefPtr<Browser> browser =
+      new Browser(connection_, table_, target, session, opener.client(), opener.context(), true);
   table_.Add(browser);
   SetUpPage(session, true);
   // It loads nothing before the client knows of it.
@@ -136,7 +155,7 @@ void Targets::SetUpPage(const std::string& session, bool main) {
                    JsonObject().Add("maxTotalBufferSize", 0).Add("maxResourceBufferSize", 0));
   connection_.Send(session, "Runtime.enable");
   connection_.Send(session, "Log.enable");
-  if (main) EnableTitles(connection_, session);
+  if (main) EnableTitles(connection_, session, AppWindowUrl(kBlankTitle));
   // The switch alone leaves client hints that tell another story.
   if (!user_agent_.empty()) {
     connection_.Send(session, "Emulation.setUserAgentOverride",

@@ -13,8 +13,11 @@
 
 namespace engine {
 
-// Every target is attached to while it still waits, is set up, and is then let run. A page becomes a
-// browser if it was ordered from the factory or if a page has opened it; a window that the user
+// The title of the empty page that a new window shows at first.
+inline constexpr char kBlankTitle[] = " ";
+
+// Every target is attached to while it still waits, is set up, and is then let run. A page becomes
+// a browser if it was ordered from the factory or if a page has opened it; a window that the user
 // opens with a shortcut is closed at once; DevTools windows are left alone.
 class Targets {
  public:
@@ -38,6 +41,10 @@ class Targets {
  private:
   void OnAttached(const std::string& parent_session, const JsonValue& params);
   void AttachPage(const std::string& session, const JsonValue& info);
+  void AttachOrdered(const std::string& target, const std::string& session,
+                     const BrowserOrder& order);
+  void AttachPopup(const std::string& target, const std::string& session, Browser& opener);
+  void LoadFirst(const CefRefPtr<Browser>& browser, const std::string& url);
   void AttachPart(const std::string& parent_session, const std::string& session,
                   const JsonValue& info);
   void SetUpPage(const std::string& session, bool main);

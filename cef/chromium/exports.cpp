@@ -1,5 +1,7 @@
 // The functions that the framework exports by name.
 
+#include "cef/wrapper/exports.h"
+
 #include "cef/chromium/CommandLine.h"
 #include "cef/chromium/CookieManager.h"
 #include "cef/chromium/Engine.h"
@@ -8,7 +10,6 @@
 #include "cef/chromium/Request.h"
 #include "cef/chromium/RequestContext.h"
 #include "cef/chromium/Response.h"
-#include "cef/wrapper/exports.h"
 
 using engine::Engine;
 using engine::IoThread;
@@ -18,8 +19,8 @@ extern "C" {
 
 const char* cef_api_hash(int) { return CEF_API_HASH_PLATFORM; }
 
-bool cef_initialize(const CefMainArgs&, const CefSettings& settings,
-                    CefRefPtr<CefApp> application, void*) {
+bool cef_initialize(const CefMainArgs&, const CefSettings& settings, CefRefPtr<CefApp> application,
+                    void*) {
   return Engine::Get().Initialize(settings, application);
 }
 

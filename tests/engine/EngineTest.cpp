@@ -1,11 +1,12 @@
 #include "tests/engine/EngineTest.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <map>
-#include <unistd.h>
 #include <fstream>
+#include <map>
 
 #include "cef/wrapper/exports.h"
 #include "include/cef_task.h"
@@ -225,7 +226,7 @@ void EngineTest::RunLoop() {
       kRunLimitMs);
   CefRunMessageLoop();
   EXPECT_EQ(*state, State::kRunning) << "the run did not end by itself; trace:\n"
-                                  << ::testing::PrintToString(client_->trace());
+                                     << ::testing::PrintToString(client_->trace());
   *state = State::kDone;
 }
 

@@ -90,9 +90,9 @@ class RecordingClient : public CefClient,
   std::string Number(const CefRefPtr<CefBrowser>& browser) const;
 
   mutable std::mutex mutex_;
-  std::vector<std::string> trace_;                // guarded by mutex_
-  std::vector<Seen> responses_;                   // guarded by mutex_
-  std::vector<int> identifiers_;                  // guarded by mutex_
+  std::vector<std::string> trace_;               // guarded by mutex_
+  std::vector<Seen> responses_;                  // guarded by mutex_
+  std::vector<int> identifiers_;                 // guarded by mutex_
   std::vector<CefRefPtr<CefBrowser>> browsers_;  // UI thread
 
   IMPLEMENT_REFCOUNTING(RecordingClient);

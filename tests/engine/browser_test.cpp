@@ -39,9 +39,7 @@ TEST_F(BrowserTest, CloseFromAnyThreadRepeatedlyIsOneClose) {
          host->CloseBrowser(true);
        }},
       {"from the IO thread",
-       [](CefRefPtr<CefBrowserHost> host) {
-         Post(TID_IO, [host] { host->CloseBrowser(true); });
-       }},
+       [](CefRefPtr<CefBrowserHost> host) { Post(TID_IO, [host] { host->CloseBrowser(true); }); }},
       {"asked", [](CefRefPtr<CefBrowserHost> host) { host->CloseBrowser(false); }},
       {"asked, then forced", [](CefRefPtr<CefBrowserHost> host) {
          host->CloseBrowser(false);
@@ -86,9 +84,8 @@ TEST_F(BrowserTest, WindowsThatPagesOpenBecomeBrowsers) {
         "const a = document.createElement('a'); a.href = '/popup'; a.target = '_blank';"
         " document.body.append(a); a.click()"}) {
     client_ = new RecordingClient;
-    server_.Page("/page",
-                 std::string("<title>first</title><body><script>onload = () => {") + opener +
-                     "}</script>");
+    server_.Page("/page", std::string("<title>first</title><body><script>onload = () => {") +
+                              opener + "}</script>");
     CefRefPtr<CefBrowser> first;
     client_->on_title = [&](CefRefPtr<CefBrowser> browser, const std::string& title) {
       if (title == "first") first = browser;
@@ -96,12 +93,13 @@ TEST_F(BrowserTest, WindowsThatPagesOpenBecomeBrowsers) {
       if (title == "second") {
         EXPECT_TRUE(browser->IsPopup());
         first->GetHost()->CloseBrowser(true);
-        Post(TID_UI, [browser] { browser->GetHost()->CloseBrowser(true); }, 200);
+        Post(
+            TID_UI, [browser] { browser->GetHost()->CloseBrowser(true); }, 200);
       }
     };
     Run(server_.Url("/page"));
-    EXPECT_THAT(Lives(), ElementsAre("created 1", "created 2 popup", "do-close 1",
-                                     "before-close 1", "do-close 2", "before-close 2"))
+    EXPECT_THAT(Lives(), ElementsAre("created 1", "created 2 popup", "do-close 1", "before-close 1",
+                                     "do-close 2", "before-close 2"))
         << opener;
     const std::vector<std::string> trace = client_->trace();
     const auto created = std::find(trace.begin(), trace.end(), "created 2 popup");
@@ -140,10 +138,13 @@ TEST_F(BrowserTest, ShortcutsOpenNoFurtherBrowser) {
     TestDisplay()->Xdotool({"windowactivate", "--sync", window});
     TestDisplay()->Xdotool({"key", "ctrl+t"});
     TestDisplay()->Xdotool({"key", "ctrl+n"});
-    Post(TID_UI, [browser] {
-      EXPECT_EQ(TestDisplay()->WaitForWindow("New Tab", std::chrono::milliseconds(100)), "");
-      browser->GetHost()->CloseBrowser(true);
-    }, 1500);
+    Post(
+        TID_UI,
+        [browser] {
+          EXPECT_EQ(TestDisplay()->WaitForWindow("New Tab", std::chrono::milliseconds(100)), "");
+          browser->GetHost()->CloseBrowser(true);
+        },
+        1500);
   };
   Run(server_.Url("/page"));
   EXPECT_THAT(Lives(), ElementsAre("created 1", "do-close 1", "before-close 1"));

@@ -1,6 +1,7 @@
 // Pages behind a bad certificate.
 
 #include "testing/gateway/Certificates.h"
+
 #include "tests/engine/EngineTest.h"
 
 using ::testing::Contains;
@@ -16,8 +17,9 @@ class FaultyServer {
  public:
   explicit FaultyServer(CertificateKind kind) {
     const Identity identity = TestAuthority("Engine Test Authority").Issue(kind, {"bad.test"});
-    server = std::make_unique<LocalServer>(folder_.write("certificate.pem", identity.CertificatePem()),
-                                           folder_.write("key.pem", identity.KeyPem()));
+    server =
+        std::make_unique<LocalServer>(folder_.write("certificate.pem", identity.CertificatePem()),
+                                      folder_.write("key.pem", identity.KeyPem()));
   }
   std::unique_ptr<LocalServer> server;
 
@@ -80,10 +82,12 @@ TEST_F(CertificatesTest, EveryWayToRefuseCancelsTheNavigation) {
        }},
       {"cancel, later",
        [](CefRefPtr<CefBrowser>, CefRefPtr<CefRequestCallback> callback) {
-         Post(TID_UI, [callback] { callback->Cancel(); }, 100);
+         Post(
+             TID_UI, [callback] { callback->Cancel(); }, 100);
          return true;
        }},
-      {"released unused", [](CefRefPtr<CefBrowser>, CefRefPtr<CefRequestCallback>) { return true; }},
+      {"released unused",
+       [](CefRefPtr<CefBrowser>, CefRefPtr<CefRequestCallback>) { return true; }},
       {"not handled", [](CefRefPtr<CefBrowser>, CefRefPtr<CefRequestCallback>) { return false; }}};
   FaultyServer faulty(CertificateKind::kWrongHostUnknownAuthority);
   for (const Case& c : cases) {

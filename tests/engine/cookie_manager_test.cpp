@@ -72,8 +72,7 @@ class CookieManagerTest : public EngineTest {
   }
 
   bool Set(const std::string& url, const std::string& name, const std::string& value,
-           const std::string& domain = {}, bool http_only = false,
-           const std::string& path = "/") {
+           const std::string& domain = {}, bool http_only = false, const std::string& path = "/") {
     CefCookie cookie;
     CefString(&cookie.name).FromString(name);
     CefString(&cookie.value).FromString(value);
@@ -167,7 +166,9 @@ TEST_F(CookieManagerTest, DeletionKeepsToItsScope) {
       {"http://a.test/", "host", "deleted 1", {"cookie 0/2 hidden=2", "cookie 1/2 wide=3"}},
       {"http://a.test/", "wide", "deleted 1", {"cookie 0/2 host=1", "cookie 1/2 hidden=2"}},
       {"http://a.test/", "", "deleted 2", {"cookie 0/1 wide=3"}},
-      {"http://c.test/", "host", "deleted 0",
+      {"http://c.test/",
+       "host",
+       "deleted 0",
        {"cookie 0/3 host=1", "cookie 1/3 hidden=2", "cookie 2/3 wide=3"}},
       {"", "host", "deleted 4", {}}};
   for (const Case& c : cases) {

@@ -1,5 +1,7 @@
 // The hooks that every request passes.
 
+#include <algorithm>
+
 #include "tests/engine/EngineTest.h"
 
 using ::testing::Contains;
@@ -31,10 +33,13 @@ TEST_F(NetworkHooksTest, ResponseHookEndsTheRunBeforeThePageGoesOn) {
   };
   Run(server_.Url("/login"));
   // The redirect itself has no response call.
-  EXPECT_THAT(client_->trace(),
-              ElementsAre("created 1", "before-load /login", "redirect 302 /login to /done",
-                          "before-load /done", "response 200 /done", "do-close 1",
-                          "before-close 1"));
+  std::vector<std::string> trace = client_->trace();
+  // The navigation given up with the window may or may not be reported in time.
+  trace.erase(std::remove(trace.begin(), trace.end(), "load-error -3 net::ERR_ABORTED /done"),
+              trace.end());
+  EXPECT_THAT(trace, ElementsAre("created 1", "before-load /login", "redirect 302 /login to /done",
+                                 "before-load /done", "response 200 /done", "do-close 1",
+                                 "before-close 1"));
   EXPECT_THAT(server_.RequestsFor("/after"), IsEmpty());
 }
 
@@ -77,12 +82,10 @@ TEST_F(NetworkHooksTest, RequestsAreDescribedAsTheyAreSent) {
     cef_resource_type_t type;
     const char* mime_type;
   };
-  const Case cases[] = {{"/page", 200, RT_MAIN_FRAME, "text/html"},
-                        {"/frame", 200, RT_SUB_FRAME, "text/html"},
-                        {"/style", 404, RT_STYLESHEET, "text/html"},
-                        {"/script", 200, RT_SCRIPT, "text/javascript"},
-                        {"/image", 404, RT_IMAGE, "text/html"},
-                        {"/fetched", 404, RT_XHR, "text/html"}};
+  const Case cases[] = {
+      {"/page", 200, RT_MAIN_FRAME, "text/html"},  {"/frame", 200, RT_SUB_FRAME, "text/html"},
+      {"/style", 404, RT_STYLESHEET, "text/html"}, {"/script", 200, RT_SCRIPT, "text/javascript"},
+      {"/image", 404, RT_IMAGE, "text/html"},      {"/fetched", 404, RT_XHR, "text/html"}};
   for (const Case& expected : cases) {
     const std::vector<Seen> seen = client_->ResponsesFor(expected.path);
     ASSERT_THAT(seen, SizeIs(1)) << expected.path;
@@ -172,10 +175,8 @@ TEST_F(NetworkHooksTest, UserAgentIsSentWithoutContradictingHints) {
 
 TEST_F(NetworkHooksTest, SignInDialogIsDeclinedAndTheAnswerShown) {
   server_.Serve("/guarded", [](const LocalServer::Request&) {
-    return LocalServer::Answer{401,
-                               "<title>end</title>",
-                               "text/html",
-                               {{"WWW-Authenticate", "Basic realm=\"r\""}}};
+    return LocalServer::Answer{
+        401, "<title>end</title>", "text/html", {{"WWW-Authenticate", "Basic realm=\"r\""}}};
   });
   CloseOnTitle();
   Run(server_.Url("/guarded"));

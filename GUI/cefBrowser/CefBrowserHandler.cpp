@@ -160,8 +160,9 @@ EmbBrowserHandler::ReturnValue EmbBrowserHandler::OnBeforeResourceLoad(
   return RV_CANCEL;
 }
 
-CefRefPtr<CefResourceHandler> EmbBrowserHandler::GetResourceHandler(
-    CefRefPtr<CefBrowser> browser, CefRefPtr<CefFrame> frame, CefRefPtr<CefRequest> request) {
+CefRefPtr<CefResourceHandler> EmbBrowserHandler::GetResourceHandler(CefRefPtr<CefBrowser> browser,
+                                                                    CefRefPtr<CefFrame> frame,
+                                                                    CefRefPtr<CefRequest> request) {
   return m_ResourceManager_->GetResourceHandler(browser, frame, request);
 }
 

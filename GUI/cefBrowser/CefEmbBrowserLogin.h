@@ -1,4 +1,5 @@
-// The browser session: one step of signing in or out, and at the same time CEF's application object.
+// The browser session: one step of signing in or out, and at the same time CEF's application
+// object.
 //
 // A kind of step derives from this class, starts in OnContextInitialized and decides in one of the
 // two hooks when it has finished. The driver reads its return data after the message loop.

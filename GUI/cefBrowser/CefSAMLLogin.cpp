@@ -67,7 +67,8 @@ bool CefSAMLLogin::ProcessCookieResponse(const std::string& url, const std::stri
     KXLOG(3, kCefModule, "%s(): Gathered IdP(%s) cookies of size %d", "ProcessCookieResponse",
           _urlIdpHost.c_str(), static_cast<int>(m_returnData.samlIdpCookies.size()));
   }
-  // A refused sign-in ends the step too; the caller sees it by the empty post-authentication cookie.
+  // A refused sign-in ends the step too; the caller sees it by the empty post-authentication
+  // cookie.
   return true;
 }
 

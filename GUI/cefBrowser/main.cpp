@@ -29,8 +29,8 @@ bool LoadCatalogs() {
   return true;
 }
 
-// Copies the launch request and blanks it where it came from: it holds cookies, and argv[0] shows in
-// process lists and stack traces.
+// Copies the launch request and blanks it where it came from: it holds cookies, and argv[0] shows
+// in process lists and stack traces.
 std::string TakeLaunchRequest(char** argv) {
   if (!argv[0]) return "";
   std::string request = argv[0];

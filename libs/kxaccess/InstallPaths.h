@@ -1,9 +1,9 @@
 // Where the product is installed: the one place that holds its absolute paths.
 //
 // EB_INSTALL_ROOT is empty in release and package builds. Development builds stage every path below
-// a folder of the build, so that they need no write access elsewhere. It is fixed at compile time on
-// purpose: an environment variable that redirects where a helper loads its browser from would be a
-// hole.
+// a folder of the build, so that they need no write access elsewhere. It is fixed at compile time
+// on purpose: an environment variable that redirects where a helper loads its browser from would be
+// a hole.
 
 #ifndef LIBS_KXACCESS_INSTALLPATHS_H_
 #define LIBS_KXACCESS_INSTALLPATHS_H_
@@ -25,15 +25,13 @@ inline constexpr char kRoot[] = EB_INSTALL_ROOT;
 inline constexpr char kAppBundle[] = EB_APP_BUNDLE_PATH;
 inline constexpr wchar_t kResourceCatalog[] =
     L"" EB_APP_BUNDLE_PATH L"/Contents/Resources/CorvaneResource_EN.txt";
-inline constexpr wchar_t kAccessIni[] =
-    L"" EB_APP_BUNDLE_PATH L"/Contents/Plugins/VELD/access.ini";
+inline constexpr wchar_t kAccessIni[] = L"" EB_APP_BUNDLE_PATH L"/Contents/Plugins/VELD/access.ini";
 
 // Branding overrides of the catalogs; ends in a slash.
 inline constexpr wchar_t kBrandingFolder[] = L"" EB_SUPPORT_PATH L"/CorvaneBranding/";
 
 // The browser framework: its folder, and the library inside it.
-inline constexpr char kFrameworkFolder[] =
-    EB_SUPPORT_PATH "/Chromium Embedded Framework.framework";
+inline constexpr char kFrameworkFolder[] = EB_SUPPORT_PATH "/Chromium Embedded Framework.framework";
 inline constexpr char kFrameworkLibrary[] =
     EB_SUPPORT_PATH "/Chromium Embedded Framework.framework/Chromium Embedded Framework";
 

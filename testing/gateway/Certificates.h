@@ -42,7 +42,7 @@ struct Identity {
 };
 
 // An authority of a test's own: a fresh P-256 key and a self-signed certificate. To make a browser
-// trust it, import certificate_pem() (see tests/support/TrustStore.h). Nothing is kept anywhere:
+// trust it, import certificate_pem() (see testing/support/TrustStore.h). Nothing is kept anywhere:
 // when the object is gone, so is the key. Constructor and Issue throw std::runtime_error when
 // OpenSSL refuses. One object may be used by one thread at a time.
 class TestAuthority {

@@ -14,7 +14,7 @@
 #include <thread>
 
 #include "libs/kxaccess/InstallPaths.h"
-#include "tests/support/TrustStore.h"
+#include "testing/support/TrustStore.h"
 
 namespace {
 

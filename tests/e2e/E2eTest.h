@@ -15,9 +15,9 @@
 #include <vector>
 
 #include "testing/gateway/GatewayBox.h"
-#include "tests/support/Subprocess.h"
-#include "tests/support/TempDir.h"
-#include "tests/support/VirtualDisplay.h"
+#include "testing/support/Subprocess.h"
+#include "testing/support/TempDir.h"
+#include "testing/support/VirtualDisplay.h"
 
 // How long anything of a run may take on a busy machine before the test gives up.
 inline constexpr std::chrono::seconds kPatience{60};

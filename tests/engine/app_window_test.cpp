@@ -11,9 +11,9 @@
 #include "cef/chromium/AppWindow.h"
 #include "cef/chromium/ChildProcess.h"
 #include "cef/chromium/Profile.h"
-#include "tests/engine/RawChromium.h"
-#include "tests/support/TempDir.h"
-#include "tests/support/VirtualDisplay.h"
+#include "testing/support/RawChromium.h"
+#include "testing/support/TempDir.h"
+#include "testing/support/VirtualDisplay.h"
 
 using engine::OpenAppWindow;
 using engine::OpenAppWindowByCommand;

@@ -14,9 +14,9 @@
 #include "cef/chromium/NetErrors.h"
 #include "cef/chromium/NetLog.h"
 #include "testing/gateway/Certificates.h"
-#include "tests/engine/RawChromium.h"
-#include "tests/support/TempDir.h"
-#include "tests/support/VirtualDisplay.h"
+#include "testing/support/RawChromium.h"
+#include "testing/support/TempDir.h"
+#include "testing/support/VirtualDisplay.h"
 
 using std::chrono::milliseconds;
 using std::chrono::seconds;

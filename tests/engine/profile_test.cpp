@@ -16,9 +16,9 @@
 
 #include "cef/chromium/ChildProcess.h"
 #include "cef/chromium/PrivateFolder.h"
-#include "tests/engine/RawChromium.h"
-#include "tests/support/TempDir.h"
-#include "tests/support/VirtualDisplay.h"
+#include "testing/support/RawChromium.h"
+#include "testing/support/TempDir.h"
+#include "testing/support/VirtualDisplay.h"
 
 using engine::ChromiumOptions;
 using engine::Profile;

@@ -8,8 +8,8 @@
 
 #include "testing/gateway/GatewayBox.h"
 #include "testing/gateway/Scenarios.h"
-#include "tests/support/Subprocess.h"
-#include "tests/support/TempDir.h"
+#include "testing/support/Subprocess.h"
+#include "testing/support/TempDir.h"
 
 namespace {
 

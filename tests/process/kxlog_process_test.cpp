@@ -10,8 +10,8 @@
 #include <regex>
 #include <thread>
 
-#include "tests/support/LogArea.h"
-#include "tests/support/Subprocess.h"
+#include "testing/support/LogArea.h"
+#include "testing/support/Subprocess.h"
 
 using std::chrono::seconds;
 

@@ -8,8 +8,8 @@
 #include <cstring>
 #include <thread>
 
-#include "tests/support/Subprocess.h"
-#include "tests/support/TempDir.h"
+#include "testing/support/Subprocess.h"
+#include "testing/support/TempDir.h"
 #include "tools/starter/LaunchStep.h"
 #include "tools/starter/ReturnSegment.h"
 

@@ -1,4 +1,5 @@
-// What the tests of sessions and handler share: the fake framework and ways to put a session into it.
+// What the tests of sessions and handler share: the fake framework and ways to put a session into
+// it.
 
 #ifndef TESTS_SESSION_SESSIONTEST_H_
 #define TESTS_SESSION_SESSIONTEST_H_
@@ -11,7 +12,7 @@
 
 #include "GUI/cefBrowser/CefBrowserHandler.h"
 #include "GUI/cefBrowser/CefEmbBrowserLogin.h"
-#include "tests/support/FakeCef.h"
+#include "testing/support/FakeCef.h"
 
 class SessionTest : public testing::Test {
  protected:

@@ -1,11 +1,10 @@
-#include "GUI/cefBrowser/CertificateTexts.h"
-
 #include <gtest/gtest.h>
 
+#include "GUI/cefBrowser/CertificateTexts.h"
 #include "libs/catalogUtil/GlobalCatalogs.h"
 #include "libs/kxaccess/utf8.h"
-#include "tests/support/FakeCef.h"
-#include "tests/support/TempDir.h"
+#include "testing/support/FakeCef.h"
+#include "testing/support/TempDir.h"
 
 namespace {
 
@@ -31,11 +30,11 @@ class CertificateTexts : public testing::Test {
   }
 
   void Load(const wchar_t* language, const std::string& branding = "") {
-    const std::string base = folder_.write("CorvaneResource_EN.txt",
-                                           std::string(kMark) +
-                                               "[1150]\nValue = Nobody vouches for {0}.\n"
-                                               "[1151]\nValue = {0} shows a wrong pass.\n"
-                                               "[1152]\nValue = Go on to {0}?\n");
+    const std::string base =
+        folder_.write("CorvaneResource_EN.txt", std::string(kMark) +
+                                                    "[1150]\nValue = Nobody vouches for {0}.\n"
+                                                    "[1151]\nValue = {0} shows a wrong pass.\n"
+                                                    "[1152]\nValue = Go on to {0}?\n");
     folder_.write("CorvaneResource_DE.txt",
                   std::string(kMark) +
                       "[1150]\nValue = F\xC3\xBCr {0} b\xC3\xBCrgt niemand.\n"
@@ -52,10 +51,9 @@ class CertificateTexts : public testing::Test {
 
 TEST_F(CertificateTexts, NameSiteFaultsAndQuestion) {
   Load(L"en-US");
-  const Texts texts =
-      Question(ERR_CERT_AUTHORITY_INVALID,
-               CERT_STATUS_COMMON_NAME_INVALID | CERT_STATUS_AUTHORITY_INVALID,
-               L"https://vpn.example:8443/sign-in?a=/b");
+  const Texts texts = Question(ERR_CERT_AUTHORITY_INVALID,
+                               CERT_STATUS_COMMON_NAME_INVALID | CERT_STATUS_AUTHORITY_INVALID,
+                               L"https://vpn.example:8443/sign-in?a=/b");
   EXPECT_EQ(texts.first,
             L"Nobody vouches for https://vpn.example:8443.\n\nError: "
             L"\tCERT_STATUS_COMMON_NAME_INVALID\n\t\tCERT_STATUS_AUTHORITY_INVALID\n\t\t");
@@ -93,8 +91,7 @@ TEST_F(CertificateTexts, AnAddressThatLooksLikeAPlaceholderEnds) {
 }
 
 TEST_F(CertificateTexts, AMissingTextShowsItsNumber) {
-  EXPECT_EQ(Question(ERR_CERT_DATE_INVALID, 0, L"bad").second,
-            L"<<1152: UNKNOWN RESOURCE ID>>");
+  EXPECT_EQ(Question(ERR_CERT_DATE_INVALID, 0, L"bad").second, L"<<1152: UNKNOWN RESOURCE ID>>");
 }
 
 TEST(CertStatusString, NamesEachKnownBitInOrder) {

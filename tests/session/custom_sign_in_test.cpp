@@ -1,5 +1,4 @@
 #include "GUI/cefBrowser/CefCustomSignInLogin.h"
-
 #include "tests/session/SessionTest.h"
 
 namespace {

@@ -1,7 +1,6 @@
-#include "GUI/cefBrowser/CefBrowserHandler.h"
-
 #include <thread>
 
+#include "GUI/cefBrowser/CefBrowserHandler.h"
 #include "GUI/newUI/CommonWebBrowser.h"
 #include "tests/session/SessionTest.h"
 
@@ -152,8 +151,7 @@ TEST_F(Handler, ShowsLoadErrorsInTheFrameThatFailed) {
                          "net::ERR_NAME_NOT_RESOLVED", c.url);
     const std::string page =
         "<html><body bgcolor=\"white\"><h2>This site can not be reached </h2><br><h3>" +
-        std::string(c.shown) +
-        "<br> Error : net::ERR_NAME_NOT_RESOLVED (-105).</h3></body></html>";
+        std::string(c.shown) + "<br> Error : net::ERR_NAME_NOT_RESOLVED (-105).</h3></body></html>";
     EXPECT_THAT(cef.Trace(),
                 ElementsAre("LoadURL(id=" + id + ", url=" + GetDataURI(page, "text/html") + ")"));
   }
@@ -189,14 +187,15 @@ TEST_F(Handler, PassesTheRest) {
   auto browser = Open();
   cef.ClearTrace();
   bool disable = false;
-  EXPECT_EQ(handler->GetResourceRequestHandler(nullptr, nullptr, nullptr, true, false, "", disable)
-                .get(),
-            handler.get());
+  EXPECT_EQ(
+      handler->GetResourceRequestHandler(nullptr, nullptr, nullptr, true, false, "", disable).get(),
+      handler.get());
   EXPECT_TRUE(handler->CanSendCookie(nullptr, nullptr, nullptr, CefCookie()));
   EXPECT_TRUE(handler->CanSaveCookie(nullptr, nullptr, nullptr, nullptr, CefCookie()));
   EXPECT_TRUE(handler->OnConsoleMessage(browser.get(), LOGSEVERITY_INFO, "m", "s", 1));
   CefRefPtr<FakeSelectClientCertificateCallback> select = new FakeSelectClientCertificateCallback;
-  EXPECT_TRUE(handler->OnSelectClientCertificate(browser.get(), false, "host", 443, {}, select.get()));
+  EXPECT_TRUE(
+      handler->OnSelectClientCertificate(browser.get(), false, "host", 443, {}, select.get()));
   EXPECT_THAT(cef.Trace(), ElementsAre()) << "no certificate is chosen for the user";
 }
 

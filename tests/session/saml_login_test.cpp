@@ -1,5 +1,4 @@
 #include "GUI/cefBrowser/CefSAMLLogin.h"
-
 #include "tests/session/SessionTest.h"
 
 namespace {
@@ -83,10 +82,7 @@ TEST_F(SamlLogin, JudgesResponses) {
        {{"https://vpn.example/done", "KXSAMLEBSTATEID=s1; KXSAMLEBSTATUS=11", true}},
        "",
        ""},
-      {"no status",
-       {{"https://vpn.example/done", "KXSAMLEBSTATEID=s1", true}},
-       "",
-       ""},
+      {"no status", {{"https://vpn.example/done", "KXSAMLEBSTATEID=s1", true}}, "", ""},
       {"a third host, the gateway on another port and a foreign state cookie do not count",
        {{"https://idp.example/login", "", false},
         {"https://idp.example/login", "idp=1", false},

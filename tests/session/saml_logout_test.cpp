@@ -1,5 +1,4 @@
 #include "GUI/cefBrowser/CefSAMLLogout.h"
-
 #include "tests/session/SessionTest.h"
 
 namespace {

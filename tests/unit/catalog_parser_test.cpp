@@ -6,7 +6,7 @@
 #include "libs/catalogUtil/CatalogParser.h"
 #include "libs/catalogUtil/Utils.h"
 #include "libs/kxaccess/utf8.h"
-#include "tests/support/LogTrace.h"
+#include "testing/support/LogTrace.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include "libs/catalogUtil/GlobalCatalogs.h"
 #include "libs/kxaccess/InstallPaths.h"
 #include "libs/kxaccess/utf8.h"
-#include "tests/support/LogTrace.h"
+#include "testing/support/LogTrace.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 
 #include "include/wrapper/cef_closure_task.h"
 #include "include/wrapper/cef_resource_manager.h"
-#include "tests/support/FakeCef.h"
+#include "testing/support/FakeCef.h"
 
 namespace {
 

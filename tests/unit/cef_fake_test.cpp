@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/FakeCef.h"
+#include "testing/support/FakeCef.h"
 
 namespace {
 

@@ -13,7 +13,7 @@
 #include <cstring>
 #include <thread>
 
-#include "tests/support/LogArea.h"
+#include "testing/support/LogArea.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <regex>
 #include <thread>
 
-#include "tests/support/LogArea.h"
+#include "testing/support/LogArea.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <map>
 
 #include "GUI/newUI/CommonWebBrowser.h"
-#include "tests/support/LogTrace.h"
+#include "testing/support/LogTrace.h"
 
 namespace {
 

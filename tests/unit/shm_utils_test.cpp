@@ -6,7 +6,7 @@
 #include <sys/shm.h>
 
 #include "GUI/LinuxUI/src/ShmUtils.h"
-#include "tests/support/LogTrace.h"
+#include "testing/support/LogTrace.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include "GUI/cefBrowser/CertificateWarning.h"
 #include "cef/chromium/MessageLoop.h"
 #include "libs/catalogUtil/GlobalCatalogs.h"
-#include "tests/support/TempDir.h"
+#include "testing/support/TempDir.h"
 #include "tests/window/WindowTest.h"
 
 namespace {

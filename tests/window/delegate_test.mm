@@ -11,7 +11,7 @@
 #import "GUI/cefBrowser/MacCefBrowserApplication.h"
 #include "cef/chromium/MessageLoop.h"
 #include "platform/Display.h"
-#include "tests/support/FakeCef.h"
+#include "testing/support/FakeCef.h"
 #include "tests/window/WindowTest.h"
 
 namespace {

@@ -16,7 +16,7 @@
 #include "libs/kxlog/kxLogService/kxLogServiceAPILib.h"
 #import "platform/AppKitSeam.h"
 #import "platform/guard.h"
-#include "tests/support/TempDir.h"
+#include "testing/support/TempDir.h"
 
 // Claims to be an exception, and throws when it is asked for more.
 @interface BrokenException : NSObject

@@ -1,7 +1,7 @@
 // A browser, its host and its frames that record what is asked of them.
 
-#ifndef TESTS_SUPPORT_FAKECEFBROWSER_H_
-#define TESTS_SUPPORT_FAKECEFBROWSER_H_
+#ifndef TESTING_SUPPORT_FAKECEFBROWSER_H_
+#define TESTING_SUPPORT_FAKECEFBROWSER_H_
 
 #include <string>
 #include <vector>
@@ -137,4 +137,4 @@ class FakeBrowserView : public CefBrowserView {
   IMPLEMENT_REFCOUNTING(FakeBrowserView);
 };
 
-#endif  // TESTS_SUPPORT_FAKECEFBROWSER_H_
+#endif  // TESTING_SUPPORT_FAKECEFBROWSER_H_

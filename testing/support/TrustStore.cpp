@@ -1,10 +1,10 @@
-#include "tests/support/TrustStore.h"
+#include "testing/support/TrustStore.h"
 
 #include <filesystem>
 #include <stdexcept>
 #include <vector>
 
-#include "tests/support/Subprocess.h"
+#include "testing/support/Subprocess.h"
 
 namespace {
 

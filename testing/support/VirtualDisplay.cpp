@@ -1,4 +1,4 @@
-#include "tests/support/VirtualDisplay.h"
+#include "testing/support/VirtualDisplay.h"
 
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>

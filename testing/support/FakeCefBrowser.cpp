@@ -1,7 +1,7 @@
-#include "tests/support/FakeCefBrowser.h"
+#include "testing/support/FakeCefBrowser.h"
 
 #include "include/base/cef_bind.h"
-#include "tests/support/FakeCef.h"
+#include "testing/support/FakeCef.h"
 
 void FakeFrame::LoadURL(const CefString& address) {
   FakeTrace("LoadURL(id=" + std::to_string(id_) + ", url=" + address.ToString() + ")");

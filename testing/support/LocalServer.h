@@ -1,7 +1,7 @@
 // An HTTP server of a test's own on the loopback interface, which remembers what it was asked.
 
-#ifndef TESTS_SUPPORT_LOCALSERVER_H_
-#define TESTS_SUPPORT_LOCALSERVER_H_
+#ifndef TESTING_SUPPORT_LOCALSERVER_H_
+#define TESTING_SUPPORT_LOCALSERVER_H_
 
 #include <functional>
 #include <map>
@@ -69,4 +69,4 @@ class LocalServer {
   std::thread thread_;
 };
 
-#endif  // TESTS_SUPPORT_LOCALSERVER_H_
+#endif  // TESTING_SUPPORT_LOCALSERVER_H_

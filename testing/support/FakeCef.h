@@ -3,8 +3,8 @@
 // trace; questions without effect (CefCurrentlyOn, getters) add none. Nothing runs by itself:
 // posted tasks wait for RunTasks.
 
-#ifndef TESTS_SUPPORT_FAKECEF_H_
-#define TESTS_SUPPORT_FAKECEF_H_
+#ifndef TESTING_SUPPORT_FAKECEF_H_
+#define TESTING_SUPPORT_FAKECEF_H_
 
 #include <deque>
 #include <map>
@@ -17,9 +17,9 @@
 #include "include/base/cef_callback_forward.h"
 #include "include/cef_app.h"
 #include "include/cef_task.h"
-#include "tests/support/FakeCefBrowser.h"
-#include "tests/support/FakeCefContext.h"
-#include "tests/support/FakeCefRequest.h"
+#include "testing/support/FakeCefBrowser.h"
+#include "testing/support/FakeCefContext.h"
+#include "testing/support/FakeCefRequest.h"
 
 class FakeCef {
  public:
@@ -90,4 +90,4 @@ class FakeCef {
 // Adds a line when a FakeCef lives.
 void FakeTrace(const std::string& line);
 
-#endif  // TESTS_SUPPORT_FAKECEF_H_
+#endif  // TESTING_SUPPORT_FAKECEF_H_

@@ -1,7 +1,7 @@
 // An X display of a test's own, and hands to work on it with.
 
-#ifndef TESTS_SUPPORT_VIRTUALDISPLAY_H_
-#define TESTS_SUPPORT_VIRTUALDISPLAY_H_
+#ifndef TESTING_SUPPORT_VIRTUALDISPLAY_H_
+#define TESTING_SUPPORT_VIRTUALDISPLAY_H_
 
 #include <sys/types.h>
 
@@ -60,4 +60,4 @@ class VirtualDisplay {
   bool had_display_ = false;
 };
 
-#endif  // TESTS_SUPPORT_VIRTUALDISPLAY_H_
+#endif  // TESTING_SUPPORT_VIRTUALDISPLAY_H_

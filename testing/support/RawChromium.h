@@ -1,8 +1,8 @@
 // A Chromium under test, spoken to in bare DevTools messages, and a look at the processes it runs
 // as.
 
-#ifndef TESTS_ENGINE_RAWCHROMIUM_H_
-#define TESTS_ENGINE_RAWCHROMIUM_H_
+#ifndef TESTING_SUPPORT_RAWCHROMIUM_H_
+#define TESTING_SUPPORT_RAWCHROMIUM_H_
 
 #include <rapidjson/document.h>
 #include <sys/types.h>
@@ -72,4 +72,4 @@ class ProcessWatch {
   std::vector<int> fds_;
 };
 
-#endif  // TESTS_ENGINE_RAWCHROMIUM_H_
+#endif  // TESTING_SUPPORT_RAWCHROMIUM_H_

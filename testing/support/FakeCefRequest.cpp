@@ -1,8 +1,8 @@
-#include "tests/support/FakeCefRequest.h"
+#include "testing/support/FakeCefRequest.h"
 
 #include <strings.h>
 
-#include "tests/support/FakeCef.h"
+#include "testing/support/FakeCef.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // What this process writes to the log while the object lives, at every level.
 
-#ifndef TESTS_SUPPORT_LOGTRACE_H_
-#define TESTS_SUPPORT_LOGTRACE_H_
+#ifndef TESTING_SUPPORT_LOGTRACE_H_
+#define TESTING_SUPPORT_LOGTRACE_H_
 
 #include <unistd.h>
 
@@ -13,7 +13,7 @@
 
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPILib.h"
-#include "tests/support/TempDir.h"
+#include "testing/support/TempDir.h"
 
 // Joins the log and raises its level to 5, which all processes share, for as long as it lives.
 // Tests that use it take the lock "kxlog" and link kxlog.
@@ -64,4 +64,4 @@ class LogTrace {
   size_t start_ = 0;
 };
 
-#endif  // TESTS_SUPPORT_LOGTRACE_H_
+#endif  // TESTING_SUPPORT_LOGTRACE_H_

@@ -1,7 +1,7 @@
 // A program run by a test: its output as text, every wait bounded, never left behind.
 
-#ifndef TESTS_SUPPORT_SUBPROCESS_H_
-#define TESTS_SUPPORT_SUBPROCESS_H_
+#ifndef TESTING_SUPPORT_SUBPROCESS_H_
+#define TESTING_SUPPORT_SUBPROCESS_H_
 
 #include <sys/types.h>
 
@@ -79,4 +79,4 @@ class Subprocess {
 // Runs a program to its end; kills it when the limit passes (the end then shows SIGKILL).
 Subprocess::End RunToEnd(const Subprocess::Command& command, std::chrono::milliseconds limit);
 
-#endif  // TESTS_SUPPORT_SUBPROCESS_H_
+#endif  // TESTING_SUPPORT_SUBPROCESS_H_

@@ -1,7 +1,7 @@
-#include "tests/support/FakeCefContext.h"
+#include "testing/support/FakeCefContext.h"
 
 #include "include/base/cef_bind.h"
-#include "tests/support/FakeCef.h"
+#include "testing/support/FakeCef.h"
 
 namespace {
 

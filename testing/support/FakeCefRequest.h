@@ -1,7 +1,7 @@
 // Requests, responses and the answers they wait for.
 
-#ifndef TESTS_SUPPORT_FAKECEFREQUEST_H_
-#define TESTS_SUPPORT_FAKECEFREQUEST_H_
+#ifndef TESTING_SUPPORT_FAKECEFREQUEST_H_
+#define TESTING_SUPPORT_FAKECEFREQUEST_H_
 
 #include <string>
 
@@ -117,4 +117,4 @@ class FakeSSLInfo : public CefSSLInfo {
   IMPLEMENT_REFCOUNTING(FakeSSLInfo);
 };
 
-#endif  // TESTS_SUPPORT_FAKECEFREQUEST_H_
+#endif  // TESTING_SUPPORT_FAKECEFREQUEST_H_

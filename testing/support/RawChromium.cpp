@@ -1,4 +1,4 @@
-#include "tests/engine/RawChromium.h"
+#include "testing/support/RawChromium.h"
 
 #include <signal.h>
 #include <unistd.h>
@@ -9,7 +9,7 @@
 #include <stdexcept>
 
 #include "cef/chromium/ChildProcess.h"
-#include "tests/support/TempDir.h"
+#include "testing/support/TempDir.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tests/support/LocalServer.h"
+#include "testing/support/LocalServer.h"
 
 #include <httplib.h>
 

@@ -1,7 +1,7 @@
 // A folder of a test's own under the system's temporary folder, removed with everything in it.
 
-#ifndef TESTS_SUPPORT_TEMPDIR_H_
-#define TESTS_SUPPORT_TEMPDIR_H_
+#ifndef TESTING_SUPPORT_TEMPDIR_H_
+#define TESTING_SUPPORT_TEMPDIR_H_
 
 #include <cstdlib>
 #include <filesystem>
@@ -45,4 +45,4 @@ inline std::string ReadFile(const std::string& path) {
   return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
 }
 
-#endif  // TESTS_SUPPORT_TEMPDIR_H_
+#endif  // TESTING_SUPPORT_TEMPDIR_H_

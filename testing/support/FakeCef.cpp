@@ -1,4 +1,4 @@
-#include "tests/support/FakeCef.h"
+#include "testing/support/FakeCef.h"
 
 #include "cef/wrapper/function_table.h"
 #include "include/base/cef_bind.h"

@@ -1,7 +1,7 @@
 // A request context with its cookie jar, and a command line.
 
-#ifndef TESTS_SUPPORT_FAKECEFCONTEXT_H_
-#define TESTS_SUPPORT_FAKECEFCONTEXT_H_
+#ifndef TESTING_SUPPORT_FAKECEFCONTEXT_H_
+#define TESTING_SUPPORT_FAKECEFCONTEXT_H_
 
 #include <string>
 #include <utility>
@@ -93,4 +93,4 @@ class FakeCommandLine : public CefCommandLine {
   IMPLEMENT_REFCOUNTING(FakeCommandLine);
 };
 
-#endif  // TESTS_SUPPORT_FAKECEFCONTEXT_H_
+#endif  // TESTING_SUPPORT_FAKECEFCONTEXT_H_

@@ -1,8 +1,8 @@
 // A clean staging folder and control block for a test of the logging library, removed afterwards.
 // For programs that link kxlogStaged.
 
-#ifndef TESTS_SUPPORT_LOGAREA_H_
-#define TESTS_SUPPORT_LOGAREA_H_
+#ifndef TESTING_SUPPORT_LOGAREA_H_
+#define TESTING_SUPPORT_LOGAREA_H_
 
 #include <sys/ipc.h>
 #include <sys/mman.h>
@@ -19,7 +19,7 @@
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPILib.h"
 #include "platform/SharedMemoryName.h"
-#include "tests/support/TempDir.h"
+#include "testing/support/TempDir.h"
 
 class LogArea {
  public:
@@ -63,4 +63,4 @@ class LogArea {
   }
 };
 
-#endif  // TESTS_SUPPORT_LOGAREA_H_
+#endif  // TESTING_SUPPORT_LOGAREA_H_

@@ -1,7 +1,7 @@
 // Making a browser trust a test authority.
 
-#ifndef TESTS_SUPPORT_TRUSTSTORE_H_
-#define TESTS_SUPPORT_TRUSTSTORE_H_
+#ifndef TESTING_SUPPORT_TRUSTSTORE_H_
+#define TESTING_SUPPORT_TRUSTSTORE_H_
 
 #include <string>
 
@@ -10,4 +10,4 @@
 // std::runtime_error with certutil's own words when that fails.
 void TrustAuthority(const std::string& home, const std::string& authority_pem);
 
-#endif  // TESTS_SUPPORT_TRUSTSTORE_H_
+#endif  // TESTING_SUPPORT_TRUSTSTORE_H_

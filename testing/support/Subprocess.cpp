@@ -1,4 +1,4 @@
-#include "tests/support/Subprocess.h"
+#include "testing/support/Subprocess.h"
 
 #include <fcntl.h>
 #include <linux/close_range.h>

@@ -2,6 +2,7 @@
 
 #include "testing/gateway/Certificates.h"
 
+#include "testing/support/TrustStore.h"
 #include "tests/engine/EngineTest.h"
 
 using ::testing::Contains;
@@ -12,11 +13,12 @@ using ::testing::SizeIs;
 
 namespace {
 
-// An HTTPS server whose certificate has a fault.
+// An HTTPS server whose certificate has a fault. Without an authority it comes from one that nobody
+// trusts.
 class FaultyServer {
  public:
-  explicit FaultyServer(CertificateKind kind) {
-    const Identity identity = TestAuthority("Engine Test Authority").Issue(kind, {"bad.test"});
+  explicit FaultyServer(CertificateKind kind, const TestAuthority& authority = TestAuthority()) {
+    const Identity identity = authority.Issue(kind, {"bad.test"});
     server =
         std::make_unique<LocalServer>(folder_.write("certificate.pem", identity.CertificatePem()),
                                       folder_.write("key.pem", identity.KeyPem()));
@@ -29,6 +31,20 @@ class FaultyServer {
 
 class CertificatesTest : public EngineTest {
  protected:
+  // An authority that this process's Chromium trusts.
+  static const TestAuthority& Trusted() {
+    static const TestAuthority authority("Trusted Test Authority");
+    return authority;
+  }
+  void SetUp() override {
+    static const TempDir home;
+    static const bool trusted = [] {
+      TrustAuthority(home.path(), Trusted().certificate_pem());
+      return setenv("HOME", home.path().c_str(), 1) == 0;
+    }();
+    ASSERT_TRUE(trusted);
+    EngineTest::SetUp();
+  }
   void CloseOnEnd() {
     client_->on_title = [](CefRefPtr<CefBrowser> browser, const std::string& title) {
       if (title == "end") browser->GetHost()->CloseBrowser(true);
@@ -100,6 +116,29 @@ TEST_F(CertificatesTest, EveryWayToRefuseCancelsTheNavigation) {
     EXPECT_THAT(client_->trace(), Contains("load-error -3 net::ERR_ABORTED /page")) << c.name;
   }
   EXPECT_THAT(faulty.server->Requests(), IsEmpty());
+}
+
+TEST_F(CertificatesTest, EachFaultHasItsErrorAndBitsAlsoBehindARedirect) {
+  struct Case {
+    CertificateKind kind;
+    std::vector<std::string> questions;
+  };
+  for (const Case& c : std::initializer_list<Case>{
+           {CertificateKind::kGood, {}},
+           {CertificateKind::kWrongHost, {"certificate -200 bits 1 /page"}},
+           {CertificateKind::kExpired, {"certificate -201 bits 2 /page"}},
+           {CertificateKind::kUnknownAuthority, {"certificate -202 bits 4 /page"}},
+           {CertificateKind::kWrongHostUnknownAuthority, {"certificate -202 bits 5 /page"}}}) {
+    SCOPED_TRACE(CertificateKindName(c.kind));
+    FaultyServer faulty(c.kind, Trusted());
+    faulty.server->Page("/page", "<title>end</title>");
+    server_.Redirect("/start", faulty.server->Url("/page", "bad.test"));
+    client_ = new RecordingClient;
+    CloseOnEnd();
+    Run(server_.Url("/start"));
+    EXPECT_EQ(Questions(), c.questions);
+    EXPECT_EQ(faulty.server->Requests().size(), c.questions.empty() ? 1u : 0u);
+  }
 }
 
 TEST_F(CertificatesTest, OtherRequestsFailWithoutAQuestion) {

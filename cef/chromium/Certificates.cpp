@@ -12,8 +12,8 @@ namespace engine {
 namespace {
 
 // How long after an error the verifier's verdict may arrive; as a rule it comes within 2 ms.
-constexpr std::chrono::milliseconds kVerdictLimit{200};
-constexpr int kVerdictDelayMs = 100;
+constexpr int kVerdictDelayMs = 50;
+constexpr std::chrono::milliseconds kVerdictLimit{150};
 
 }  // namespace
 
@@ -38,14 +38,13 @@ void Certificates::OnError(const JsonValue& params) {
   Url parsed;
   if (!ParseUrl(url, &parsed)) {
     AnswerEvent(event, false);
-  } else if (MayBeAllowed(parsed.host, error)) {
-    // The host may show another certificate by now: its verdict must be in.
-    IoThread::Get().PostDelayedTask(
-        [this, event, url, host = parsed.host, error] { Decide(event, url, host, error); },
-        kVerdictDelayMs);
-  } else {
-    Decide(event, url, parsed.host, error);
+    return;
   }
+  // The host may show another certificate than before, and the verdict on it may come a little
+  // later than the error: an older one must not be taken for it.
+  IoThread::Get().PostDelayedTask(
+      [this, event, url, host = parsed.host, error] { Decide(event, url, host, error); },
+      kVerdictDelayMs);
 }
 
 void Certificates::Decide(int64_t event, const std::string& url, const std::string& host,
@@ -71,14 +70,9 @@ void Certificates::Decide(int64_t event, const std::string& url, const std::stri
       [this, question, browser, host, error, url] { Ask(question, browser, host, error, url); });
 }
 
-bool Certificates::MayBeAllowed(const std::string& host, const std::string& error) const {
-  const auto first = allowed_.lower_bound({host, error, ""});
-  return first != allowed_.end() && std::get<0>(*first) == host && std::get<1>(*first) == error;
-}
-
 bool Certificates::IsAllowed(const std::string& host, const std::string& error) const {
-  if (!MayBeAllowed(host, error)) return false;
-  const auto fault = fault_source_(host, std::chrono::milliseconds(0));
+  const auto fault =
+      fault_source_(host, CertStatusBit(NetErrorCode(error)), std::chrono::milliseconds(0));
   return fault && allowed_.count({host, error, fault->certificate}) != 0;
 }
 
@@ -91,8 +85,9 @@ void Certificates::Ask(int question, const CefRefPtr<Browser>& browser, const st
     return;
   }
   const int code = NetErrorCode(error);
-  const CertVerdict fault = fault_source_(host, kVerdictLimit).value_or(CertVerdict());
-  const uint32_t bits = fault.status | CertStatusBit(code);
+  const uint32_t worst = CertStatusBit(code);
+  const CertVerdict fault = fault_source_(host, worst, kVerdictLimit).value_or(CertVerdict());
+  const uint32_t bits = fault.status | worst;
   const CefRefPtr<RequestCallback> callback =
       new RequestCallback([this, question, certificate = fault.certificate](bool allow) {
         Answer(question, allow, certificate);

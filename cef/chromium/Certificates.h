@@ -25,9 +25,9 @@ namespace engine {
 // Chromium does not remember the answers given this way, it asks again for each new connection.
 class Certificates {
  public:
-  // What is wrong with a host's certificate, if that is known within `wait`.
-  using FaultSource = std::function<std::optional<CertVerdict>(const std::string& host,
-                                                               std::chrono::milliseconds wait)>;
+  // What is wrong with a host's certificate, `fault` among it, if that is known within `wait`.
+  using FaultSource = std::function<std::optional<CertVerdict>(
+      const std::string& host, uint32_t fault, std::chrono::milliseconds wait)>;
 
   // Connection and hooks must live as long as the process.
   Certificates(DevToolsConnection& connection, NetworkHooks& hooks);
@@ -56,7 +56,6 @@ class Certificates {
   void OnError(const JsonValue& params);
   void Decide(int64_t event, const std::string& url, const std::string& host,
               const std::string& error);
-  bool MayBeAllowed(const std::string& host, const std::string& error) const;
   bool IsAllowed(const std::string& host, const std::string& error) const;
   void Ask(int question, const CefRefPtr<Browser>& browser, const std::string& host,
            const std::string& error, const std::string& url);

@@ -40,10 +40,10 @@ void Engine::Wire() {
   });
 
   certificates_.SetFaultSource(
-      [this](const std::string& host,
+      [this](const std::string& host, uint32_t fault,
              std::chrono::milliseconds wait) -> std::optional<CertVerdict> {
         if (!launch_.net_log()) return std::nullopt;
-        return launch_.net_log()->Fault(host, wait);
+        return launch_.net_log()->Fault(host, fault, wait);
       });
   targets_.OnGone([this](const std::string& target_id) {
     hooks_.BrowserGone(target_id);

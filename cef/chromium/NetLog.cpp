@@ -70,16 +70,17 @@ NetLog::~NetLog() {
   if (!path_.empty()) unlink(path_.c_str());
 }
 
-std::optional<CertVerdict> NetLog::Fault(const std::string& host, std::chrono::milliseconds wait) {
+std::optional<CertVerdict> NetLog::Fault(const std::string& host, uint32_t fault,
+                                         std::chrono::milliseconds wait) {
   const std::string wanted = VerifierHost(host);
   std::unique_lock<std::mutex> lock(mutex_);
-  auto found = faults_.end();
-  changed_.wait_for(lock, wait, [&] {
-    found = faults_.find(wanted);
-    return found != faults_.end();
-  });
-  if (found == faults_.end()) return std::nullopt;
-  return found->second;
+  const auto is_there = [&] {
+    const auto found = faults_.find(wanted);
+    if (found == faults_.end()) return false;
+    return fault == 0 || (found->second.status & fault) != 0;
+  };
+  if (!changed_.wait_for(lock, wait, is_there)) return std::nullopt;
+  return faults_[wanted];
 }
 
 void NetLog::Drain() {

@@ -37,9 +37,10 @@ class NetLog {
   // The value for the switch "log-net-log".
   const std::string& path() const { return path_; }
 
-  // The newest verdict on the host that named a fault; waits for one up to `wait`. Nothing if none
-  // came. Any thread.
-  std::optional<CertVerdict> Fault(const std::string& host, std::chrono::milliseconds wait);
+  // The newest faulty verdict on the host, if `fault` (a bit of cef_cert_status_t; 0 for any) is
+  // among its faults; waits for such a one up to `wait`. Nothing if none came. Any thread.
+  std::optional<CertVerdict> Fault(const std::string& host, uint32_t fault,
+                                   std::chrono::milliseconds wait);
 
  private:
   NetLog() = default;

@@ -5,7 +5,6 @@
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <filesystem>
 #include <thread>
 
 #include "cef/chromium/AppWindow.h"
@@ -69,20 +68,13 @@ TEST(AppWindowTest, OpensWindowsInARunningChromium) {
   const struct {
     bool (*open)(const std::string&, const std::string&, std::string*);
     std::string title;
-    std::string window;  // what the title bar matches
-  } kWindows[] = {
-      {OpenAppWindow, "Zwölf & <b>100%</b> &amp;", "^Zwölf & <b>100%</b> &amp;$"},
-      {OpenAppWindow, "Second", "^Second$"},
-      {OpenAppWindowByCommand, "Third", "^Third$"},
-  };
+  } kWindows[] = {{OpenAppWindow, "Zwölf & <b>100%</b> &amp;"}, {OpenAppWindowByCommand, "Second"}};
   for (const auto& one : kWindows) {
     SCOPED_TRACE(one.title);
     ASSERT_TRUE(one.open(profile->dir(), one.title, &err)) << err;
     const auto event = chromium.WaitFor("Target.targetCreated", engine::AppWindowUrl(one.title));
-    const auto& info = event["params"]["targetInfo"];
-    EXPECT_STREQ(info["type"].GetString(), "page");
-    EXPECT_FALSE(info.HasMember("openerId"));
-    EXPECT_NE(display.WaitForWindow(one.window), "");
+    EXPECT_FALSE(event["params"]["targetInfo"].HasMember("openerId"));
+    EXPECT_NE(display.WaitForWindow("^" + one.title + "$"), "");
   }
 }
 
@@ -91,20 +83,14 @@ TEST(AppWindowTest, FailsInTimeWhereNobodyAnswers) {
   std::string err;
   EXPECT_FALSE(OpenAppWindow(folder.path(), "x", &err));
   EXPECT_NE(err, "");
-  err.clear();
   EXPECT_FALSE(OpenAppWindowByCommand(folder.path(), "x", &err));
-  EXPECT_NE(err, "");
-  EXPECT_FALSE(OpenAppWindow(folder.file("missing"), "x", &err));
 
-  for (const std::string answer : {"SHUTDOWN", "AC", ""}) {
+  for (const std::string answer : {"ACK", "SHUTDOWN", "AC", ""}) {
     SCOPED_TRACE(answer);
     TempDir profile;
     FakeChromium chromium(profile.path(), answer);
     const auto begin = std::chrono::steady_clock::now();
-    EXPECT_FALSE(OpenAppWindow(profile.path(), "x", &err));
+    EXPECT_EQ(OpenAppWindow(profile.path(), "x", &err), answer == "ACK");
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(2500));
   }
-  TempDir profile;
-  FakeChromium chromium(profile.path(), "ACK");
-  EXPECT_TRUE(OpenAppWindow(profile.path(), "x", &err)) << err;
 }

@@ -20,7 +20,6 @@ void Add(Arguments& arguments, int type, Value value) {
 TEST(Arguments, RendersEveryType) {
   Arguments arguments;
   Add<std::uint16_t>(arguments, 0, 0xFFFF);
-  Add<std::uint32_t>(arguments, 1, 4000000000u);
   Add<std::uint64_t>(arguments, 2, UINT64_MAX);
   Add<char>(arguments, 9, 'x');  // unknown types are passed over and not counted
   arguments << L"disk";
@@ -29,10 +28,9 @@ TEST(Arguments, RendersEveryType) {
   Add<std::int16_t>(arguments, 6, -2);
   Add<std::int32_t>(arguments, 7, INT32_MIN);
   Add<std::int64_t>(arguments, 8, INT64_MIN);
-  arguments << 5u << L"";
+  arguments << 4000000000u << L"";
 
   const wchar_t* const expected[][2] = {{L"65535", L"0x0000FFFF"},
-                                        {L"4000000000", L"0xEE6B2800"},
                                         {L"18446744073709551615", L"0xFFFFFFFFFFFFFFFF"},
                                         {L"disk", L"disk"},
                                         {L"200", L"0x000000C8"},
@@ -40,16 +38,16 @@ TEST(Arguments, RendersEveryType) {
                                         {L"-2", L"0xFFFFFFFE"},
                                         {L"-2147483648", L"0x80000000"},
                                         {L"-9223372036854775808", L"0x8000000000000000"},
-                                        {L"5", L"0x00000005"},
+                                        {L"4000000000", L"0xEE6B2800"},
                                         {L"", L""}};
   size_t index = 0;
   for (const auto& texts : expected) {
     SCOPED_TRACE(index);
-    std::wstring decimal = L"old", hex = L"old";
-    EXPECT_TRUE(arguments.toString(index, decimal, Arguments::kDecimal));
-    EXPECT_TRUE(arguments.toString(index++, hex, Arguments::kHexadecimal));
-    EXPECT_EQ(decimal, texts[0]);
-    EXPECT_EQ(hex, texts[1]);
+    std::wstring out = L"old";
+    EXPECT_TRUE(arguments.toString(index, out, Arguments::kDecimal));
+    EXPECT_EQ(out, texts[0]);
+    EXPECT_TRUE(arguments.toString(index++, out, Arguments::kHexadecimal));
+    EXPECT_EQ(out, texts[1]);
   }
   std::wstring out;
   EXPECT_FALSE(arguments.toString(index, out, Arguments::kDecimal));
@@ -77,17 +75,14 @@ TEST(Arguments, WalkStopsAtWhatIsBroken) {
 
   // Fewer bytes than the type needs are not read past the end.
   Arguments cut;
-  const unsigned char one[] = {1, 0};
-  cut.addArgument(Arguments::kUnsigned64, one, one, 1);
+  Add<std::uint8_t>(cut, Arguments::kUnsigned64, 1);
   std::wstring out;
   EXPECT_FALSE(cut.toString(0, out, Arguments::kDecimal));
 }
 
 TEST(Arguments, LongTextsKeepSixteenBitsOfLength) {
   Arguments arguments;
-  std::wstring text(16385, L'x');
-  text[0] = L'a';
-  arguments << text.c_str() << 7u;
+  arguments << (L"a" + std::wstring(16384, L'x')).c_str() << 7u;
   std::wstring out;
   EXPECT_TRUE(arguments.toString(0, out, Arguments::kDecimal));
   EXPECT_EQ(out, L"a");
@@ -106,30 +101,20 @@ TEST(Arguments, FillsPlaceholders) {
     const wchar_t* text;
     const wchar_t* expected;
   } cases[] = {{L"{1} full: {0:h} blocks", L"disk full: 0x00000005 blocks"},
-               {L"plain", L"plain"},
-               {L"{0}{0}{00}", L"555"},
-               {L"{0:H}{0:x}{0:hh}{0:}", L"0x00000005555"},
-               {L"{0:h:h}", L"5"},
-               {L"{{0}", L"{5"},
+               {L"{00}{0:H}{0:x}{0:hh}{0:}{0:h:h}", L"50x000000055555"},
                {L"{x{0}}", L"{x5}"},
-               {L"{2}!", L"<0x00000005>!"},
-               {L"[{3}]", L"[]"},
-               {L"{9} {0}", L"{9} 5"},
-               {L"{{4}}", L"5"},  // what a filled-in text completes is seen too
+               {L"{9} [{3}]", L"{9} []"},
+               {L"{2} {{4}}", L"<0x00000005> 5"},  // what a filled-in text completes is seen too
                {L"{} { 0} {-1} {a} {0", L"{} { 0} {-1} {a} {0"},
-               {L"\\{0} {0}", L"\\{0} 5"},
                {L"{0\\} {0}", L"{0\\} 5"},
                {L"{0:\\{}", L"{0:\\{}"},
                {L"{1:\\}} x", L"disk x"},
-               {L"\\{{0}\\}", L"\\{5\\}"},
-               {L"}{", L"}{"}};
+               {L"}\\{{0}\\}{", L"}\\{5\\}{"}};
   for (const auto& c : cases) {
     std::wstring text = c.text;
     EXPECT_TRUE(arguments.formatString(text));
     EXPECT_EQ(text, c.expected);
   }
-  std::wstring empty;
-  EXPECT_FALSE(arguments.formatString(empty));
 }
 
 }  // namespace

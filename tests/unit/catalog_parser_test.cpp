@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "libs/catalogUtil/CatalogParser.h"
 #include "libs/catalogUtil/Utils.h"
 #include "libs/kxaccess/utf8.h"
@@ -31,19 +29,15 @@ TEST(CatalogParser, ReadsTheSyntax) {
     std::vector<std::string> records;
   } cases[] = {{"[1]\nValue=a", {"1|Value|a"}},
                {"x=early\n[ 12 ]\n \tValue \t=\t a b \t\n", {"12|Value|a b"}},
-               {"\n\n[1]\n\na=1\n", {"1|a|1"}},
-               {"[1]\n;a=1\n ;b=2", {"1|;b|2"}},  // a comment starts in column one only
-               {"[1]\n[2\na=1\n3]\n", {"1|a|1"}},
+               {"[1]\n;a=1\n ;b=2", {"1|;b|2"}},         // a comment starts in column one only
                {"[1]\n[\t]\na=1\n[2]\nb=2", {"2|b|2"}},  // a nameless section is none
                {"[1]\n=a\n  =b\nnothing\nk=\n\tk2 =\t", {"1|k|", "1|k2|"}},
                {"[1]\n[k=v]\nk=a=b=c\n", {"k=v|k|a=b=c"}},
                {"[1]\nk=a\\tb\\nc\\rd\\\\x\\\\n\n", {"1|k|a\tb\nc\rd\\\\x\\\n"}},
-               {"[1]\r\nk=v\r\n[2]\r\n", {}},  // a CR is part of the line
-               {"[1]\nk=v\r\n", {"1|k|v\r"}},
+               {"[2]\r\na=1\n[1]\nk=v\r\n", {"1|k|v\r"}},  // a CR is part of the line
                {"[1]\nk=a\xFFz\nl=b\xC3\nm=\xC3\xA9\n", {"1|k|a", "1|l|b", "1|m|\xC3\xA9"}},
                {std::string("[1]\nk=a\0b\nl=2", 13), {"1|k|a", "1|l|2"}},
-               {"; comment\n[1]\nk=v", {"1|k|v"}},
-               {"", {}}};
+               {"; comment\n\n[1]\n[2\nk=v\n3]", {"1|k|v"}}};
   TempDir folder;
   for (const auto& c : cases) {
     // The same with and without the mark that the encoding asks for.
@@ -72,11 +66,8 @@ TEST(CatalogParser, ChecksTheEncodingAtTheFirstLine) {
     size_t records;
   } cases[] = {
       {"[1]\na=1", 1, invalid, 0},
-      {";\n", 1, invalid, 0},
       {"\xEF\xBB\n\xBF", 1, invalid, 0},
       {"", 1, loaded, 0},
-      {"\n\n", 1, loaded, 0},
-      {"\n\n", 2, loaded, 0},
       {"[1]\na=1", 2, unsupported, 0},
       {std::string("\n") + kMark + "\n[1]\na=1", 1, loaded, 1},
       {std::string(kMark) + "[1]\na=1", 0, loaded, 0},  // the mark is then part of the line
@@ -94,15 +85,13 @@ TEST(CatalogParser, ChecksTheEncodingAtTheFirstLine) {
   Records records;
   CatalogParser parser(records);
   EXPECT_FALSE(parser.loadCatalogFile(nullptr, kAnyBytes));
-  EXPECT_FALSE(parser.loadCatalogFile(L"", kAnyBytes));
-  EXPECT_FALSE(parser.loadCatalogFile(Utf8ToWide(folder.file("none")).c_str(), kAnyBytes));
   EXPECT_FALSE(parser.loadCatalogFile(Utf8ToWide(folder.path()).c_str(), kAnyBytes));
   EXPECT_THAT(log.Take(), ElementsAre());
 }
 
 TEST(BaseCatalog, LoadsTheBestVariant) {
   TempDir folder;
-  for (const char* code : {"EN", "FR", "DE-AT", "PT-BR", "PT"}) {
+  for (const char* code : {"EN", "PT-BR", "PT"}) {
     folder.write(std::string("r_") + code + ".txt", std::string(kMark) + "[v]\nk=" + code);
   }
   const auto error = [&](const char* code) {
@@ -115,11 +104,8 @@ TEST(BaseCatalog, LoadsTheBestVariant) {
   } cases[] = {{"en-us", {}, {}},
                {"en", {"v|k|EN"}, {}},  // the base file once more
                {"en-GB", {}, {error("EN-GB")}},
-               {"fr-fr", {"v|k|FR"}, {error("FR-FR")}},
-               {"fr", {"v|k|FR"}, {}},
                {"pt-br", {"v|k|PT-BR"}, {}},
                {"pt-pt-x", {"v|k|PT"}, {error("PT-PT-X")}},
-               {"de", {}, {error("DE")}},
                {"de-CH", {}, {error("DE-CH"), error("DE")}},
                {"", {}, {}}};
   LogTrace log;
@@ -129,13 +115,11 @@ TEST(BaseCatalog, LoadsTheBestVariant) {
     records.loadLocalized(base.c_str(), Utf8ToWide(c.language).c_str());
     EXPECT_EQ(records.list, c.records) << c.language;
     std::vector<std::string> errors = log.Take();
-    errors.erase(std::remove_if(errors.begin(), errors.end(),
-                                [](const std::string& line) { return line[0] == '4'; }),
-                 errors.end());
+    ASSERT_EQ(errors.size(), c.errors.size() + c.records.size()) << c.language;
+    errors.resize(c.errors.size());  // without the "Loaded" at the end
     EXPECT_EQ(errors, c.errors) << c.language;
   }
   Records records;
-  records.loadLocalized(nullptr, L"fr");
   records.loadLocalized(base.c_str(), nullptr);
   records.loadLocalized(L"/nowhere/r_DE.txt", L"fr");
   EXPECT_THAT(log.Take(), ElementsAre());
@@ -146,37 +130,24 @@ TEST(BaseCatalog, LoadsTheBestVariant) {
               ElementsAre("5 'CatalogUtil' Error loading catalog file: /a_FRv/r_EN.txt"));
 }
 
-TEST(Utils, TextOperations) {
-  const wchar_t* const trims[][2] = {
-      {L" \t a b\t ", L"a b"}, {L"\t ", L""}, {L"", L""}, {L"\na\r", L"\na\r"}};
-  for (const auto& c : trims) {
-    std::wstring text = c[0];
-    trimWhitespacesAtBeginAndEnd(text);
-    EXPECT_EQ(text, c[1]);
-  }
+TEST(Utils, ReadNumbersAndReplaceText) {
   const struct {
     const wchar_t* text;
     bool valid;
     unsigned int number;
-  } numbers[] = {
-      {L"0", true, 0},          {L"000", true, 0}, {L"0042", true, 42}, {L"4294967295", true, ~0u},
-      {L"4294967297", true, 1}, {L"", false, 9},   {L" 1", false, 9},   {L"1\t", false, 9},
-      {L"+1", false, 9},        {L"-1", false, 9}, {L"0x1", false, 9},  {L"\u0661", false, 9}};
+  } numbers[] = {{L"0042", true, 42}, {L"4294967297", true, 1}, {L"", false, 9},
+                 {L" 1", false, 9},   {L"1\t", false, 9},       {L"+1", false, 9},
+                 {L"0x1", false, 9},  {L"\u0661", false, 9}};
   for (const auto& c : numbers) {
     unsigned int number = 9;
     EXPECT_EQ(convertStringToNumber(c.text, number), c.valid) << WideToUtf8(c.text);
     EXPECT_EQ(number, c.number) << WideToUtf8(c.text);
   }
-  const wchar_t* const replacements[][4] = {{L"a.b.c", L".", L"..", L"a..b..c"},
-                                            {L"aaa", L"aa", L"a", L"aa"},
-                                            {L"aaaa", L"a", L"", L""},
-                                            {L"abc", L"", L"x", L"abc"},
-                                            {L"", L"a", L"b", L""}};
-  for (const auto& c : replacements) {
-    std::wstring text = c[0];
-    findAndReplace(text, c[1], c[2]);
-    EXPECT_EQ(text, c[3]);
-  }
+  std::wstring text = L"aaa.b";
+  findAndReplace(text, L"", L"x");
+  findAndReplace(text, L"aa", L"a");  // what was put in is not looked at again
+  findAndReplace(text, L".", L"..");
+  EXPECT_EQ(text, L"aa..b");
 }
 
 }  // namespace

@@ -56,29 +56,16 @@ class CefLoaderTest : public testing::Test {
 };
 
 TEST_F(CefLoaderTest, SaysWhyALibraryCannotBeOpened) {
-  const std::string files[] = {folder_.file("missing"),
-                               folder_.write("no library", "no library at all\n"), folder_.path()};
-  for (const std::string& file : files) {
+  for (const std::string& file : {folder_.file("missing"), folder_.write("text", "no library\n")}) {
     int result = 1;
     const std::string said = Said([&] { result = cef_load_library(file.c_str()); });
     EXPECT_EQ(result, 0);
     const std::string beginning = "dlopen " + file + ": ";
     EXPECT_EQ(said.compare(0, beginning.size(), beginning), 0) << said;
-    EXPECT_GT(said.size(), beginning.size() + 1) << said;
+    EXPECT_GT(said.find('\n'), beginning.size()) << said;
     EXPECT_EQ(said.find('\n'), said.size() - 1) << said;
-    EXPECT_TRUE(TableIsEmpty());
   }
   EXPECT_EQ(cef_unload_library(), 0);
-}
-
-TEST_F(CefLoaderTest, ClosesALibraryThatLacksOneFunction) {
-  int result = 1;
-  EXPECT_EQ(Said([&] { result = cef_load_library(INCOMPLETE_FRAMEWORK); }), kIncomplete);
-  EXPECT_EQ(result, 0);
-  EXPECT_TRUE(TableIsEmpty());
-  // Nothing is open: the next one is loaded without a word.
-  EXPECT_EQ(Said([&] { result = cef_load_library(COMPLETE_FRAMEWORK); }), "");
-  EXPECT_EQ(result, 1);
 }
 
 TEST_F(CefLoaderTest, FillsTheWholeTableAndEmptiesIt) {
@@ -87,40 +74,31 @@ TEST_F(CefLoaderTest, FillsTheWholeTableAndEmptiesIt) {
   CEF_FUNCTIONS(CEF_FUNCTION)
 #undef CEF_FUNCTION
   EXPECT_TRUE(CefCurrentlyOn(TID_UI));
-
-  int result = 0;
-  EXPECT_EQ(Said([&] { result = cef_load_library(folder_.file("x").c_str()); }), kAlreadyOpen);
-  EXPECT_EQ(result, 1);
   EXPECT_EQ(cef_unload_library(), 1);
   EXPECT_TRUE(TableIsEmpty());
   EXPECT_FALSE(CefCurrentlyOn(TID_UI));
 }
 
 TEST_F(CefLoaderTest, LoadInMainReportsAFailureAndMayBeRepeated) {
-  CefScopedLibraryLoader loader;
-  bool loaded = true;
-  const std::string missing = Said([&] { loaded = loader.LoadInMain(); });
-  EXPECT_FALSE(loaded);
-  EXPECT_EQ(missing.find("dlopen " + std::string(InstallPaths::kFrameworkLibrary) + ": "), 0u)
-      << missing;
-  EXPECT_EQ(missing.substr(missing.find('\n') + 1), kFailed);
-
-  Install(INCOMPLETE_FRAMEWORK);
-  EXPECT_EQ(Said([&] { loaded = loader.LoadInMain(); }), std::string(kIncomplete) + kFailed);
-  EXPECT_FALSE(loaded);
-
-  fs::remove(InstallPaths::kFrameworkLibrary);
-  Install(COMPLETE_FRAMEWORK);
-  EXPECT_EQ(Said([&] { loaded = loader.LoadInMain(); }), "");
-  EXPECT_TRUE(loaded);
-}
-
-TEST_F(CefLoaderTest, LoadInMainIsQuietTheSecondTimeAndWarnsAboutAnother) {
-  Install(COMPLETE_FRAMEWORK);
   {
     CefScopedLibraryLoader loader;
-    ASSERT_TRUE(loader.LoadInMain());
-    EXPECT_EQ(Said([&] { EXPECT_TRUE(loader.LoadInMain()); }), "");
+    bool loaded = true;
+    const auto load = [&] { loaded = loader.LoadInMain(); };
+    const std::string missing = Said(load);
+    EXPECT_FALSE(loaded);
+    EXPECT_EQ(missing.substr(missing.find('\n') + 1), kFailed);
+
+    // One function is missing: nothing of that library is kept.
+    Install(INCOMPLETE_FRAMEWORK);
+    EXPECT_EQ(Said(load), std::string(kIncomplete) + kFailed);
+    EXPECT_FALSE(loaded);
+    EXPECT_TRUE(TableIsEmpty());
+
+    fs::remove(InstallPaths::kFrameworkLibrary);
+    Install(COMPLETE_FRAMEWORK);
+    EXPECT_EQ(Said(load), "");
+    EXPECT_TRUE(loaded);
+    EXPECT_EQ(Said(load), "");
     CefScopedLibraryLoader another;
     EXPECT_EQ(Said([&] { EXPECT_TRUE(another.LoadInMain()); }), kAlreadyOpen);
   }
@@ -145,21 +123,15 @@ TEST_F(CefLoaderTest, CallsThroughAnEmptyTableAreNeutral) {
   EXPECT_FALSE(CefInitialize(CefMainArgs(), CefSettings(), nullptr, nullptr));
   CefRunMessageLoop();
   CefQuitMessageLoop();
-  CefDoMessageLoopWork();
   CefShutdown();
-  EXPECT_FALSE(CefCurrentlyOn(TID_UI));
   EXPECT_FALSE(CefPostTask(TID_UI, base::Bind(&CefShutdown)));
   EXPECT_FALSE(CefPostDelayedTask(TID_UI, base::Bind(&CefShutdown), 1));
   EXPECT_FALSE(CefBrowserHost::CreateBrowser(CefWindowInfo(), nullptr, "", CefBrowserSettings(),
                                              nullptr, nullptr));
-  EXPECT_EQ(CefCommandLine::CreateCommandLine().get(), nullptr);
   EXPECT_EQ(CefCommandLine::GetGlobalCommandLine().get(), nullptr);
   EXPECT_EQ(CefRequestContext::GetGlobalContext().get(), nullptr);
-  EXPECT_EQ(CefRequestContext::CreateContext(CefRequestContext::GetGlobalContext(), nullptr).get(),
-            nullptr);
   EXPECT_EQ(CefCookieManager::GetGlobalManager(nullptr).get(), nullptr);
   EXPECT_EQ(CefRequest::Create().get(), nullptr);
-  EXPECT_EQ(CefResponse::Create().get(), nullptr);
   EXPECT_EQ(CefBrowserView::GetForBrowser(nullptr).get(), nullptr);
 }
 

@@ -31,24 +31,18 @@ TEST(LaunchRequest, NamesTheFirstFault) {
     std::string request;
     std::string log;
   } cases[] = {{"", parse},
-               {"{", parse},
                {Request("1", texts) + " x", parse},
                {Request("1", texts + ","), parse},
                {Request("NaN", texts), parse},
                {"/**/" + Request("1", texts), parse},
                {std::string(100000, '['), parse},
                {"[]", corrupted},
-               {"null", corrupted},
-               {"\"text\"", corrupted},
                {std::string(100000, '[') + std::string(100000, ']'), corrupted},
                {"{}", type},
                {Request("\"1\"", texts), type},
                {Request("1.0", texts), type},
-               {Request("1e0", texts), type},
                {Request("2147483648", texts), type},
-               {Request("true", texts), type},
                {Request("1", ",\"url\":1"), "1 'OrbUI'  no object 'url'"},
-               {Request("1", ",\"cookie\":\"c\""), "1 'OrbUI'  no object 'url'"},
                {Request("1", ",\"url\":\"u\",\"cookie\":null"), "1 'OrbUI'  no object 'cookie' "},
                {Request("3", ",\"url\":\"u\",\"cookie\":\"c\""),
                 "1 'OrbUI' No object 'samlslourltoclearcookies'"}};
@@ -82,19 +76,6 @@ TEST(ReturnData, IsWrittenCompactlyInFixedOrder) {
             "{\"postauthcookie\":\"k=\xC3\xA9\xFF\","
             "\"samlidpcookies\":\"\\b\\f\\n\\r\\t\\u0001\\u001F\x7F\\u0000z\","
             "\"samlidplogoutrequesturl\":\"https://i/?a=\\\"b\\\\c\\\"\",\"samlslostate\":-1}");
-}
-
-TEST(ReturnData, BuildersDoNotLookForTheName) {
-  rapidjson::Document document;
-  document.SetObject();
-  addMemberIntToDocument(document, "k", 1);
-  addMemberStringToDocument(document, std::string("k\0x", 3), std::string("v\0w", 3));
-  addMemberIntToDocument(document, "k", 2);
-  ASSERT_EQ(document.MemberCount(), 3u);
-  EXPECT_EQ(document["k"].GetInt(), 1);
-  const auto& second = *(document.MemberBegin() + 1);
-  EXPECT_EQ(second.name.GetStringLength(), 3u);
-  EXPECT_EQ(second.value.GetStringLength(), 3u);
 }
 
 }  // namespace

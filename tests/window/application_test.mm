@@ -58,71 +58,48 @@ class ApplicationTest : public testing::Test {
     return window;
   }
 
-  static NSEvent* EventFor(NSWindow* window) {
-    return [NSEvent keyEventWithType:NSKeyUp
-                            location:NSZeroPoint
-                       modifierFlags:0
-                           timestamp:0
-                        windowNumber:[window windowNumber]
-                             context:nil
-                          characters:@"a"
-         charactersIgnoringModifiers:@"a"
-                           isARepeat:NO
-                             keyCode:0];
-  }
-
   NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
 };
 
 TEST_F(ApplicationTest, KnowsWhetherItIsSendingAnEvent) {
   int level = 0;
-  bool raise = false;
   EventWindow* window = MakeWindow(@"events");
+  NSEvent* event = [NSEvent mouseEventWithType:NSLeftMouseUp
+                                      location:NSZeroPoint
+                                 modifierFlags:0
+                                     timestamp:0
+                                  windowNumber:[window windowNumber]
+                                       context:nil
+                                   eventNumber:0
+                                    clickCount:1
+                                      pressure:0];
   g_on_event = [&] {
     EXPECT_TRUE([App() isHandlingSendEvent]);
     if (level++ == 0) {
-      [NSApp sendEvent:EventFor(window)];
+      [NSApp sendEvent:event];
       EXPECT_TRUE([App() isHandlingSendEvent]) << "a nested event has reset the outer one";
     }
-    if (raise) [NSException raise:@"Test" format:@"from an event"];
+    if (level > 2) [NSException raise:@"Test" format:@"from an event"];
   };
 
-  [NSApp sendEvent:EventFor(window)];
+  [NSApp sendEvent:event];
   EXPECT_EQ(level, 2);
   EXPECT_FALSE([App() isHandlingSendEvent]);
 
-  raise = true;
-  id thrown = CatchThrown([&] { [NSApp sendEvent:EventFor(window)]; });
-  EXPECT_NE(thrown, nil);
+  EXPECT_NE(CatchThrown([&] { [NSApp sendEvent:event]; }), nil);
   EXPECT_FALSE([App() isHandlingSendEvent]);
   [window close];
 }
 
-TEST_F(ApplicationTest, ForwardsTerminateToTheDelegate) {
-  [NSApp setDelegate:nil];
-  [NSApp terminate:NSApp];
-
-  QuitRecorder* recorder = [[QuitRecorder alloc] init];
+TEST_F(ApplicationTest, LeadsTheMenusQuitItemToTheDelegate) {
+  EXPECT_TRUE([[NSBundle mainBundle] loadNibNamed:@"MainMenu" owner:NSApp topLevelObjects:nullptr]);
+  QuitRecorder* recorder = [[[QuitRecorder alloc] init] autorelease];
   [NSApp setDelegate:recorder];
-  [NSApp terminate:recorder];
-  EXPECT_EQ(recorder->sender, recorder);
+  NSMenu* menu = [[[NSApp mainMenu] itemAtIndex:0] submenu];
+  ASSERT_NE(menu, nil);
+  [menu performActionForItemAtIndex:[menu numberOfItems] - 1];
+  EXPECT_NE(recorder->sender, nil);
   [NSApp setDelegate:nil];
-  [recorder release];
-}
-
-TEST_F(ApplicationTest, LoadsTheMainMenuWhenThereIsOne) {
-  NSBundle* bundle = [NSBundle mainBundle];
-  EXPECT_TRUE([bundle loadNibNamed:@"MainMenu" owner:NSApp topLevelObjects:nullptr]);
-  EXPECT_FALSE([bundle loadNibNamed:@"NoSuchMenu" owner:NSApp topLevelObjects:nullptr]);
-
-  QuitRecorder* recorder = [[QuitRecorder alloc] init];
-  [NSApp setDelegate:recorder];
-  NSMenuItem* item = [[NSApp mainMenu] itemAtIndex:0];
-  ASSERT_NE([item submenu], nil);
-  [[item submenu] performActionForItemAtIndex:[[item submenu] numberOfItems] - 1];
-  EXPECT_NE(recorder->sender, nil) << "the Quit item did not reach the delegate";
-  [NSApp setDelegate:nil];
-  [recorder release];
 }
 
 // The window manager lists windows in stacking order, the topmost last.

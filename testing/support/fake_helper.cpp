@@ -1,6 +1,6 @@
 // Stands in for the browser helper in the starter's tests: takes the request from argv[0], stores
-// it beside the data folder, and does what the request's "url" says; "cookie" is the text to leave
-// in the segment.
+// it beside the data folder, writes HELPER_SAYS on standard error, and does what the request's
+// "url" says; "cookie" is the text to leave in the segment.
 
 #include <rapidjson/document.h>
 #include <signal.h>
@@ -8,6 +8,7 @@
 #include <sys/shm.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -43,6 +44,21 @@ int Linger() {
   return number;
 }
 
+// More than a pipe holds, without a line's end.
+void Flood() {
+  const std::string dots(200000, '.');
+  if (write(STDERR_FILENO, dots.data(), dots.size()) < 0) std::abort();
+}
+
+// A process that keeps standard error open after this one's end.
+void LeaveChild() {
+  const pid_t child = fork();
+  if (child != 0) return Tell("child", std::to_string(child));
+  alarm(60);
+  pause();
+  _exit(0);
+}
+
 }  // namespace
 
 int main(int, char** argv) {
@@ -51,7 +67,10 @@ int main(int, char** argv) {
   if (request.Parse(argv[0]).HasParseError()) return 255;
   const std::string behaviour = request["url"].GetString();
   const std::string text = request["cookie"].GetString();
-  if (behaviour == "linger") Linger();
+  if (const char* says = std::getenv("HELPER_SAYS")) std::fputs(says, stderr);
+  if (behaviour == "linger" || behaviour == "chatty") Linger();
+  if (behaviour == "flood" || behaviour == "chatty") Flood();
+  if (behaviour == "flood") LeaveChild();
   if (behaviour == "stubborn") {
     for (;;) Linger();
   }

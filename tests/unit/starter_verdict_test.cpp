@@ -4,6 +4,8 @@
 
 namespace {
 
+using namespace ebStarter;
+
 HelperEnd Ended(int status, int killed_by, bool timed_out = false, int stopped_by = 0) {
   HelperEnd end;
   end.exit_status = status;
@@ -27,6 +29,8 @@ TEST(StarterVerdict, Table) {
   const HelperEnd exited = Ended(0, 0);
   const HelperEnd crashed = Ended(0, 11);
   const HelperEnd late = Ended(0, 0, true);
+  HelperEnd browserless = exited, browserless_late = late;
+  browserless.browser_failure = browserless_late.browser_failure = "Chromium has ended";
   HelperEnd missing;
   missing.start_error = 2;
   const struct {
@@ -54,6 +58,10 @@ TEST(StarterVerdict, Table) {
       {"mistyped state", logout, exited,
        R"({"postauthcookie":"","samlidpcookies":"","samlidplogoutrequesturl":"","samlslostate":2.0})",
        Verdict::kUnreadable},
+      {"browser failed", saml, browserless, "", Verdict::kBrowserFailed},
+      {"browser failed half-way", saml, browserless, Document("", "a=b"), Verdict::kBrowserFailed},
+      {"browser failed after it", saml, browserless, Document("ID=1"), Verdict::kSignedIn},
+      {"browser failed, limit", saml, browserless_late, Document(""), Verdict::kTimedOut},
       {"custom finished", custom, exited, Document("KXEBID=a;KXID=b;"), Verdict::kSignedIn},
       {"check needed", custom, exited, Document("KXEBID=a;KXEBSTATUS=EB-HC-NEEDED;"),
        Verdict::kHostCheckNeeded},
@@ -67,10 +75,12 @@ TEST(StarterVerdict, Table) {
       {"logout, left half-way", logout, exited, Document("", "", 4), Verdict::kClosedByUser},
   };
   for (const auto& entry : cases) {
-    const StepOutcome outcome = Judge(entry.type, entry.end, entry.text);
+    Settings settings;
+    settings.request.type = entry.type;
+    const Outcome outcome = Judge(settings, entry.end, entry.text);
     EXPECT_STREQ(VerdictName(outcome.verdict), VerdictName(entry.expected)) << entry.name;
     const bool readable = !entry.text.empty() && entry.expected != Verdict::kUnreadable;
-    EXPECT_EQ(outcome.document, readable ? entry.text : "") << entry.name;
+    EXPECT_EQ(outcome.json, readable ? entry.text : "") << entry.name;
   }
 }
 

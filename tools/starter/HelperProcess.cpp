@@ -1,6 +1,7 @@
 #include "tools/starter/HelperProcess.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -8,9 +9,16 @@
 #include <algorithm>
 #include <cerrno>
 #include <optional>
-#include <stdexcept>
+#include <thread>
+#include <vector>
 
-#include "tools/starter/SignalPipe.h"
+#include "tools/starter/ErrorOutput.h"
+#include "tools/starter/Guard.h"
+#include "tools/starter/Pipe.h"
+
+extern char** environ;
+
+namespace ebStarter {
 
 namespace {
 
@@ -18,142 +26,210 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 constexpr milliseconds kProgressEvery{1000};
+// One past the highest signal's number on every system.
+constexpr int kSignalsEnd = 65;
 
-// A pipe whose ends no executed program inherits.
-class Pipe {
+class AllSignalsBlocked {
  public:
-  Pipe() {
-    if (pipe(ends_) != 0) throw std::runtime_error("no pipe");
-    for (const int end : ends_) fcntl(end, F_SETFD, FD_CLOEXEC);
+  AllSignalsBlocked() {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_SETMASK, &all, &former_);
   }
-  ~Pipe() {
-    for (int i = 0; i < 2; ++i) CloseEnd(i);
-  }
-  Pipe(const Pipe&) = delete;
-  Pipe& operator=(const Pipe&) = delete;
-
-  int reader() const { return ends_[0]; }
-  int writer() const { return ends_[1]; }
-  void CloseReader() { CloseEnd(0); }
-  void CloseWriter() { CloseEnd(1); }
+  ~AllSignalsBlocked() { pthread_sigmask(SIG_SETMASK, &former_, nullptr); }
 
  private:
-  void CloseEnd(int i) {
-    if (ends_[i] != -1) close(ends_[i]);
-    ends_[i] = -1;
-  }
-  int ends_[2];
+  sigset_t former_;
 };
 
-void DefaultSignals() {
-  for (const int number : {SIGCHLD, SIGHUP, SIGINT, SIGTERM}) {
-    struct sigaction now;
-    sigaction(number, nullptr, &now);
-    if (now.sa_handler != SIG_IGN) signal(number, SIG_DFL);
+// What execve() takes, made before fork().
+struct Image {
+  explicit Image(const Settings& settings)
+      : program(settings.program),
+        argument(settings.request.ToJson()),
+        home("HOME=" + settings.home),
+        arguments{argument.data(), nullptr} {
+    for (char** entry = environ; entry && *entry; ++entry) {
+      if (std::string(*entry).rfind("HOME=", 0) != 0) environment.push_back(*entry);
+    }
+    environment.insert(environment.end(), {home.data(), nullptr});
   }
+  Image(const Image&) = delete;
+  Image& operator=(const Image&) = delete;
+
+  std::string program;
+  std::string argument;
+  std::string home;
+  char* arguments[2];
+  std::vector<char*> environment;
+  int descriptors_end = DescriptorsEnd();
+};
+
+// The caller's handlers must not run in the child; what it ignores stays ignored, but for the two
+// that programs rely on.
+void ResetSignals() {
+  for (int number = 1; number < kSignalsEnd; ++number) {
+    struct sigaction now;
+    if (sigaction(number, nullptr, &now) != 0) continue;
+    const bool kept = now.sa_handler == SIG_IGN && number != SIGCHLD && number != SIGPIPE;
+    if (!kept) signal(number, SIG_DFL);
+  }
+  sigset_t none;
+  sigemptyset(&none);
+  sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-// In the child; only calls that are allowed between fork and exec in a threaded process.
-[[noreturn]] void Execute(const char* program, char* const* arguments, int report) {
-  DefaultSignals();
+// The helper's process before it is the helper.
+struct Birth {
+  Pipe go;      // it waits for a byte from here: its guard comes first
+  Pipe report;  // takes what keeps the program from being executed
+};
+
+// In the child; only calls that are allowed between fork and exec in a process with threads.
+[[noreturn]] void Execute(const Image& image, int output, Birth& birth) {
   setpgid(0, 0);
+  birth.go.CloseWriter();
+  char byte;
+  if (read(birth.go.reader(), &byte, 1) != 1) _exit(126);
+  ResetSignals();
   const int nothing = open("/dev/null", O_RDONLY);
-  if (nothing > STDIN_FILENO) {
-    dup2(nothing, STDIN_FILENO);
-    close(nothing);
-  }
-  dup2(STDERR_FILENO, STDOUT_FILENO);
-  execv(program, arguments);
+  if (nothing > STDIN_FILENO) dup2(nothing, STDIN_FILENO);
+  dup2(output, STDOUT_FILENO);
+  dup2(output, STDERR_FILENO);
+  CloseDescriptors(STDERR_FILENO + 1, image.descriptors_end, birth.report.writer());
+  execve(image.program.c_str(), image.arguments, image.environment.data());
   const int error = errno;
-  if (write(report, &error, sizeof error) < 0) _exit(126);
+  if (write(birth.report.writer(), &error, sizeof error) < 0) _exit(126);
   _exit(127);
 }
 
-pid_t Start(const std::string& program, const std::string& argument, int& error) {
-  Pipe report;
-  char* arguments[] = {const_cast<char*>(argument.c_str()), nullptr};
-  const pid_t child = fork();
-  if (child == 0) Execute(program.c_str(), arguments, report.writer());
-  error = child < 0 ? errno : 0;
-  report.CloseWriter();
-  if (child > 0 && read(report.reader(), &error, sizeof error) > 0) waitpid(child, nullptr, 0);
-  return error ? -1 : child;
+// Lets it become the helper; returns what keeps it from that, or 0.
+int LetGo(Birth& birth) {
+  if (write(birth.go.writer(), "", 1) != 1) return errno;
+  birth.go.CloseReader();
+  birth.report.CloseWriter();
+  int error = 0;
+  return read(birth.report.reader(), &error, sizeof error) > 0 ? error : 0;
 }
 
-// A process that sends the helper SIGTERM when this one is gone without having said so. Works
-// wherever there are pipes, and also when this process was killed by SIGKILL.
-class Guard {
+// The helper from its start to its reaping. Only the owner's thread reaps and sends signals, so
+// that no signal goes to another process with the same number.
+class Child {
  public:
-  explicit Guard(pid_t helper) {
-    process_ = fork();
-    if (process_ == 0) Watch(helper);
-    alive_.CloseReader();
+  explicit Child(pid_t pid) : pid_(pid) {
+    try {
+      waiter_ = std::thread([this] { Wait(); });
+    } catch (...) {
+      kill(pid_, SIGKILL);
+      waitpid(pid_, nullptr, 0);
+      throw;
+    }
   }
-  // To be called when the helper has been reaped: its number may then belong to another.
-  ~Guard() {
-    if (process_ < 0) return;
-    kill(process_, SIGKILL);
-    while (waitpid(process_, nullptr, 0) < 0 && errno == EINTR) continue;
+  ~Child() {
+    if (!reaped_) kill(pid_, SIGKILL);
+    waiter_.join();
+    if (!reaped_) waitpid(pid_, nullptr, 0);
+  }
+  Child(const Child&) = delete;
+  Child& operator=(const Child&) = delete;
+
+  // Readable when it has ended.
+  int ended() const { return ended_.reader(); }
+  void Signal(int number) const { kill(pid_, number); }
+
+  // To be called when it has ended.
+  void Reap(HelperEnd& end) {
+    int status = 0;
+    const bool known = waitpid(pid_, &status, 0) == pid_;
+    reaped_ = true;
+    if (known && WIFEXITED(status)) end.exit_status = WEXITSTATUS(status);
+    if (known && WIFSIGNALED(status)) end.killed_by = WTERMSIG(status);
   }
 
  private:
-  [[noreturn]] void Watch(pid_t helper) {
-    for (const int number : {SIGHUP, SIGINT, SIGTERM}) signal(number, SIG_IGN);
-    close(alive_.writer());
-    char byte;
-    while (read(alive_.reader(), &byte, 1) < 0 && errno == EINTR) continue;
-    kill(helper, SIGTERM);
-    _exit(0);
+  void Wait() {
+    siginfo_t information;
+    while (waitid(P_PID, static_cast<id_t>(pid_), &information, WEXITED | WNOWAIT) != 0 &&
+           errno == EINTR) {
+      continue;
+    }
+    ended_.CloseWriter();
   }
-  Pipe alive_;
-  pid_t process_;
+
+  const pid_t pid_;
+  bool reaped_ = false;
+  Pipe ended_;
+  std::thread waiter_;
 };
 
-bool Reaped(pid_t child, HelperEnd& end) {
-  int status = 0;
-  if (waitpid(child, &status, WNOHANG) != child) return false;
-  if (WIFEXITED(status)) end.exit_status = WEXITSTATUS(status);
-  if (WIFSIGNALED(status)) end.killed_by = WTERMSIG(status);
-  return true;
+// Keeps sums with the clock, and poll()'s milliseconds, in range.
+Limits Sensible(const Limits& limits) {
+  constexpr milliseconds kLongest{std::chrono::hours(24 * 7)};
+  return {std::min(limits.time, kLongest), std::min(limits.grace, kLongest)};
 }
 
 // Waits for the end, and brings it about when a limit has passed.
-void Await(pid_t child, const HelperLimits& limits, const Progress& progress,
-           const SignalPipe& signals, HelperEnd& end) {
+void Await(Child& child, const Limits& limits, const Progress& progress, int stop, HelperEnd& end) {
   const Clock::time_point begin = Clock::now();
+  const auto elapsed = [begin] {
+    return std::chrono::duration_cast<milliseconds>(Clock::now() - begin);
+  };
   std::optional<Clock::time_point> deadline = begin + limits.time;
   bool ending = false;
-  while (!Reaped(child, end)) {
+  pollfd watched[] = {{child.ended(), POLLIN, 0}, {stop, POLLIN, 0}};
+  for (;;) {
+    if (progress) progress(elapsed());
     milliseconds wait = std::chrono::hours(1);
-    if (deadline) wait = std::chrono::ceil<milliseconds>(*deadline - Clock::now());
+    if (deadline) wait = std::min(wait, std::chrono::ceil<milliseconds>(*deadline - Clock::now()));
     if (progress) wait = std::min(wait, kProgressEvery);
-    const int signal_number = signals.Wait(wait);
-    if (signal_number != 0 && signal_number != SIGCHLD) {
-      end.stopped_by = signal_number;
-      kill(child, signal_number);
+    const int ready = poll(watched, 2, static_cast<int>(std::max<long long>(wait.count(), 0)));
+    if (ready > 0 && watched[0].revents) break;
+    unsigned char number = 0;
+    if (ready > 0 && watched[1].revents && read(stop, &number, 1) == 1) {
+      end.stopped_by = number;
+      child.Signal(number);
       if (!ending) deadline = Clock::now() + limits.grace;
       ending = true;
     } else if (deadline && Clock::now() >= *deadline) {
-      kill(child, ending ? SIGKILL : SIGTERM);
+      child.Signal(ending ? SIGKILL : SIGTERM);
       if (!ending) end.timed_out = true;
       deadline = ending ? std::nullopt : std::optional(Clock::now() + limits.grace);
       ending = true;
     }
-    if (progress) progress(std::chrono::duration_cast<milliseconds>(Clock::now() - begin));
   }
-  end.duration = std::chrono::duration_cast<milliseconds>(Clock::now() - begin);
+  child.Reap(end);
+  end.duration = elapsed();
 }
 
 }  // namespace
 
-HelperEnd RunHelper(const std::string& program, const std::string& argument,
-                    const HelperLimits& limits, const Progress& progress) {
+HelperEnd RunHelper(const Settings& settings, int stop) {
   HelperEnd end;
-  const SignalPipe signals;
-  const pid_t child = Start(program, argument, end.start_error);
-  end.pid = child;
-  if (child < 0) return end;
-  const Guard guard(child);
-  Await(child, limits, progress, signals, end);
+  const Limits limits = Sensible(settings.limits);
+  std::optional<AllSignalsBlocked> blocked(std::in_place);
+  ErrorOutput output;
+  Birth birth;
+  const Image image(settings);
+  const pid_t pid = fork();
+  if (pid == 0) Execute(image, output.writer(), birth);
+  if (pid < 0) {
+    end.start_error = errno;
+    return end;
+  }
+  setpgid(pid, pid);
+  Child child(pid);
+  std::optional<Guard> guard(std::in_place, pid, output.reader(), limits.grace);
+  output.CloseWriter();
+  end.start_error = LetGo(birth);
+  if (end.start_error) return end;
+  blocked.reset();
+  end.pid = pid;
+  Await(child, limits, settings.progress, stop, end);
+  guard.reset();
+  const LastLines& lines = output.Finish();
+  end.last_line = lines.last();
+  end.browser_failure = lines.browser_failure();
   return end;
 }
+
+}  // namespace ebStarter

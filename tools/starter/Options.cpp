@@ -1,100 +1,157 @@
 #include "tools/starter/Options.h"
 
-#include <cerrno>
+#include <sys/stat.h>
+
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 
 namespace {
 
 constexpr long kMaxTimeoutSeconds = 24 * 60 * 60;
+constexpr size_t kMaxCookie = 64 * 1024;
 
-// One cookie text, without the line ends that files end in.
-std::string ReadCookie(std::istream& in) {
-  std::string text{std::istreambuf_iterator<char>(in), {}};
-  while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.pop_back();
-  return text;
+// Where the cookie text comes from. "-" is a file's name like any other.
+struct CookieSource {
+  enum { kNone, kArgument, kFile, kInput } kind = kNone;
+  std::string text;
+  bool twice = false;
+
+  void Set(decltype(kind) new_kind, const std::string& new_text) {
+    twice = kind != kNone;
+    kind = new_kind;
+    text = new_text;
+  }
+};
+
+// Takes one cookie text, without the line ends that files end in.
+std::string ReadCookie(std::istream& in, const std::string& name, std::string& cookie) {
+  cookie.resize(kMaxCookie + 1);
+  in.read(cookie.data(), static_cast<std::streamsize>(cookie.size()));
+  cookie.resize(static_cast<size_t>(in.gcount()));
+  if (in.bad()) return "cannot read " + name;
+  if (cookie.size() > kMaxCookie) return name + " holds more than 64 KiB, which is no cookie text";
+  while (!cookie.empty() && (cookie.back() == '\n' || cookie.back() == '\r')) cookie.pop_back();
+  return "";
 }
 
-std::string Take(const std::string& option, const std::string& value, Options& options) {
-  StepSettings& step = options.step;
+std::string TakeCookie(const CookieSource& source, Options& options) {
+  std::string& cookie = options.step.request.cookie;
+  if (source.kind == CookieSource::kArgument) cookie = source.text;
+  if (source.kind == CookieSource::kInput) return ReadCookie(std::cin, "standard input", cookie);
+  if (source.kind != CookieSource::kFile) return "";
+  struct stat status;
+  if (stat(source.text.c_str(), &status) != 0 || S_ISDIR(status.st_mode)) {
+    return "cannot read " + source.text;
+  }
+  std::ifstream file(source.text, std::ios::binary);
+  if (!file) return "cannot read " + source.text;
+  if (S_ISREG(status.st_mode) && (status.st_mode & (S_IRGRP | S_IROTH))) {
+    options.warning = "others can read " + source.text + "; chmod 600 keeps its cookies yours";
+  }
+  return ReadCookie(file, source.text, cookie);
+}
+
+// An option that takes no value; false when it is none of these.
+bool TakeFlag(const std::string& option, Options& options, CookieSource& cookie) {
+  if (option == "--help" || option == "-h") {
+    options.help = true;
+  } else if (option == "--version") {
+    options.version = true;
+  } else if (option == "--json") {
+    options.json = true;
+  } else if (option == "--cookie-stdin") {
+    cookie.Set(CookieSource::kInput, "");
+  } else {
+    return false;
+  }
+  return true;
+}
+
+std::string TakeTimeout(const std::string& value, ebStarter::Limits& limits) {
+  char* end = nullptr;
+  const long seconds = std::strtol(value.c_str(), &end, 10);
+  if (value.empty() || *end || seconds < 1 || seconds > kMaxTimeoutSeconds) {
+    return "--timeout takes seconds, 1 to 86400";
+  }
+  limits.time = std::chrono::seconds(seconds);
+  return "";
+}
+
+bool TakesValue(const std::string& option) {
+  for (const char* name : {"--type", "--url", "--cookie", "--cookie-file", "--clear-cookies",
+                           "--program", "--timeout"}) {
+    if (option == name) return true;
+  }
+  return false;
+}
+
+std::string TakeValue(const std::string& option, const std::string& value, Options& options,
+                      CookieSource& cookie) {
+  ebStarter::Settings& step = options.step;
+  if (option == "--timeout") return TakeTimeout(value, step.limits);
   if (option == "--type") {
-    const std::optional<StepType> type = StepTypeNamed(value);
+    const auto type = ebStarter::StepTypeNamed(value);
     if (!type) return "--type must be saml-login, custom or saml-logout";
     step.request.type = *type;
-  } else if (option == "--url") {
-    step.request.url = value;
-  } else if (option == "--cookie") {
-    step.request.cookie = value;
-  } else if (option == "--cookie-file") {
-    std::ifstream file(value, std::ios::binary);
-    if (!file) return "cannot read " + value;
-    step.request.cookie = ReadCookie(file);
-  } else if (option == "--clear-cookies") {
-    step.request.clear_cookies_url = value;
-  } else if (option == "--program") {
-    step.program = value;
-  } else if (option == "--timeout") {
-    char* end = nullptr;
-    const long seconds = std::strtol(value.c_str(), &end, 10);
-    if (value.empty() || *end || seconds < 1 || seconds > kMaxTimeoutSeconds) {
-      return "--timeout takes seconds, 1 to 86400";
-    }
-    step.limits.time = std::chrono::seconds(seconds);
-  } else {
-    return "unknown option " + option;
   }
+  if (option == "--url") step.request.url = value;
+  if (option == "--cookie") cookie.Set(CookieSource::kArgument, value);
+  if (option == "--cookie-file") cookie.Set(CookieSource::kFile, value);
+  if (option == "--clear-cookies") step.request.clear_cookies_url = value;
+  if (option == "--program") step.program = value;
   return "";
 }
 
 }  // namespace
 
 const char kHelp[] =
-    R"(embedded-browser-start: runs one sign-in or sign-out step in the browser helper.
+    R"(embedded-browser-start: runs one sign-in or sign-out step in a browser window.
 
   --type KIND          saml-login, custom or saml-logout (required)
   --url URL            the gateway's address that begins the step (required)
-  --cookie TEXT        the gateway's cookies: "name=value;..."; for saml-logout parted by ";;"
-  --cookie-file FILE   the same from a file, --cookie-stdin from standard input:
-                       arguments can be seen by others
-  --clear-cookies URL  saml-login: forget all cookies first; URL is the logout address
-  --timeout SECONDS    time limit of the step, default 300
+  --cookie TEXT        the gateway's cookies: "name=value;..."; for saml-logout
+                       parted by ";;". Others can see arguments, so rather:
+  --cookie-file FILE   the same from a file
+  --cookie-stdin       the same from standard input
+  --clear-cookies URL  saml-login: forget all cookies first; the logout address
+  --timeout SECONDS    time limit of the step, 1 to 86400, default 300
   --json               print verdict and return data as one JSON object
   --program PATH       the helper; default: the installed one
+  --help, --version    print this text, or the version
 
-Prints one line with the verdict on standard output. Exit status:
-   0 signed in                  7 closed by user
-   1 not started                8 timed out
-   2 wrong usage                9 nothing written
-   3 refused                   10 crashed
-   4 host check needed         11 stopped by a signal
-   5 host check failed         12 unreadable result
-   6 logged out (state 2 or 5)
+Prints the verdict in one line. Exit status:
+   0 signed in              5 host check failed    10 crashed
+   1 not started            6 logged out           11 stopped by a signal
+   2 wrong usage            7 closed by user       12 unreadable result
+   3 refused                8 timed out            13 browser failed
+   4 host check needed      9 nothing written
 Ctrl-C ends the step in order; what was gathered until then is judged.
 )";
 
 std::string ParseOptions(const std::vector<std::string>& arguments, Options& options) {
   bool typed = false;
+  CookieSource cookie;
   for (size_t i = 0; i < arguments.size(); ++i) {
-    const std::string& option = arguments[i];
-    if (option == "--help" || option == "-h") {
-      options.help = true;
-      return "";
+    const size_t equals = arguments[i].find('=');
+    const bool joined = equals != std::string::npos;
+    const std::string option = arguments[i].substr(0, equals);
+    if (!joined && TakeFlag(option, options, cookie)) {
+      if (options.help || options.version) return "";
+      continue;
     }
-    if (option == "--json") {
-      options.json = true;
-    } else if (option == "--cookie-stdin") {
-      options.step.request.cookie = ReadCookie(std::cin);
-    } else if (i + 1 == arguments.size()) {
-      return option.compare(0, 2, "--") == 0 ? option + " is unknown or lacks its value"
-                                             : "unknown argument " + option;
-    } else {
-      typed = typed || option == "--type";
-      const std::string wrong = Take(option, arguments[++i], options);
-      if (!wrong.empty()) return wrong;
+    if (!TakesValue(option)) {
+      if (option.rfind("--", 0) != 0) return "unknown argument " + option;
+      return option + (TakeFlag(option, options, cookie) ? " takes no value" : " is no option");
     }
+    if (!joined && i + 1 == arguments.size()) return option + " lacks its value";
+    const std::string value = joined ? arguments[i].substr(equals + 1) : arguments[++i];
+    const std::string wrong = TakeValue(option, value, options, cookie);
+    if (!wrong.empty()) return wrong;
+    typed = typed || option == "--type";
   }
   if (!typed) return "--type is missing";
-  return options.step.request.url.empty() ? "--url is missing" : "";
+  if (options.step.request.url.empty()) return "--url is missing";
+  if (cookie.twice) return "give one of --cookie, --cookie-file and --cookie-stdin, and once";
+  return TakeCookie(cookie, options);
 }

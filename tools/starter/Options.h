@@ -6,19 +6,22 @@
 #include <string>
 #include <vector>
 
-#include "tools/starter/LaunchStep.h"
+#include "tools/starter/ebStarter.h"
 
 struct Options {
-  StepSettings step;
+  ebStarter::Settings step;
   bool json = false;
   bool help = false;
+  bool version = false;
+  std::string warning;  // one line for the user; the step runs all the same
 };
 
-// The text for --help; fits a screen.
+// The text for --help; fits a screen of 80 by 24.
 extern const char kHelp[];
 
 // Reads the arguments (without the program's name), and the cookie text from its file or from
-// standard input. Returns an empty text, or what is wrong in one line.
+// standard input once all of them are in order. Returns an empty text, or what is wrong in one
+// line.
 std::string ParseOptions(const std::vector<std::string>& arguments, Options& options);
 
 #endif  // TOOLS_STARTER_OPTIONS_H_

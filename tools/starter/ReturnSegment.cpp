@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <stdexcept>
 
+namespace ebStarter {
+
 namespace {
 
 constexpr size_t kSize = 4096;
@@ -57,3 +59,5 @@ void ReturnSegment::Remove() const {
   const int id = shmget(key_, 0, 0);
   if (id != -1) shmctl(id, IPC_RMID, nullptr);
 }
+
+}  // namespace ebStarter

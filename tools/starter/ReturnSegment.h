@@ -7,6 +7,8 @@
 
 #include <string>
 
+namespace ebStarter {
+
 // The folder that the segment's key is made from, with its trailing slash.
 std::string DataFolder(const std::string& home);
 
@@ -33,5 +35,7 @@ class ReturnSegment {
  private:
   key_t key_;
 };
+
+}  // namespace ebStarter
 
 #endif  // TOOLS_STARTER_RETURNSEGMENT_H_

@@ -2,28 +2,22 @@
 
 #include <rapidjson/document.h>
 
-#include <cstring>
-#include <optional>
+#include "tools/starter/Detail.h"
+
+namespace ebStarter {
 
 namespace {
 
-struct Result {
-  std::string post_auth_cookie;
-  std::string idp_cookies;
-  std::string idp_logout_url;
-  int slo_state = 0;
-};
-
-std::optional<Result> Parse(const std::string& text) {
+std::optional<ReturnData> Parse(const std::string& text) {
   rapidjson::Document document;
   if (document.Parse(text.c_str()).HasParseError() || !document.IsObject()) return std::nullopt;
-  Result result;
+  ReturnData data;
   const struct {
     const char* key;
     std::string& value;
-  } texts[] = {{"postauthcookie", result.post_auth_cookie},
-               {"samlidpcookies", result.idp_cookies},
-               {"samlidplogoutrequesturl", result.idp_logout_url}};
+  } texts[] = {{"postauthcookie", data.post_auth_cookie},
+               {"samlidpcookies", data.idp_cookies},
+               {"samlidplogoutrequesturl", data.idp_logout_url}};
   for (const auto& member : texts) {
     const auto found = document.FindMember(member.key);
     if (found == document.MemberEnd() || !found->value.IsString()) return std::nullopt;
@@ -31,8 +25,8 @@ std::optional<Result> Parse(const std::string& text) {
   }
   const auto state = document.FindMember("samlslostate");
   if (state == document.MemberEnd() || !state->value.IsInt()) return std::nullopt;
-  result.slo_state = state->value.GetInt();
-  return result;
+  data.slo_state = state->value.GetInt();
+  return data;
 }
 
 bool Holds(const std::string& text, const char* part) {
@@ -40,32 +34,37 @@ bool Holds(const std::string& text, const char* part) {
 }
 
 // What the result alone proves; nothing when it proves nothing.
-std::optional<Verdict> Proven(StepType type, const Result& result) {
+std::optional<Verdict> Proven(StepType type, const ReturnData& data) {
   if (type == StepType::kSamlLogout) {
-    if (result.slo_state == 2 || result.slo_state == 5) return Verdict::kLoggedOut;
+    if (data.slo_state == 2 || data.slo_state == 5) return Verdict::kLoggedOut;
     return std::nullopt;
   }
-  if (result.post_auth_cookie.empty()) return std::nullopt;
+  if (data.post_auth_cookie.empty()) return std::nullopt;
   if (type == StepType::kCustom) {
-    if (Holds(result.post_auth_cookie, "EB-HC-NEEDED")) return Verdict::kHostCheckNeeded;
-    if (Holds(result.post_auth_cookie, "EB-HC-FAILED")) return Verdict::kHostCheckFailed;
+    if (Holds(data.post_auth_cookie, "EB-HC-NEEDED")) return Verdict::kHostCheckNeeded;
+    if (Holds(data.post_auth_cookie, "EB-HC-FAILED")) return Verdict::kHostCheckFailed;
   }
   return Verdict::kSignedIn;
 }
 
-// Why a step ended that proves nothing; `otherwise` when nobody ended it from outside.
+// Why a step ended that proves nothing; `otherwise` when neither its caller nor its browser ended
+// it.
 Verdict Unfinished(const HelperEnd& end, Verdict otherwise) {
   if (end.timed_out) return Verdict::kTimedOut;
   if (end.stopped_by) return Verdict::kStopped;
-  return otherwise;
+  return end.browser_failure.empty() ? otherwise : Verdict::kBrowserFailed;
 }
 
-std::string HowItEnded(const HelperEnd& end) {
-  if (end.killed_by) return std::string("the helper was ended by: ") + strsignal(end.killed_by);
-  if (end.exit_status == 0) return "the helper ended with exit status 0";
-  const std::string status = std::to_string(end.exit_status);
-  return "the helper ended with exit status " + status +
-         (end.exit_status == 255 ? " (its catalogs or the request are unusable)" : "");
+Verdict VerdictOf(StepType type, const HelperEnd& end, const std::string& text,
+                  const std::optional<ReturnData>& data) {
+  if (end.start_error) return Verdict::kNotStarted;
+  if (text.empty()) {
+    return Unfinished(end, end.killed_by ? Verdict::kCrashed : Verdict::kNothingWritten);
+  }
+  if (!data) return Verdict::kUnreadable;
+  if (const std::optional<Verdict> proven = Proven(type, *data)) return *proven;
+  const bool refused = type == StepType::kSamlLogin && !data->idp_cookies.empty();
+  return Unfinished(end, refused ? Verdict::kRefused : Verdict::kClosedByUser);
 }
 
 }  // namespace
@@ -96,39 +95,20 @@ const char* VerdictName(Verdict verdict) {
       return "stopped";
     case Verdict::kUnreadable:
       return "unreadable result";
+    case Verdict::kBrowserFailed:
+      return "browser failed";
   }
   return "";
 }
 
-StepOutcome Judge(StepType type, const HelperEnd& end, const std::string& text) {
-  StepOutcome outcome;
+Outcome Judge(const Settings& settings, const HelperEnd& end, const std::string& text) {
+  Outcome outcome;
   outcome.end = end;
-  if (end.start_error) {
-    outcome.detail = std::string("the helper cannot be executed: ") + strerror(end.start_error);
-    return outcome;
-  }
-  if (text.empty()) {
-    outcome.verdict = Unfinished(end, end.killed_by ? Verdict::kCrashed : Verdict::kNothingWritten);
-    outcome.detail = HowItEnded(end) + "; its log says why";
-    return outcome;
-  }
-  const std::optional<Result> result = Parse(text);
-  if (!result) {
-    outcome.verdict = Verdict::kUnreadable;
-    outcome.detail = HowItEnded(end);
-    return outcome;
-  }
-  outcome.document = text;
-  if (const std::optional<Verdict> proven = Proven(type, *result)) {
-    outcome.verdict = *proven;
-  } else {
-    const bool refused = type == StepType::kSamlLogin && !result->idp_cookies.empty();
-    outcome.verdict = Unfinished(end, refused ? Verdict::kRefused : Verdict::kClosedByUser);
-  }
-  if (outcome.verdict == Verdict::kLoggedOut) {
-    outcome.detail = "state " + std::to_string(result->slo_state);
-    if (!result->idp_logout_url.empty())
-      outcome.detail += ", continue at " + result->idp_logout_url;
-  }
+  outcome.data = Parse(text);
+  if (outcome.data) outcome.json = text;
+  outcome.verdict = VerdictOf(settings.request.type, end, text, outcome.data);
+  outcome.detail = DetailOf(settings, outcome);
   return outcome;
 }
+
+}  // namespace ebStarter

@@ -3,8 +3,10 @@
 #include <rapidjson/document.h>
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
+#include <signal.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -13,9 +15,30 @@
 
 namespace {
 
+using ebStarter::Outcome;
+using ebStarter::StopSwitch;
+using ebStarter::Verdict;
+using std::chrono::milliseconds;
+
 constexpr int kWrongUsage = 2;
 
-void PrintJson(const StepOutcome& outcome) {
+StopSwitch* g_stop = nullptr;
+
+// SIGHUP, SIGINT and SIGTERM stop the step, unless whoever started this program had them ignored.
+void CatchSignals() {
+  struct sigaction action = {};
+  action.sa_handler = [](int number) { g_stop->Stop(number); };
+  action.sa_flags = SA_RESTART;
+  for (const int number : {SIGHUP, SIGINT, SIGTERM}) {
+    struct sigaction former;
+    sigaction(number, nullptr, &former);
+    if (former.sa_handler != SIG_IGN) sigaction(number, &action, nullptr);
+  }
+  // Where it is ignored, nobody learns how a child ended.
+  signal(SIGCHLD, SIG_DFL);
+}
+
+void PrintJson(const Outcome& outcome) {
   rapidjson::StringBuffer buffer;
   rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
   writer.StartObject();
@@ -35,19 +58,37 @@ void PrintJson(const StepOutcome& outcome) {
   writer.Int(outcome.end.killed_by);
   writer.Key("return_data");
   rapidjson::Document document;
-  document.Parse(outcome.document.c_str());
+  document.Parse(outcome.json.c_str());
   document.Accept(writer);
   writer.EndObject();
   std::puts(buffer.GetString());
 }
 
-// One line on the terminal that is written over every second.
-Progress ProgressOnTerminal(const HelperLimits& limits) {
+void PrintLine(const Outcome& outcome) {
+  std::printf("%s%s%s\n", VerdictName(outcome.verdict), outcome.detail.empty() ? "" : ": ",
+              outcome.detail.c_str());
+  switch (outcome.verdict) {
+    case Verdict::kNotStarted:
+    case Verdict::kNothingWritten:
+    case Verdict::kCrashed:
+    case Verdict::kUnreadable:
+    case Verdict::kBrowserFailed:
+      std::fflush(stdout);
+      std::fputs("embedded-browser-doctor shows whether this computer has what such a step needs\n",
+                 stderr);
+      break;
+    default:
+      break;
+  }
+}
+
+// One line on the terminal that is written over every second, by the helper's own lines too.
+ebStarter::Progress ProgressOnTerminal(milliseconds limit) {
   if (!isatty(STDERR_FILENO)) return nullptr;
-  const long long limit = std::chrono::duration_cast<std::chrono::seconds>(limits.time).count();
-  return [limit](std::chrono::milliseconds elapsed) {
-    const long long seconds = std::chrono::duration_cast<std::chrono::seconds>(elapsed).count();
-    std::fprintf(stderr, "\rwaiting for the browser step, %lld s of %lld s ", seconds, limit);
+  return [limit](milliseconds elapsed) {
+    const auto left = std::max(std::chrono::ceil<std::chrono::seconds>(limit - elapsed),
+                               std::chrono::seconds::zero());
+    std::fprintf(stderr, "\r\033[K%lld s left\r", static_cast<long long>(left.count()));
   };
 }
 
@@ -61,18 +102,27 @@ int main(int argc, char** argv) {
   const std::string wrong =
       ParseOptions(std::vector<std::string>(argv + (argc > 0), argv + argc), options);
   if (options.help) return std::fputs(kHelp, stdout) < 0;
-  if (!wrong.empty()) {
-    std::fprintf(stderr, "embedded-browser-start: %s (see --help)\n", wrong.c_str());
-    return kWrongUsage;
+  if (options.version) return std::puts("embedded-browser-start " EB_STARTER_VERSION) < 0;
+  const std::string& remark = wrong.empty() ? options.warning : wrong;
+  if (!remark.empty()) {
+    std::fprintf(stderr, "embedded-browser-start: %s%s\n", remark.c_str(),
+                 wrong.empty() ? "" : " (see --help)");
   }
-  options.step.progress = ProgressOnTerminal(options.step.limits);
-  const StepOutcome outcome = RunStep(options.step);
+  if (!wrong.empty()) return kWrongUsage;
+
+  StopSwitch stop;
+  g_stop = &stop;
+  CatchSignals();
+  options.step.stop = &stop;
+  options.step.progress = ProgressOnTerminal(options.step.limits.time);
+  const Outcome outcome = RunStep(options.step);
   if (options.step.progress) std::fputs("\r\033[K", stderr);
   if (options.json) {
     PrintJson(outcome);
   } else {
-    std::printf("%s%s%s\n", VerdictName(outcome.verdict), outcome.detail.empty() ? "" : ": ",
-                outcome.detail.c_str());
+    PrintLine(outcome);
   }
-  return static_cast<int>(outcome.verdict);
+  std::fflush(stdout);
+  // A late signal must not find the switch gone.
+  _exit(static_cast<int>(outcome.verdict));
 }

@@ -1,7 +1,9 @@
-#include "tools/starter/LaunchRequest.h"
-
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
+
+#include "tools/starter/ebStarter.h"
+
+namespace ebStarter {
 
 std::optional<StepType> StepTypeNamed(const std::string& name) {
   if (name == "saml-login") return StepType::kSamlLogin;
@@ -10,7 +12,7 @@ std::optional<StepType> StepTypeNamed(const std::string& name) {
   return std::nullopt;
 }
 
-std::string LaunchRequest::ToJson() const {
+std::string Request::ToJson() const {
   rapidjson::StringBuffer buffer;
   rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
   const auto text = [&writer](const char* key, const std::string& value) {
@@ -26,3 +28,5 @@ std::string LaunchRequest::ToJson() const {
   writer.EndObject();
   return buffer.GetString();
 }
+
+}  // namespace ebStarter

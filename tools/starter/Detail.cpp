@@ -1,0 +1,135 @@
+#include "tools/starter/Detail.h"
+
+#include <rapidjson/encodings.h>
+#include <rapidjson/stream.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <sstream>
+#include <system_error>
+
+namespace ebStarter {
+
+namespace {
+
+// What betrays a cookie's value, and values too short to be a secret.
+constexpr size_t kTellingPart = 6;
+constexpr size_t kPlainValue = 3;
+
+// The text with everything replaced that is no printable UTF-8.
+std::string Printable(const std::string& text) {
+  // A sequence that is cut off at the end makes the decoder read on.
+  const std::string padded = text + std::string(4, '\0');
+  rapidjson::StringStream stream(padded.c_str());
+  std::string printable;
+  while (stream.Tell() < text.size()) {
+    const size_t begin = stream.Tell();
+    unsigned code = 0;
+    const bool valid = rapidjson::UTF8<>::Decode(stream, &code);
+    const bool control = code < 0x20 || (code >= 0x7f && code < 0xa0);
+    if (valid && !control) {
+      printable.append(text, begin, stream.Tell() - begin);
+    } else {
+      printable += '?';
+    }
+  }
+  return printable;
+}
+
+// Whether the line holds a telling part of a value in "name=value; name=value".
+bool HoldsPartOf(const std::string& cookies, const std::string& line) {
+  std::istringstream pieces(cookies);
+  for (std::string piece; std::getline(pieces, piece, ';');) {
+    const size_t equals = piece.find('=');
+    const std::string value = equals == std::string::npos ? piece : piece.substr(equals + 1);
+    if (value.size() <= kPlainValue) continue;
+    const size_t part = std::min(value.size(), kTellingPart);
+    for (size_t i = 0; i + part <= value.size(); ++i) {
+      if (line.find(value.substr(i, part)) != std::string::npos) return true;
+    }
+  }
+  return false;
+}
+
+// A line of the helper as it may be shown. It may well hold the request: the helper's name is one.
+std::string Shown(const std::string& line, const Settings& settings, const Outcome& outcome) {
+  bool secret = HoldsPartOf(settings.request.cookie, line);
+  if (outcome.data) {
+    secret = secret || HoldsPartOf(outcome.data->idp_cookies, line) ||
+             HoldsPartOf(outcome.data->post_auth_cookie, line);
+  }
+  return secret ? "(not repeated here: it holds part of a cookie)" : Printable(line);
+}
+
+std::string SignalName(int number) {
+  constexpr struct {
+    int number;
+    const char* name;
+  } kNames[] = {{SIGHUP, "SIGHUP"},   {SIGINT, "SIGINT"},   {SIGTERM, "SIGTERM"},
+                {SIGKILL, "SIGKILL"}, {SIGABRT, "SIGABRT"}, {SIGSEGV, "SIGSEGV"},
+                {SIGBUS, "SIGBUS"},   {SIGILL, "SIGILL"},   {SIGFPE, "SIGFPE"},
+                {SIGTRAP, "SIGTRAP"}, {SIGQUIT, "SIGQUIT"}};
+  for (const auto& entry : kNames) {
+    if (entry.number == number) return entry.name;
+  }
+  return "signal " + std::to_string(number);
+}
+
+std::string HowItEnded(const HelperEnd& end) {
+  if (end.killed_by) return "the helper was ended by " + SignalName(end.killed_by);
+  if (end.exit_status < 0) return "how the helper ended is not known";
+  return "the helper ended with exit status " + std::to_string(end.exit_status) +
+         (end.exit_status == 255 ? " (its catalogs or the request are unusable)" : "");
+}
+
+std::string Seconds(std::chrono::milliseconds time) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%g seconds", static_cast<double>(time.count()) / 1000);
+  return time == std::chrono::seconds(1) ? "1 second" : text;
+}
+
+}  // namespace
+
+std::string DetailOf(const Settings& settings, const Outcome& outcome) {
+  const HelperEnd& end = outcome.end;
+  switch (outcome.verdict) {
+    case Verdict::kSignedIn:
+      break;
+    case Verdict::kNotStarted:
+      return "cannot execute " + Printable(settings.program) + ": " +
+             std::generic_category().message(end.start_error);
+    case Verdict::kRefused:
+      return "the identity provider answered, but the gateway opened no session; sign in again, or "
+             "ask the gateway's administrator";
+    case Verdict::kHostCheckNeeded:
+      return "the gateway wants this computer checked first; run its host check, then sign in "
+             "again";
+    case Verdict::kHostCheckFailed:
+      return "this computer did not pass the gateway's host check; ask the gateway's administrator "
+             "what it lacks";
+    case Verdict::kLoggedOut: {
+      const std::string& url = outcome.data->idp_logout_url;
+      return "state " + std::to_string(outcome.data->slo_state) +
+             (url.empty() ? "" : ", continue at " + Printable(url));
+    }
+    case Verdict::kClosedByUser:
+      return "the window was closed before the step had finished; start the step again";
+    case Verdict::kTimedOut:
+      return "the step had not finished after " + Seconds(settings.limits.time) +
+             "; start it again, with more time if need be";
+    case Verdict::kNothingWritten:
+    case Verdict::kCrashed:
+      if (end.last_line.empty()) return HowItEnded(end) + "; its log says why";
+      return HowItEnded(end) + "; it said last: " + Shown(end.last_line, settings, outcome);
+    case Verdict::kStopped:
+      return SignalName(end.stopped_by) + " came before the step had finished";
+    case Verdict::kUnreadable:
+      return HowItEnded(end) +
+             " and left something else than a result; reinstall it if that happens again";
+    case Verdict::kBrowserFailed:
+      return Shown(end.browser_failure, settings, outcome);
+  }
+  return "";
+}
+
+}  // namespace ebStarter

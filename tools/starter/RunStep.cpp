@@ -1,0 +1,46 @@
+#include <unistd.h>
+
+#include <exception>
+
+#include "tools/starter/HelperProcess.h"
+#include "tools/starter/ReturnSegment.h"
+#include "tools/starter/Verdict.h"
+#include "tools/starter/ebStarter.h"
+
+namespace ebStarter {
+
+namespace {
+
+Outcome NotStarted(const std::string& why) {
+  Outcome outcome;
+  outcome.detail = why;
+  return outcome;
+}
+
+}  // namespace
+
+Outcome RunStep(const Settings& settings) {
+  if (settings.home.empty()) return NotStarted("HOME is not set; it must name your home folder");
+  try {
+    const int stop = settings.stop ? settings.stop->ends_[0] : -1;
+    unsigned char number = 0;
+    if (stop != -1 && read(stop, &number, 1) == 1) {
+      HelperEnd end;
+      end.stopped_by = number;
+      return Judge(settings, end, "");
+    }
+    const ReturnSegment segment(DataFolder(settings.home));
+    if (!segment.Clear()) {
+      return NotStarted(
+          "an old result is in the way and belongs to another user; remove its shared memory");
+    }
+    const HelperEnd end = RunHelper(settings, stop);
+    const std::string text = segment.Read();
+    segment.Remove();
+    return Judge(settings, end, text);
+  } catch (const std::exception& error) {
+    return NotStarted(error.what());
+  }
+}
+
+}  // namespace ebStarter

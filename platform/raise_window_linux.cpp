@@ -10,6 +10,9 @@ namespace {
 // The window is another process's and may be gone at any moment; Xlib's own handler would exit.
 int IgnoreError(Display*, XErrorEvent*) { return 0; }
 
+// The display itself may go as well; the calls that are left then do nothing.
+void GoOn(Display*, void*) {}
+
 bool HasWindowManager(Display* display) {
   const Atom check = XInternAtom(display, "_NET_SUPPORTING_WM_CHECK", False);
   Atom type = None;
@@ -43,6 +46,7 @@ void RaiseWindow(void* window_handle) {
   // A connection of its own: AppKit's must not see these errors.
   Display* display = XOpenDisplay(nullptr);
   if (!display) return;
+  XSetIOErrorExitHandler(display, GoOn, nullptr);
   XErrorHandler former = XSetErrorHandler(IgnoreError);
   XMapRaised(display, window);
   XSync(display, False);

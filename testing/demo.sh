@@ -111,9 +111,9 @@ if [[ -n $certificate || $step == logout ]]; then
   trust_authority
 fi
 case $step in
-  saml) type=saml-login path=/saml/ok cookie='KXSAMLEMBID=box' ;;
-  custom) type=custom path=/custom/finished cookie='KXEBID=box;KXEBSTATUS=EB-LAUNCH' ;;
-  logout) type=saml-logout path=/logout/state2 cookie='KXID=box;;KXFIRST=a=b' ;;
+  saml) type=saml-login scenario=saml-redirect cookie='KXSAMLEMBID=box' ;;
+  custom) type=custom scenario=custom-finished cookie='KXEBID=box;KXEBSTATUS=EB-LAUNCH' ;;
+  logout) type=saml-logout scenario=logout-state2 cookie='KXID=box;;KXFIRST=a=b' ;;
 esac
 
 if [[ -z $interactive ]]; then
@@ -123,7 +123,7 @@ else
   say "sign in as ada, password open sesame"
 fi
 status=0
-"$build_dir/tools/starter/embedded-browser-start" --type "$type" --url "$origin$path" \
+"$build_dir/tools/starter/embedded-browser-start" --type "$type" --url "$origin/$scenario/start" \
   --cookie "$cookie" --timeout "$([[ -n $interactive ]] && echo 300 || echo 60)" --json || status=$?
 # Where a step ended as it should, the demo has succeeded.
 readonly logged_out=6

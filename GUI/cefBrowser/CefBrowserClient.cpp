@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstring>
 
+#include "GUI/cefBrowser/CefBrowserHandler.h"
 #include "GUI/cefBrowser/CefBrowserHelper.h"
 #include "GUI/cefBrowser/CefCustomSignInLogin.h"
 #include "GUI/cefBrowser/CefSAMLLogin.h"
@@ -147,6 +148,10 @@ void CefBrowserClient::Navigate(const EmbBrowserInfo& info) {
   }
   KXLOG(3, kCefModule, "calling CefRunMessageLoop");
   CefRunMessageLoop();
+  const EmbBrowserHandler* handler = EmbBrowserHandler::GetInstance();
+  if (handler && !handler->m_IsClosing_) {
+    KXLOG(1, kCefModule, "the message loop has ended, but no browser was closed");
+  }
 
   if (!WriteReturnData(m_pBrowserCtrl->GetReturnData(), paths.channel)) return;
   m_pBrowserCtrl.reset();

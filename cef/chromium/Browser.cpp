@@ -109,14 +109,18 @@ void Browser::CloseOnUi(bool force) {
 }
 
 // Chromium forgets to close a window whose page is being replaced at that moment, so it is asked
-// again. One that still stays ends with all of Chromium.
+// again. One that still stays ends with all of Chromium, and a Chromium that stays is given up.
 void Browser::CloseTarget(int attempts) {
   if (!client().get()) return;  // it has gone
-  if (attempts == 0) {
-    connection_.Send("", "Browser.close");
+  if (attempts < 0) {
+    connection_.Drop();
     return;
   }
-  connection_.Send("", "Target.closeTarget", JsonObject().Add("targetId", target_id_));
+  if (attempts == 0) {
+    connection_.Send("", "Browser.close");
+  } else {
+    connection_.Send("", "Target.closeTarget", JsonObject().Add("targetId", target_id_));
+  }
   CefRefPtr<Browser> self = this;
   MessageLoop::Get().PostDelayedTask([self, attempts] { self->CloseTarget(attempts - 1); },
                                      kCloseRetryMs);

@@ -69,7 +69,7 @@ void BrowserFactory::Finish() {
 }
 
 void BrowserFactory::Fail(const std::string& reason) {
-  fprintf(stderr, "No browser window could be opened: %s\n", reason.c_str());
+  fprintf(stderr, "cef: no browser window could be opened: %s\n", reason.c_str());
   fflush(stderr);
   on_failure_();
   Finish();

@@ -10,6 +10,9 @@ namespace {
 // Event and console texts may nest deeply; the parser must not recurse with them.
 constexpr unsigned kParseFlags = rapidjson::kParseIterativeFlag;
 
+// JSON-RPC's "method not found".
+constexpr int kMethodNotFound = -32601;
+
 constexpr char kConnectionClosed[] = "the connection to Chromium is closed";
 
 }  // namespace
@@ -30,6 +33,7 @@ void DevToolsConnection::Open(int write_fd, int read_fd) {
     std::lock_guard<std::mutex> lock(mutex_);
     transport_ = transport;
     settled_ = false;
+    unknown_command_.clear();
   }
   transport->Start();
 }
@@ -37,6 +41,16 @@ void DevToolsConnection::Open(int write_fd, int read_fd) {
 bool DevToolsConnection::IsOpen() const {
   std::lock_guard<std::mutex> lock(mutex_);
   return transport_ != nullptr;
+}
+
+void DevToolsConnection::Drop() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  if (transport_) transport_->Drop();
+}
+
+std::string DevToolsConnection::UnknownCommand() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return unknown_command_;
 }
 
 void DevToolsConnection::Send(const std::string& session, const std::string& method,
@@ -48,7 +62,7 @@ void DevToolsConnection::Send(const std::string& session, const std::string& met
       JsonObject message;
       message.Add("id", id).Add("method", method).AddJson("params", params.str());
       if (!session.empty()) message.Add("sessionId", session);
-      if (reply) replies_[id] = std::move(reply);
+      unanswered_[id] = {method, std::move(reply)};
       transport_->Send(message.str());
       return;
     }
@@ -96,15 +110,19 @@ void DevToolsConnection::OnMessage(const std::string& text) {
 
   static const JsonValue kNothing(rapidjson::kObjectType);
   if (const JsonValue* id = MemberAt(message, "id"); id && id->IsInt()) {
+    const JsonValue* error = MemberAt(message, "error");
     ReplyHandler reply;
     {
       std::lock_guard<std::mutex> lock(mutex_);
-      const auto found = replies_.find(id->GetInt());
-      if (found == replies_.end()) return;
-      reply = std::move(found->second);
-      replies_.erase(found);
+      const auto found = unanswered_.find(id->GetInt());
+      if (found == unanswered_.end()) return;
+      if (error && NumberAt(*error, "code") == kMethodNotFound && unknown_command_.empty()) {
+        unknown_command_ = found->second.method;
+      }
+      reply = std::move(found->second.reply);
+      unanswered_.erase(found);
     }
-    const JsonValue* error = MemberAt(message, "error");
+    if (!reply) return;
     const JsonValue* result = MemberAt(message, "result");
     if (error) {
       reply(nullptr, TextAt(*error, "message"));
@@ -120,13 +138,15 @@ void DevToolsConnection::OnMessage(const std::string& text) {
 }
 
 void DevToolsConnection::OnPipeClosed() {
-  std::map<int, ReplyHandler> unanswered;
+  std::map<int, Command> unanswered;
   {
     std::lock_guard<std::mutex> lock(mutex_);
     transport_ = nullptr;
-    unanswered.swap(replies_);
+    unanswered.swap(unanswered_);
   }
-  for (const auto& entry : unanswered) entry.second(nullptr, kConnectionClosed);
+  for (const auto& [id, command] : unanswered) {
+    if (command.reply) command.reply(nullptr, kConnectionClosed);
+  }
   if (on_closed_) on_closed_();
   std::lock_guard<std::mutex> lock(mutex_);
   settled_ = true;

@@ -35,6 +35,13 @@ class DevToolsConnection {
   void Open(int write_fd, int read_fd);
   bool IsOpen() const;
 
+  // Gives Chromium up, as if it had closed the pipe: for one that does not answer any more. Any
+  // thread.
+  void Drop();
+
+  // The first command on this pipe that Chromium has said it does not know; "" if there was none.
+  std::string UnknownCommand() const;
+
   // Sends a command. `reply`, if any, is called exactly once; on a closed connection as well. Any
   // thread; commands of one thread keep their order.
   void Send(const std::string& session, const std::string& method, const JsonObject& params = {},
@@ -50,13 +57,19 @@ class DevToolsConnection {
   bool WaitClosed(std::chrono::milliseconds limit);
 
  private:
+  struct Command {
+    std::string method;
+    ReplyHandler reply;  // may be empty
+  };
+
   void OnMessage(const std::string& message);
   void OnPipeClosed();
 
   mutable std::mutex mutex_;
   std::condition_variable closed_;
   std::shared_ptr<PipeTransport> transport_;  // guarded by mutex_; null while closed
-  std::map<int, ReplyHandler> replies_;       // guarded by mutex_
+  std::map<int, Command> unanswered_;         // by id; guarded by mutex_
+  std::string unknown_command_;               // guarded by mutex_
   int last_id_ = 0;                           // guarded by mutex_
   bool settled_ = true;                       // guarded by mutex_
 

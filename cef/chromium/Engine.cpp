@@ -1,8 +1,10 @@
 #include "cef/chromium/Engine.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 #include "cef/chromium/AppWindow.h"
 #include "cef/chromium/DisplayEvents.h"
@@ -16,6 +18,14 @@ namespace engine {
 namespace {
 
 constexpr std::chrono::seconds kCreateTargetLimit{3};
+// Chromium ends without its display; this is for one that does not notice.
+constexpr int64_t kWithoutDisplayMs = 1000;
+
+// One line for whoever started the program. The beginning tells such lines from all others.
+void Say(const std::string& text) {
+  fprintf(stderr, "cef: %s\n", text.c_str());
+  fflush(stderr);
+}
 
 }  // namespace
 
@@ -59,6 +69,7 @@ void Engine::Wire() {
   SubscribeFrameEvents(connection_, table_);
   SubscribeDisplayEvents(connection_, table_);
   connection_.OnClosed([this] { OnConnectionClosed(); });
+  MessageLoop::Get().OnDisplayLost([this] { OnDisplayLost(); });
 }
 
 bool Engine::OpenByTarget(std::string* err) {
@@ -70,8 +81,31 @@ bool Engine::OpenByTarget(std::string* err) {
 // A Chromium that never answered is gone as well, but nothing depends on it yet.
 void Engine::OnConnectionClosed() {
   if (!running_) return;
+  const std::vector<CefRefPtr<Browser>> open = table_.All();
+  const bool unasked = std::any_of(open.begin(), open.end(), [](const CefRefPtr<Browser>& browser) {
+    return !browser->IsForcedToClose();
+  });
+  if (unasked) MessageLoop::Get().PostTask([this] { SayWhatEndedIt(); });
   targets_.AllGone();
   MessageLoop::Get().PostTask([this] { factory_.FailAll(); });
+  MessageLoop::Get().BreakAlerts();
+}
+
+// Without its display Chromium ends as well, and may be the first to notice.
+void Engine::SayWhatEndedIt() {
+  if (MessageLoop::Get().DisplayIsLost()) {
+    OnDisplayLost();
+    return;
+  }
+  const std::string words = launch_.LastWords();
+  Say("Chromium has ended by itself" + (words.empty() ? "" : "; it says: " + words));
+}
+
+void Engine::OnDisplayLost() {
+  if (display_lost_) return;
+  display_lost_ = true;
+  Say("the display has gone");
+  MessageLoop::Get().PostDelayedTask([this] { connection_.Drop(); }, kWithoutDisplayMs);
 }
 
 bool Engine::Initialize(const CefSettings& settings, CefRefPtr<CefApp> app) {
@@ -97,8 +131,7 @@ bool Engine::Initialize(const CefSettings& settings, CefRefPtr<CefApp> app) {
   };
   if (!IoThread::Get().Start() ||
       !launch_.Start(cache_path, command_line_->switches(), enable, &error)) {
-    fprintf(stderr, "Chromium could not be started: %s\n", error.c_str());
-    fflush(stderr);
+    Say("Chromium could not be started: " + error);
     return false;
   }
   app_ = app;
@@ -119,7 +152,12 @@ void Engine::Shutdown() {
 }
 
 void Engine::RunMessageLoop() {
-  if (running_) MessageLoop::Get().Run();
+  if (running_) {
+    MessageLoop::Get().Run();
+  } else {
+    // One of them may be why the engine does not run.
+    MessageLoop::Get().HandOverSignals();
+  }
 }
 
 bool Engine::CreateBrowser(BrowserOrder order) {

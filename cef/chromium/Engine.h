@@ -33,7 +33,7 @@ class Engine {
   // Ends Chromium; also called when the process exits. Main thread.
   void Shutdown();
 
-  // CefRunMessageLoop: returns at once when the engine does not run.
+  // CefRunMessageLoop: when the engine does not run, it hands over what signals wait and returns.
   void RunMessageLoop();
 
   // CefBrowserHost::CreateBrowser. False when the engine does not run. Any thread.
@@ -50,6 +50,8 @@ class Engine {
 
   void Wire();
   void OnConnectionClosed();
+  void OnDisplayLost();
+  void SayWhatEndedIt();
   bool OpenByTarget(std::string* err);
 
   DevToolsConnection connection_;
@@ -63,6 +65,7 @@ class Engine {
   Targets targets_{connection_, table_, factory_};
 
   std::atomic<bool> running_{false};
+  bool display_lost_ = false;  // UI thread only
   // Set once, on the main thread, before anybody else asks.
   CefRefPtr<CommandLine> command_line_;
   CefRefPtr<CefRequestContext> global_context_;

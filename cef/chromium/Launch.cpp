@@ -1,8 +1,14 @@
 #include "cef/chromium/Launch.h"
 
+#include <sys/eventfd.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <fstream>
+#include <functional>
+#include <mutex>
 
+#include "cef/chromium/MessageLoop.h"
 #include "cef/chromium/Preferences.h"
 
 namespace engine {
@@ -13,15 +19,37 @@ constexpr std::chrono::seconds kCloseLimit{3};
 // After a kill the pipe ends at once.
 constexpr std::chrono::seconds kPipeEndLimit{1};
 
-// The last line that Chromium has printed: why it did not start, if it was able to say.
-std::string LastLine(const std::string& path) {
+// The last line that Chromium has printed, of those that `matters`.
+std::string LastLine(const std::string& path,
+                     const std::function<bool(const std::string&)>& matters) {
   std::ifstream file(path);
   std::string last;
   for (std::string line; std::getline(file, line);) {
-    if (!line.empty()) last = line;
+    if (!line.empty() && matters(line)) last = line;
   }
   return last;
 }
+
+// Most of what a running Chromium prints is of no consequence.
+bool TellsOfAnEnd(const std::string& line) {
+  for (const char* mark : {":FATAL:", "Received signal", "ut of memory", "terminate called"}) {
+    if (line.find(mark) != std::string::npos) return true;
+  }
+  return false;
+}
+
+// The reply to Browser.getVersion; shared, since it may come after the wait was given up.
+struct Answer {
+  const int arrived = eventfd(0, EFD_CLOEXEC);
+  std::mutex mutex;
+  bool ok = false;      // guarded by mutex
+  std::string product;  // guarded by mutex
+  std::string error;    // guarded by mutex
+
+  ~Answer() {
+    if (arrived >= 0) close(arrived);
+  }
+};
 
 std::chrono::milliseconds Left(std::chrono::steady_clock::time_point deadline) {
   const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
@@ -61,8 +89,7 @@ bool Launch::Attempt(const Switches& switches, const std::function<void()>& enab
   options.switches = switches;
   options.run_folder = MakeRunFolder(err);
   if (options.run_folder.empty()) return false;
-  options.output_file = options.run_folder + "/output";
-  const std::string output_file = options.output_file;
+  options.output_file = output_file_ = options.run_folder + "/output";
   // Without it certificates have one fault only; no reason not to start.
   std::string ignored;
   net_log_ = NetLog::Start(options.run_folder, &ignored);
@@ -72,12 +99,45 @@ bool Launch::Attempt(const Switches& switches, const std::function<void()>& enab
   if (!process_) return false;
   connection_.Open(process_->command_fd(), process_->event_fd());
   enable();
-  if (connection_.Call("", "Browser.getVersion", {}, Left(deadline), err)) return true;
+  if (AwaitAnswer(deadline, err)) return true;
   *ended = connection_.WaitClosed(std::chrono::milliseconds(0));
-  const std::string last_line = LastLine(output_file);
-  if (!last_line.empty()) *err += "; it says: " + last_line;
   return false;
 }
+
+// The answer to the last command of the start: by then those before it have been answered too, as
+// far as Chromium does not know them.
+bool Launch::AwaitAnswer(Clock::time_point deadline, std::string* err) {
+  const auto answer = std::make_shared<Answer>();
+  connection_.Send("", "Browser.getVersion", {},
+                   [answer](const JsonValue* result, const std::string& error) {
+                     {
+                       std::lock_guard<std::mutex> lock(answer->mutex);
+                       answer->ok = result != nullptr;
+                       if (result) answer->product = TextAt(*result, "product");
+                       answer->error = error;
+                     }
+                     eventfd_write(answer->arrived, 1);
+                   });
+  if (!MessageLoop::Get().AwaitReadable(answer->arrived, Left(deadline))) {
+    const bool late = Left(deadline).count() == 0;
+    *err = late ? "it does not answer" : "a signal has ended the wait for it";
+    return false;
+  }
+  std::lock_guard<std::mutex> lock(answer->mutex);
+  const std::string unknown = connection_.UnknownCommand();
+  if (!unknown.empty()) {
+    const std::string name = answer->product.empty() ? "the one installed" : answer->product;
+    *err = name + " is too old: it does not know " + unknown;
+    return false;
+  }
+  if (answer->ok) return true;
+  *err = answer->error;
+  const std::string words = LastLine(output_file_, [](const std::string&) { return true; });
+  if (!words.empty()) *err += "; it says: " + words;
+  return false;
+}
+
+std::string Launch::LastWords() const { return LastLine(output_file_, TellsOfAnEnd); }
 
 void Launch::Discard() {
   if (process_) {

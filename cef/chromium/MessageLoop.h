@@ -16,6 +16,7 @@
 #include <map>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 namespace engine {
 
@@ -40,6 +41,23 @@ class MessageLoop {
   // delayed ones that are not due stay queued for the next Run(). Without a running loop this does
   // nothing and is not remembered. Any thread.
   void Quit();
+
+  // Waits outside of Run() until the descriptor is readable. False when `limit` has passed or one
+  // of the three signals has come first; that stays for HandOverSignals() or Run(). UI thread.
+  bool AwaitReadable(int fd, std::chrono::milliseconds limit);
+
+  // Hands over the signals that wait, as Run() does. UI thread.
+  void HandOverSignals();
+
+  // Called on the UI thread, outside of any other task, when the display has gone; before Run().
+  // The loop then goes on without one.
+  void OnDisplayLost(Task handler) { on_display_lost_ = std::move(handler); }
+  // Whether that has happened, though the handler may not have been called yet. UI thread.
+  bool DisplayIsLost() const;
+
+  // The end of the run: an open alert, or one that still comes, ends as if it had been refused.
+  // Any thread.
+  void BreakAlerts();
 
   // Runs the task on the UI thread, in the order of posting. Tasks posted before Run() wait for it.
   // No task starts while another one runs, not even inside a modal alert. False, and the task is
@@ -69,6 +87,8 @@ class MessageLoop {
   void RunTasks();
   void Turn();
   void Wait();
+  void TakeUpDisplay();
+  void LoseDisplay();
   void CollectSignals();
   void DeliverSignals();
   static void Deliver(int number);
@@ -81,15 +101,18 @@ class MessageLoop {
   std::thread::id ui_thread_;  // set once, before initialised_
   std::atomic<bool> running_{false};
   std::atomic<bool> quit_{false};
+  std::atomic<bool> break_alerts_{false};
   std::atomic<int> holds_{0};
 
   // Owned for the life of the process.
   int wake_fd_ = -1;     // eventfd: something was posted
   int signal_fd_ = -1;   // signalfd of the three signals
-  int pending_fd_ = -1;  // eventfd, readable while a signal waits to be handed over
+  int pending_fd_ = -1;  // eventfd, readable while something waits for the end of an alert
 
   std::deque<int> pending_signals_;  // UI thread only
+  Task on_display_lost_;             // UI thread only
   bool launched_ = false;            // UI thread only
+  bool display_lost_ = false;        // UI thread only
 };
 
 }  // namespace engine

@@ -1,12 +1,17 @@
 #include "cef/chromium/MessageLoop.h"
 
 #import <AppKit/AppKit.h>
+#include <poll.h>
 #include <pthread.h>
 #include <sys/eventfd.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
+
 #include "platform/Display.h"
+#include "platform/DisplayLoss.h"
 #import "platform/guard.h"
 
 // Tells the loop that one of its descriptors has become readable.
@@ -159,13 +164,52 @@ void MessageLoop::Run() {
 }
 
 void MessageLoop::Turn() {
-  if (!launched_ && HaveDisplay()) {
-    launched_ = true;
-    // Without this an alert takes mouse clicks but no keys.
-    [NSApp finishLaunching];
-  }
+  if (!launched_ && HaveDisplay()) TakeUpDisplay();
+  if (display_lost_ && HaveDisplay()) LoseDisplay();
   RunTasks();
   if (!quit_) Wait();
+}
+
+void MessageLoop::TakeUpDisplay() {
+  launched_ = true;
+  // Called in the middle of AppKit's work, which has to be left first.
+  WatchDisplay([] {
+    MessageLoop& loop = Get();
+    loop.display_lost_ = true;
+    loop.BreakAlerts();
+    Fill(loop.wake_fd_);
+  });
+  // Without this an alert takes mouse clicks but no keys.
+  [NSApp finishLaunching];
+}
+
+void MessageLoop::LoseDisplay() {
+  LeaveDisplay();
+  if (on_display_lost_) on_display_lost_();
+}
+
+bool MessageLoop::DisplayIsLost() const { return display_lost_ || DisplayHasGone(); }
+
+void MessageLoop::BreakAlerts() {
+  if (!initialised_) return;
+  break_alerts_ = true;
+  Fill(pending_fd_);
+}
+
+bool MessageLoop::AwaitReadable(int fd, std::chrono::milliseconds limit) {
+  const auto end = Clock::now() + limit;
+  pollfd watched[] = {{fd, POLLIN, 0}, {signal_fd_, POLLIN, 0}};
+  for (;;) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
+    const int count = poll(watched, 2, static_cast<int>(std::max<long long>(left, 0)));
+    if (count >= 0 || errno != EINTR) return count > 0 && watched[0].revents != 0;
+  }
+}
+
+void MessageLoop::HandOverSignals() {
+  if (!OnUiThread()) return;
+  CollectSignals();
+  DeliverSignals();
 }
 
 // A due task joins the end of the queue.
@@ -225,7 +269,8 @@ void MessageLoop::OnDescriptorReadable() {
   Drain(wake_fd_);
   CollectSignals();
   if (!HaveDisplay()) return;
-  if (!pending_signals_.empty() && [NSApp modalWindow] != nil) [NSApp abortModal];
+  const bool interrupted = break_alerts_ || !pending_signals_.empty();
+  if (interrupted && [NSApp modalWindow] != nil) [NSApp abortModal];
   PostWakeEvent();
 }
 
@@ -241,7 +286,7 @@ void MessageLoop::DeliverSignals() {
   while (holds_ == 0 && !pending_signals_.empty()) {
     const int number = pending_signals_.front();
     pending_signals_.pop_front();
-    if (pending_signals_.empty()) Drain(pending_fd_);
+    if (pending_signals_.empty() && !break_alerts_) Drain(pending_fd_);
     Deliver(number);
   }
 }

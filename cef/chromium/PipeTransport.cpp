@@ -42,6 +42,10 @@ void PipeTransport::Send(const std::string& message) {
   if (!waiting_to_write_) WritePending();
 }
 
+void PipeTransport::Drop() {
+  IoThread::Get().PostTask([self = shared_from_this()] { self->Close(); });
+}
+
 void PipeTransport::WritePending() {
   while (!pending_.empty()) {
     const ssize_t written = write(write_fd_, pending_.data(), pending_.size());
@@ -98,6 +102,7 @@ void PipeTransport::TakeMessages() {
 void PipeTransport::Close() {
   {
     std::lock_guard<std::mutex> lock(mutex_);
+    if (closed_) return;
     closed_ = true;
     pending_.clear();
   }

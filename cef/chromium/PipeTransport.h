@@ -28,6 +28,9 @@ class PipeTransport : public std::enable_shared_from_this<PipeTransport> {
   // full pipe cannot stop the reader. Dropped after the pipe has closed. Any thread.
   void Send(const std::string& message);
 
+  // Ends the pipe from this side, as if it had closed; at once or soon. Any thread.
+  void Drop();
+
  private:
   void OnReadable();
   void OnWritable();

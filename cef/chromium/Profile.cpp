@@ -1,10 +1,12 @@
 #include "cef/chromium/Profile.h"
 
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 
@@ -20,6 +22,8 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr mode_t kOthersMayWrite = S_IWGRP | S_IWOTH;
+// Chromium does not run well, or not at all, on a file system that is full.
+constexpr uint64_t kLeastRoom = 32ull << 20;
 constexpr auto kLastMoments = std::chrono::seconds(1);
 
 // Makes the folder and its parents where they are missing, for us alone.
@@ -42,12 +46,27 @@ bool IsOurs(const std::string& folder) {
          (info.st_mode & kOthersMayWrite) == 0 && access(folder.c_str(), R_OK | W_OK | X_OK) == 0;
 }
 
+bool HasRoom(const std::string& folder) {
+  struct statvfs info;
+  return statvfs(folder.c_str(), &info) != 0 ||
+         static_cast<uint64_t>(info.f_bavail) * info.f_frsize >= kLeastRoom;
+}
+
 // A Chromium that was killed leaves these behind. If they name another host (a home folder on a
 // server, a renamed machine), the next start would wait behind a dialog.
 void RemoveStaleLocks(const std::string& dir) {
   for (const char* name : {"SingletonLock", "SingletonSocket", "SingletonCookie"}) {
     unlink((dir + "/" + name).c_str());
   }
+}
+
+// A Chromium that could not start, or was killed, leaves its locks; another may have come
+// meanwhile.
+void RemoveOurLocks(const std::string& dir) {
+  bool busy = false;
+  const int fd = ConnectToChromium(dir, &busy);
+  if (fd >= 0) close(fd);
+  if (!busy) RemoveStaleLocks(dir);
 }
 
 // Whether a Chromium runs on the folder and is going to stay. One whose owner was killed a moment
@@ -77,7 +96,7 @@ std::unique_ptr<Profile> Profile::Open(const std::string& cache_path, std::strin
   if (cache_path.empty()) return OpenPrivate({}, err);
   const std::string dir = Absolute(cache_path);
   SweepPrivateFolders(dir);
-  if (!MakeFolders(dir) || !IsOurs(dir)) return OpenPrivate(dir, err);
+  if (!MakeFolders(dir) || !IsOurs(dir) || !HasRoom(dir)) return OpenPrivate(dir, err);
   bool busy = false;
   const int lock = LockFolder(dir, &busy);
   if (lock < 0) return OpenPrivate(dir, err);
@@ -98,7 +117,8 @@ std::unique_ptr<Profile> Profile::OpenPrivate(const std::string& cache_path, std
   if (!cache_path.empty()) {
     const std::string beside = Absolute(cache_path);
     const std::string parent = fs::path(beside).parent_path();
-    if (!OthersMayWrite(beside) && MakeFolders(parent) && !OthersMayWrite(parent)) {
+    if (!OthersMayWrite(beside) && MakeFolders(parent) && !OthersMayWrite(parent) &&
+        HasRoom(parent)) {
       dir = MakePrivateFolder(beside, &lock);
     }
   }
@@ -113,7 +133,11 @@ std::unique_ptr<Profile> Profile::OpenPrivate(const std::string& cache_path, std
 }
 
 Profile::~Profile() {
-  if (private_) RemoveTree(dir_);
+  if (private_) {
+    RemoveTree(dir_);
+  } else {
+    RemoveOurLocks(dir_);
+  }
   if (lock_fd_ >= 0) close(lock_fd_);
 }
 

@@ -17,8 +17,9 @@ class Profile {
  public:
   // The profile at cache_path (absolute), made if missing together with its parents, mode 0700,
   // freed of the locks of a Chromium that has died. A private one instead if cache_path is empty,
-  // is in use, is not ours, is writable for others (the temporary folder, for example) or cannot be
-  // written by us. Null and a reason in *err when not even a private one can be made.
+  // is in use, is not ours, is writable for others (the temporary folder, for example), cannot be
+  // written by us or has no room left. Null and a reason in *err when not even a private one can be
+  // made.
   static std::unique_ptr<Profile> Open(const std::string& cache_path, std::string* err);
 
   // A new profile beside cache_path, or in the temporary folder if that is no place for it. It

@@ -9,8 +9,8 @@
 #include <stdexcept>
 #include <thread>
 
-#include "testing/gateway/Pages.h"
-#include "testing/gateway/Roles.h"
+#include "testing/gateway/Player.h"
+#include "testing/gateway/ScenarioList.h"
 #include "testing/gateway/Scenarios.h"
 
 namespace {
@@ -19,19 +19,32 @@ constexpr char kLoopback[] = "127.0.0.1";
 // Browsers open connections ahead of need, and each holds a thread until it is used or given up.
 constexpr size_t kThreads = 64;
 constexpr time_t kIdleSeconds = 2;
-const std::vector<std::string> kHosts = {kGatewayHost, kIdentityProviderHost, kThirdHost};
+const std::vector<std::string> kHosts = {"gateway", "idp", "third"};
+constexpr CertificateKind kFaults[] = {CertificateKind::kUnknownAuthority,
+                                       CertificateKind::kWrongHost, CertificateKind::kExpired,
+                                       CertificateKind::kWrongHostUnknownAuthority};
 
-constexpr char kPixel[] =
-    "GIF89a\x01\x00\x01\x00\x80\x00\x00\x00\x00\x00\xff\xff\xff!\xf9\x04\x01\x00\x00\x00\x00,\x00"
-    "\x00\x00\x00\x01\x00\x01\x00\x00\x02\x02"
-    "D\x01\x00;";
+// The names of the three hosts, with a prefix such as "expired.".
+std::vector<std::string> NamesOf(const std::string& prefix) {
+  std::vector<std::string> names;
+  for (const std::string& host : kHosts) names.push_back(prefix + host + ".localhost");
+  return names;
+}
+
+std::vector<Scenario> Served(const GatewayBox::Options& options) {
+  const std::string folder =
+      options.scenarios.empty() ? DefaultScenarioFolder() : options.scenarios;
+  if (options.only.empty()) return ReadScenarios(folder);
+  return {ReadScenario(folder, options.only)};
+}
 
 }  // namespace
 
 class GatewayBox::Impl {
  public:
   explicit Impl(const Options& options)
-      : https_([this, &options](SSL_CTX& context) { return SetUp(context, options); }) {
+      : player_(Served(options), [this](int milliseconds) { return Wait(milliseconds); }),
+        https_([this, &options](SSL_CTX& context) { return SetUp(context, options); }) {
     Prepare(http_, "http");
     Prepare(https_, "https");
     port_ = Bind(http_, options.port);
@@ -54,16 +67,21 @@ class GatewayBox::Impl {
   int https_port() const { return https_port_; }
   std::string authority_pem() const { return authority_.certificate_pem(); }
   const RequestRecord& record() const { return record_; }
+  const Player& player() const { return player_; }
 
  private:
   bool SetUp(SSL_CTX& context, const Options& options) {
-    for (const std::string& host : kHosts) {
-      const bool chosen =
-          options.certificate_for.empty() || host == options.certificate_for + ".localhost";
-      identities_[host] =
-          authority_.Issue(chosen ? options.certificate : CertificateKind::kGood, kHosts);
+    const std::vector<std::string> plain = NamesOf("");
+    for (size_t i = 0; i < plain.size(); ++i) {
+      const bool chosen = options.certificate_for.empty() || kHosts[i] == options.certificate_for;
+      identities_[plain[i]] =
+          authority_.Issue(chosen ? options.certificate : CertificateKind::kGood, plain);
     }
-    Use(identities_[kGatewayHost], [&context](X509* certificate, EVP_PKEY* key) {
+    for (const CertificateKind fault : kFaults) {
+      const std::vector<std::string> names = NamesOf(CertificateKindName(fault) + std::string("."));
+      for (const std::string& name : names) identities_[name] = authority_.Issue(fault, names);
+    }
+    Use(identities_[plain.front()], [&context](X509* certificate, EVP_PKEY* key) {
       return SSL_CTX_use_certificate(&context, certificate) == 1 &&
              SSL_CTX_use_PrivateKey(&context, key) == 1;
     });
@@ -127,24 +145,24 @@ class GatewayBox::Impl {
     if (visit.path() == "/-/requests") return visit.Send(record_.ToJson(), "application/json");
     record_.Add({0, scheme, request.get_header_value("Host"), request.method, request.target,
                  request.get_header_value("Cookie"), request.get_header_value("User-Agent")});
-    const Delay delay = [this](int milliseconds) {
-      std::unique_lock<std::mutex> lock(stop_mutex_);
-      stop_.wait_for(lock, std::chrono::milliseconds(milliseconds), [this] { return stopping_; });
-    };
     if (visit.path() == "/") {
-      visit.Page(IndexPage(visit.Address(kGatewayHost, "")));
-    } else if (visit.path() == "/pixel.gif") {
-      visit.SetCookie("SEEN", "third");
-      visit.Send(std::string(kPixel, sizeof kPixel - 1), "image/gif");
-    } else if (!ServeSamlSignIn(visit, delay) && !ServeCustomSignIn(visit) &&
-               !ServeSamlLogout(visit)) {
-      visit.Page(Notice(Look::kThird, "Nothing here", "No such page: " + visit.path()), 404);
+      visit.Page(IndexPage(player_.scenarios(), {port_, https_port_}));
+    } else {
+      player_.Play(visit);
     }
+  }
+
+  // False when the box stops before the time has passed.
+  bool Wait(int milliseconds) {
+    std::unique_lock<std::mutex> lock(stop_mutex_);
+    return !stop_.wait_for(lock, std::chrono::milliseconds(milliseconds),
+                           [this] { return stopping_; });
   }
 
   const TestAuthority authority_;
   std::map<std::string, Identity> identities_;
   RequestRecord record_;
+  Player player_;
   std::mutex stop_mutex_;
   std::condition_variable stop_;
   bool stopping_ = false;
@@ -163,13 +181,17 @@ int GatewayBox::port() const { return impl_->port(); }
 int GatewayBox::https_port() const { return impl_->https_port(); }
 
 std::string GatewayBox::http_origin() const {
-  return std::string("http://") + kGatewayHost + ":" + std::to_string(port());
+  return "http://gateway.localhost:" + std::to_string(port());
 }
 
 std::string GatewayBox::https_origin() const {
-  return std::string("https://") + kGatewayHost + ":" + std::to_string(https_port());
+  return "https://gateway.localhost:" + std::to_string(https_port());
 }
 
 std::string GatewayBox::authority_pem() const { return impl_->authority_pem(); }
 
 std::vector<RecordedRequest> GatewayBox::requests() const { return impl_->record().All(); }
+
+std::vector<std::string> GatewayBox::refusals() const { return impl_->player().refusals(); }
+
+const std::vector<Scenario>& GatewayBox::scenarios() const { return impl_->player().scenarios(); }

@@ -1,9 +1,10 @@
 // A VPN gateway, an identity provider and a third host, all in one server on loopback.
 //
 // The hosts are told apart by the Host header: gateway.localhost, idp.localhost, third.localhost,
-// names that browsers resolve to loopback by themselves. One box serves many runs at once: what it
-// plays is chosen by the path (see Scenarios.h; "/" lists them). /-/requests holds the requests so
-// far as JSON.
+// names that browsers resolve to loopback by themselves. Under expired.gateway.localhost and the
+// like, one name for every faulty CertificateKind and host, the same hosts are served with a
+// certificate of that fault. One box serves many runs at once: what it plays is chosen by the path,
+// "/SCENARIO/..." ("/" lists them). /-/requests holds the requests so far as JSON.
 
 #ifndef TESTING_GATEWAY_GATEWAYBOX_H_
 #define TESTING_GATEWAY_GATEWAYBOX_H_
@@ -14,6 +15,7 @@
 
 #include "testing/gateway/Certificates.h"
 #include "testing/gateway/RequestRecord.h"
+#include "testing/gateway/Scenario.h"
 
 class GatewayBox {
  public:
@@ -24,10 +26,12 @@ class GatewayBox {
     // Which host the certificate's fault is for: "gateway", "idp" or "third"; empty: all three. The
     // others then serve a good one.
     std::string certificate_for;
+    std::string scenarios;  // the folder of the scenario files; empty: the box's own
+    std::string only;       // the one scenario that is served; empty: all
   };
 
-  // Listens when it returns. Throws std::runtime_error when a port is taken or a certificate cannot
-  // be made.
+  // Listens when it returns. Throws ScenarioError when a scenario file cannot be used, and
+  // std::runtime_error when a port is taken or a certificate cannot be made.
   explicit GatewayBox(const Options& options);
   GatewayBox() : GatewayBox(Options()) {}
   // Ends all connections; bounded by a few seconds.
@@ -43,8 +47,13 @@ class GatewayBox {
   // The certificate of the authority that signs the good certificates, as PEM text.
   std::string authority_pem() const;
 
+  const std::vector<Scenario>& scenarios() const;
+
   // The requests so far. Any thread.
   std::vector<RecordedRequest> requests() const;
+  // The requests that no answer of their page was for, each as one line with the reason. Any
+  // thread.
+  std::vector<std::string> refusals() const;
 
  private:
   class Impl;

@@ -37,18 +37,32 @@ std::string Hidden(const Fields& fields) {
   return html;
 }
 
-// A text as a literal of the page's script; "<" is escaped because it could end the script.
-std::string ScriptText(const std::string& text) {
-  std::string literal = "\"";
-  for (const char c : text) {
-    if (c == '"' || c == '\\') literal += '\\';
-    literal += c == '<' ? std::string("\\x3c") : std::string(1, c);
-  }
-  return literal + "\"";
-}
-
 std::string AfterLoad(const std::string& statements) {
   return "<script>addEventListener('load',()=>setTimeout(()=>{" + statements + "},0))</script>";
+}
+
+// The fields the user sees, with a button and what is to be typed.
+std::string Asked(const Fields& asked) {
+  std::string html;
+  std::string hint;
+  for (const auto& [name, value] : asked) {
+    const std::string id = EscapeHtml(name);
+    std::string label = id;
+    if (label[0] >= 'a' && label[0] <= 'z') label[0] -= 'a' - 'A';
+    html += "<label for=\"" + id + "\">" + label + "</label><input id=\"" + id + "\" name=\"" + id +
+            "\" autocomplete=off" + (hint.empty() ? " autofocus" : "") +
+            (name == "password" ? " type=password>" : ">");
+    hint += (hint.empty() ? "" : ", ") + id + " <b>" + EscapeHtml(value) + "</b>";
+  }
+  return html + "<button>Sign in</button><p class=hint>For trying it out: " + hint + "</p>";
+}
+
+std::string Form(const PageParts& parts) {
+  std::string html =
+      "<form id=f method=post action=\"" + EscapeHtml(parts.action) + "\">" + Hidden(parts.hidden);
+  if (!parts.error.empty()) html += "<p class=error>" + EscapeHtml(parts.error) + "</p>";
+  if (!parts.asked.empty()) html += Asked(parts.asked);
+  return html + "</form>";
 }
 
 }  // namespace
@@ -79,6 +93,21 @@ std::string EscapeHtml(const std::string& text) {
   return html;
 }
 
+std::string ScriptText(const std::string& text) {
+  std::string literal = "\"";
+  for (const char c : text) {
+    // "<" could end the script.
+    if (c == '"' || c == '\\') literal += '\\';
+    literal += c == '<' ? std::string("\\x3c") : std::string(1, c);
+  }
+  return literal + "\"";
+}
+
+Look LookOf(const std::string& host) {
+  if (host == "idp") return Look::kIdentityProvider;
+  return host == "third" ? Look::kThird : Look::kGateway;
+}
+
 std::string Page(Look look, const std::string& title, const std::string& body) {
   const auto& style = kLooks[static_cast<int>(look)];
   const std::string escaped = EscapeHtml(title);
@@ -94,33 +123,21 @@ std::string Notice(Look look, const std::string& title, const std::string& text)
   return Page(look, title, "<p>" + EscapeHtml(text) + "</p>");
 }
 
-std::string SignInPage(const SignInForm& form) {
-  std::string body = "<form id=f method=post action=\"" + EscapeHtml(form.action) + "\">";
-  if (!form.error.empty()) body += "<p class=error>" + EscapeHtml(form.error) + "</p>";
-  body += Hidden(form.hidden);
-  body +=
-      "<label for=user>User</label><input id=user name=user autocomplete=off autofocus>"
-      "<label for=password>Password</label><input id=password name=password type=password>"
-      "<button>Sign in</button></form><p class=hint>For trying it out: user <b>" +
-      std::string(kUser) + "</b>, password <b>" + kPassword + "</b></p>" + form.extra;
-  if (form.by_itself) {
-    body += AfterLoad("f.user.value=" + ScriptText(kUser) +
-                      ";f.password.value=" + ScriptText(kPassword) + ";f.submit()");
+std::string WholePage(Look look, const PageParts& parts) {
+  std::string body = parts.text.empty() ? "" : "<p>" + EscapeHtml(parts.text) + "</p>";
+  if (!parts.action.empty()) body += Form(parts);
+  body += parts.html;
+  if (!parts.action.empty() && parts.by_itself) {
+    std::string statements;
+    for (const auto& [name, value] : parts.asked) {
+      statements += "f.elements[" + ScriptText(name) + "].value=" + ScriptText(value) + ";";
+    }
+    body += AfterLoad(statements + "f.submit()");
   }
-  return Page(form.look, form.title, body);
-}
-
-std::string PostingPage(Look look, const std::string& title, const std::string& action,
-                        const Fields& fields) {
-  return Page(look, title,
-              "<p>One moment, please.</p><form id=f method=post action=\"" + EscapeHtml(action) +
-                  "\">" + Hidden(fields) + "</form>" + AfterLoad("f.submit()"));
-}
-
-std::string PassingPage(Look look, const std::string& title, const std::string& text,
-                        const std::string& address, int milliseconds, const std::string& extra) {
-  return Page(look, title,
-              "<p>" + EscapeHtml(text) + "</p>" + extra +
-                  AfterLoad("setTimeout(()=>location.replace(" + ScriptText(address) + ")," +
-                            std::to_string(milliseconds) + ")"));
+  if (!parts.next.empty()) {
+    body += AfterLoad("setTimeout(()=>location.replace(" + ScriptText(parts.next) + ")," +
+                      std::to_string(parts.after_ms) + ")");
+  }
+  if (!parts.script.empty()) body += "<script>" + parts.script + "</script>";
+  return Page(look, parts.title, body);
 }

@@ -5,15 +5,19 @@
 #define TESTING_GATEWAY_PAGES_H_
 
 #include <string>
-#include <utility>
-#include <vector>
+
+#include "testing/gateway/Scenario.h"
 
 enum class Look { kGateway, kIdentityProvider, kThird };
 
-using Fields = std::vector<std::pair<std::string, std::string>>;
-
 // Text with & < > " ' replaced so that it can stand in HTML text and attributes.
 std::string EscapeHtml(const std::string& text);
+
+// The look of a host ("gateway", "idp", "third").
+Look LookOf(const std::string& host);
+
+// Text as a literal of a page's script, with its quotes.
+std::string ScriptText(const std::string& text);
 
 // A page with a heading and a body, which is HTML already.
 std::string Page(Look look, const std::string& title, const std::string& body);
@@ -21,31 +25,22 @@ std::string Page(Look look, const std::string& title, const std::string& body);
 // A page with a heading and one paragraph of plain text.
 std::string Notice(Look look, const std::string& title, const std::string& text);
 
-// The form that asks for user and password and posts them to `action` with the hidden fields. When
-// `by_itself`, the page's script fills it in and submits it after the page has loaded. `error`,
-// when not empty, stands above it; `extra` is HTML below it.
-struct SignInForm {
-  Look look;
+// The parts of a page for people, all of them optional.
+struct PageParts {
   std::string title;
+  std::string text;
+  std::string html;    // shown below the text
+  std::string script;  // run at the page's end
+  std::string error;   // stands above a form
+  // A form: hidden fields, and the ones the user is asked for with what is to be typed there.
   std::string action;
   Fields hidden;
-  bool by_itself = false;
-  std::string error;
-  std::string extra;
+  Fields asked;
+  bool by_itself = false;  // fills itself in and posts itself after the page has loaded
+  // Where the page goes on to by itself, so long after it has loaded.
+  std::string next;
+  int after_ms = 0;
 };
-std::string SignInPage(const SignInForm& form);
-
-// A page that posts the fields to `action` as soon as it has loaded.
-std::string PostingPage(Look look, const std::string& title, const std::string& action,
-                        const Fields& fields);
-
-// A page that goes on to `address` `milliseconds` after it has loaded.
-std::string PassingPage(Look look, const std::string& title, const std::string& text,
-                        const std::string& address, int milliseconds,
-                        const std::string& extra = "");
-
-// The one account that every sign-in of the box takes; the forms tell it.
-inline constexpr char kUser[] = "ada";
-inline constexpr char kPassword[] = "open sesame";
+std::string WholePage(Look look, const PageParts& parts);
 
 #endif  // TESTING_GATEWAY_PAGES_H_

@@ -1,4 +1,4 @@
-// What the box can play: one table, from which the index page, the roles and the tests take it.
+// The scenarios of a folder, read and checked.
 
 #ifndef TESTING_GATEWAY_SCENARIOS_H_
 #define TESTING_GATEWAY_SCENARIOS_H_
@@ -6,20 +6,17 @@
 #include <string>
 #include <vector>
 
-struct Scenario {
-  const char* path;           // where it begins, on the gateway
-  const char* type;           // the starter's name for the kind of step
-  const char* launch_cookie;  // what the VPN client would plant; may be empty
-  const char* description;    // one line for people
-};
+#include "testing/gateway/Scenario.h"
+#include "testing/gateway/ScenarioDocument.h"
 
-const std::vector<Scenario>& Scenarios();
+// The scenarios that belong to the box.
+std::string DefaultScenarioFolder();
 
-// True when `path` begins a scenario of the table.
-bool IsScenario(const std::string& path);
+// Reads FOLDER/NAME.json. Throws ScenarioError when the file, or a base of it, cannot be used.
+Scenario ReadScenario(const std::string& folder, const std::string& name);
 
-// The page that lists them all, with links and the options for the starter. `origin` is the
-// gateway's scheme, host and port.
-std::string IndexPage(const std::string& origin);
+// Reads all of a folder, in the order of their names. Throws ScenarioError for the first that
+// cannot be used, and when there is none.
+std::vector<Scenario> ReadScenarios(const std::string& folder);
 
 #endif  // TESTING_GATEWAY_SCENARIOS_H_

@@ -1,15 +1,25 @@
 #include "testing/gateway/Visit.h"
 
+#include <netinet/in.h>
 #include <openssl/rand.h>
+#include <sys/socket.h>
 
+#include <cstdlib>
+#include <filesystem>
 #include <stdexcept>
 
 namespace {
 
-Role RoleOf(const std::string& host) {
-  if (host == kGatewayHost) return Role::kGateway;
-  if (host == kIdentityProviderHost) return Role::kIdentityProvider;
-  return host == kThirdHost ? Role::kThird : Role::kNone;
+constexpr char kDomain[] = ".localhost";
+
+// "gateway" of "gateway.localhost" and of "expired.gateway.localhost".
+std::string HostOf(const std::string& name) {
+  const size_t domain = name.rfind(kDomain);
+  if (domain == std::string::npos || domain + sizeof kDomain - 1 != name.size()) return "";
+  const std::string rest = name.substr(0, domain);
+  const size_t dot = rest.rfind('.');
+  const std::string host = dot == std::string::npos ? rest : rest.substr(dot + 1);
+  return host == "gateway" || host == "idp" || host == "third" ? host : "";
 }
 
 }  // namespace
@@ -17,19 +27,25 @@ Role RoleOf(const std::string& host) {
 Visit::Visit(const std::string& scheme, const httplib::Request& request,
              httplib::Response& response)
     : scheme_(scheme), request_(request), response_(response) {
-  const std::string host = request.get_header_value("Host");
-  const size_t colon = host.find(':');
-  if (colon != std::string::npos) port_suffix_ = host.substr(colon);
-  role_ = RoleOf(host.substr(0, colon));
+  const std::string name = request.get_header_value("Host");
+  const size_t colon = name.find(':');
+  if (colon != std::string::npos) port_suffix_ = name.substr(colon);
+  host_ = HostOf(name.substr(0, colon));
   response_.set_header("Cache-Control", "no-store");
 }
 
-std::string Visit::Address(const std::string& host, const std::string& path_and_query) const {
-  return scheme_ + "://" + host + port_suffix_ + path_and_query;
+std::string Visit::scenario() const {
+  const size_t slash = path().find('/', 1);
+  return slash == std::string::npos ? "" : path().substr(1, slash - 1);
 }
 
-std::string Visit::Behind(const std::string& prefix) const {
-  return path().compare(0, prefix.size(), prefix) == 0 ? path().substr(prefix.size()) : "";
+std::string Visit::page() const {
+  const size_t slash = path().find('/', 1);
+  return slash == std::string::npos ? "" : host_ + path().substr(slash);
+}
+
+std::string Visit::Origin(const std::string& name) const {
+  return scheme_ + "://" + name + kDomain + port_suffix_;
 }
 
 std::string Visit::Parameter(const std::string& name) const {
@@ -44,13 +60,6 @@ std::string Visit::Cookie(const std::string& name) const {
   return all.substr(value, all.find(';', value) - value);
 }
 
-void Visit::SetCookie(const std::string& name, const std::string& value,
-                      const std::string& attributes) {
-  response_.headers.emplace("Set-Cookie", name + "=" + value + "; Path=/" + attributes);
-}
-
-void Visit::Redirect(const std::string& address) { response_.set_redirect(address, 303); }
-
 void Visit::Page(const std::string& html, int status) {
   response_.status = status;
   response_.set_content(html, "text/html; charset=utf-8");
@@ -58,6 +67,20 @@ void Visit::Page(const std::string& html, int status) {
 
 void Visit::Send(const std::string& body, const std::string& type) {
   response_.set_content(body, type.c_str());
+}
+
+void Visit::CutConnection() {
+  // The library does not tell the socket; it is the one whose other end is the client's.
+  std::error_code none;
+  for (const auto& entry : std::filesystem::directory_iterator("/dev/fd", none)) {
+    const int descriptor = std::atoi(entry.path().filename().c_str());
+    sockaddr_in peer{};
+    socklen_t size = sizeof peer;
+    if (getpeername(descriptor, reinterpret_cast<sockaddr*>(&peer), &size) == 0 &&
+        peer.sin_family == AF_INET && ntohs(peer.sin_port) == request_.remote_port) {
+      shutdown(descriptor, SHUT_RDWR);
+    }
+  }
 }
 
 std::string RandomToken() {

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 
@@ -39,10 +39,13 @@ class TempDir {
   std::string path_;
 };
 
-// The whole content of a file; empty when it cannot be read.
+// The whole content of a file; empty when it cannot be read, as that of a process that has ended.
 inline std::string ReadFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+  // An iterator over the stream would let errors in reading through as exceptions.
+  std::ostringstream content;
+  content << in.rdbuf();
+  return content.str();
 }
 
 #endif  // TESTING_SUPPORT_TEMPDIR_H_

@@ -1,19 +1,22 @@
 #include "tests/e2e/E2eTest.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <rapidjson/document.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/ipc.h>
+#include <sys/sem.h>
 #include <sys/shm.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <cstdio>
+#include <array>
 #include <cstring>
-#include <sstream>
 #include <thread>
 
 #include "libs/kxaccess/InstallPaths.h"
+#include "testing/support/LogRecords.h"
 #include "testing/support/TrustStore.h"
 
 namespace {
@@ -49,6 +52,44 @@ std::string CommandLine(pid_t process) {
   return ReadFile("/proc/" + std::to_string(process) + "/cmdline");
 }
 
+// One of these stands near the end of each run's log.
+constexpr std::array kEndings = {
+    "Calling CefQuitMessageLoop",
+    "CefInitialize failed, no browser could be started",
+    "the message loop has ended, but no browser was closed",
+    "failed to load cef library",
+    "failed to load resource file",
+    "Error loading some or all Message Catalog files.",
+    "Failed to Parse request ",
+    "m_pBrowserCtrl is NULL. Aborting the navigation.",
+};
+
+void ExpectSaysHowItEnded(const std::string& log) {
+  for (const char* ending : kEndings) {
+    if (log.find(ending) != std::string::npos) return;
+  }
+  ADD_FAILURE() << "the log does not say how the run ended:\n" << log;
+}
+
+// True when the lock that all writers of the log share can be had.
+bool LogLockIsFree() {
+  const int id = semget(ftok(InstallPaths::kLogFolder, 1), 0, 0);
+  if (id == -1) return errno == ENOENT;
+  sembuf take = {0, -1, SEM_UNDO};
+  sembuf give = {0, 1, SEM_UNDO};
+  const timespec limit = {kLeavingTime.count(), 0};
+  return semtimedop(id, &take, 1, &limit) == 0 && semop(id, &give, 1) == 0;
+}
+
+// True when nobody holds the folder's lock.
+bool IsUnlocked(const std::string& folder) {
+  const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (descriptor == -1) return true;
+  const bool unlocked = flock(descriptor, LOCK_EX | LOCK_NB) == 0;
+  close(descriptor);
+  return unlocked;
+}
+
 }  // namespace
 
 E2eTest::E2eTest() {
@@ -77,6 +118,15 @@ void E2eTest::TearDown() {
     const std::string name = entry.path().filename();
     EXPECT_FALSE(name.rfind("cef", 0) == 0 && name != "cef" && name != "cef_browser.log") << name;
   }
+  const std::string profile = DataFolder() + "cef";
+  for (const char* lock : {"SingletonLock", "SingletonSocket", "SingletonCookie"}) {
+    EXPECT_FALSE(std::filesystem::is_symlink(profile + "/" + lock)) << "left: " << lock;
+  }
+  EXPECT_TRUE(IsUnlocked(profile));
+  EXPECT_TRUE(LogLockIsFree());
+  std::string fault;
+  ReadLog(InstallPaths::kLogFile, log_begin_, &fault);
+  EXPECT_EQ(fault, "");
   for (const auto& entry : std::filesystem::directory_iterator(home_.file("tmp"))) {
     ADD_FAILURE() << "temporary file left: " << entry.path();
   }
@@ -126,6 +176,9 @@ StarterReport E2eTest::Report(Subprocess& starter) {
     report.slo_state = data["samlslostate"].GetInt();
   }
   EXPECT_NE(report.verdict, "unreadable result");
+  if (json["helper_killed_by"].GetInt() == 0 && report.verdict != "not started") {
+    ExpectSaysHowItEnded(report.log);
+  }
   return report;
 }
 
@@ -161,6 +214,7 @@ DirectReport E2eTest::DirectEnd(Subprocess& program, const std::string& data_fol
   rapidjson::Document json;
   EXPECT_TRUE(report.document.empty() || !json.Parse(report.document.c_str()).HasParseError())
       << report.document;
+  if (report.signal == 0) ExpectSaysHowItEnded(report.log);
   return report;
 }
 
@@ -170,25 +224,28 @@ DirectReport E2eTest::RunDirectly(const Subprocess::Command& command) {
 }
 
 std::string E2eTest::LogOf(pid_t process) const {
-  std::string all = ReadFile(InstallPaths::kLogFile);
-  if (all.size() >= log_begin_) all.erase(0, log_begin_);
-  char mark[32];
-  std::snprintf(mark, sizeof mark, " p%04d ", process);
-  std::istringstream lines(all);
   std::string own;
-  for (std::string line; std::getline(lines, line);) {
-    if (line.find(mark) != std::string::npos) own += line + "\n";
+  for (const LogRecord& record : ReadLog(InstallPaths::kLogFile, log_begin_)) {
+    if (record.process == process) own += record.text + "\n";
   }
   return own;
 }
 
-bool E2eTest::WaitForLog(pid_t process, const std::string& text) const {
-  const auto limit = std::chrono::steady_clock::now() + kPatience;
-  while (LogOf(process).find(text) == std::string::npos) {
-    if (std::chrono::steady_clock::now() > limit) return false;
+bool E2eTest::WaitFor(const std::function<bool()>& condition, std::chrono::milliseconds limit) {
+  const auto end = std::chrono::steady_clock::now() + limit;
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > end) return false;
     std::this_thread::sleep_for(std::chrono::milliseconds(2));
   }
   return true;
+}
+
+bool E2eTest::WaitForLog(pid_t process, const std::string& text) const {
+  return WaitFor([&] { return LogOf(process).find(text) != std::string::npos; });
+}
+
+bool E2eTest::WaitForRequest(const std::string& path) const {
+  return WaitFor([&] { return !CookiesSentTo(path).empty(); });
 }
 
 std::vector<pid_t> E2eTest::UserProcesses() const {
@@ -206,15 +263,18 @@ std::vector<pid_t> E2eTest::UserProcesses() const {
   return found;
 }
 
-pid_t E2eTest::BrowserProcess() const {
+std::vector<pid_t> E2eTest::BrowserProcesses(const std::string& type) const {
+  std::vector<pid_t> found;
   for (const pid_t process : UserProcesses()) {
     const std::string line = CommandLine(process);
-    if (line.find("--user-data-dir=") != std::string::npos &&
-        line.find("--type=") == std::string::npos) {
-      return process;
-    }
+    if (line.find("--user-data-dir=") == std::string::npos) continue;
+    const size_t kind = line.find("--type=");
+    const bool matches =
+        type.empty() ? kind == std::string::npos
+                     : kind != std::string::npos && line.compare(kind + 7, type.size(), type) == 0;
+    if (matches) found.push_back(process);
   }
-  return -1;
+  return found;
 }
 
 pid_t E2eTest::HelperProcess() const {

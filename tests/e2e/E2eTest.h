@@ -9,6 +9,7 @@
 #include <sys/types.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -48,8 +49,8 @@ struct DirectReport {
 class E2eTest : public testing::Test {
  protected:
   E2eTest();
-  // Fails the test when anything of its runs is left: a process of its user, a private profile, a
-  // temporary file of the browser, a segment.
+  // Fails the test when anything of its runs is left (a process of its user, a private profile, a
+  // temporary file of the browser, a segment, a lock) or when the log's records are not whole.
   void TearDown() override;
 
   // A run through the starter. `path` begins at the gateway; options such as {"--timeout", "5"} may
@@ -62,7 +63,8 @@ class E2eTest : public testing::Test {
     std::vector<std::string> options;
   };
   Subprocess::Command StarterCommand(const Step& step) const;
-  // Waits for the starter's end and reads its report.
+  // Waits for the starter's end and reads its report. Fails the test when the program ended by
+  // itself and its log does not say how.
   StarterReport Report(Subprocess& starter);
   StarterReport Run(const Step& step);
 
@@ -81,13 +83,19 @@ class E2eTest : public testing::Test {
 
   // The lines that a process has written to the log since the test began.
   std::string LogOf(pid_t process) const;
+  // Waits until the condition holds; false when the limit passes first.
+  static bool WaitFor(const std::function<bool()>& condition,
+                      std::chrono::milliseconds limit = kPatience);
   // Waits until the log of the process holds the text.
   bool WaitForLog(pid_t process, const std::string& text) const;
+  // Waits until the box has been asked for an address that begins with the path.
+  bool WaitForRequest(const std::string& path) const;
 
   // The user's processes, as far as their environment names the user's HOME.
   std::vector<pid_t> UserProcesses() const;
-  // The browser's main process, and the program under test; -1 when there is none.
-  pid_t BrowserProcess() const;
+  // The browser's processes of a type such as "renderer"; the empty one is the main process.
+  std::vector<pid_t> BrowserProcesses(const std::string& type) const;
+  // The program under test; -1 when there is none.
   pid_t HelperProcess() const;
   // True when the process ends before the limit.
   static bool EndsWithin(pid_t process, std::chrono::milliseconds limit);

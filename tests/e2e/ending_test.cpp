@@ -3,6 +3,7 @@
 #include <signal.h>
 
 #include <thread>
+#include <tuple>
 
 #include "tests/e2e/E2eTest.h"
 
@@ -11,54 +12,83 @@ namespace {
 using testing::HasSubstr;
 
 constexpr char kCookie[] = "KXSAMLEMBID=launch";
+constexpr char kNever[] = "/saml-never/start";
+constexpr char kAutomatic[] = "/saml-redirect/start?auto=1";
+constexpr char kByHand[] = "/saml-redirect/start";
+constexpr char kEndless[] = "/saml-endless-answer/start";
 constexpr char kFormTitle[] = "Sign in to your account";
 constexpr char kEmptyDocument[] =
     R"({"postauthcookie":"","samlidpcookies":"","samlidplogoutrequesturl":"","samlslostate":0})";
 
 class EndingTest : public E2eTest {
  protected:
-  Subprocess::Command NeverSignsIn(std::vector<std::string> options = {}) const {
-    return StarterCommand({"saml-login", "/saml/never", kCookie, false, std::move(options)});
+  Subprocess::Command SignsInAt(const std::string& path, std::vector<std::string> options = {},
+                                bool https = false) const {
+    return StarterCommand({"saml-login", path, kCookie, https, std::move(options)});
   }
   void WaitForForm() {
     ASSERT_NE(display_->WaitForWindow(kFormTitle, kPatience), "") << "no sign-in window";
   }
+  // A window takes keys only a moment after it shows, so they are sent again until they have had
+  // their effect.
+  void PressUntil(const std::vector<std::string>& keys, const std::function<bool()>& done) {
+    ASSERT_TRUE(WaitFor([&] {
+      display_->Xdotool(keys);
+      return WaitFor(done, std::chrono::seconds(3));
+    }));
+  }
+  // From now on the gateway's certificate is of an authority that nobody knows.
+  void UseUnknownAuthority() {
+    GatewayBox::Options options;
+    options.certificate = CertificateKind::kUnknownAuthority;
+    options.certificate_for = "gateway";
+    box_ = std::make_unique<GatewayBox>(options);
+    TrustBox();
+  }
 };
 
-TEST_F(EndingTest, UserClosesTheWindow) {
-  Subprocess starter(NeverSignsIn());
-  WaitForForm();
-  EXPECT_EQ(display_->Run({"wmctrl", "-c", kFormTitle}).status, 0);
+enum class Moment { kLoading, kShown, kQuestion };
+constexpr const char* kMomentNames[] = {"Loading", "Shown", "Question"};
+
+std::string NameOf(int signal_number) {
+  return signal_number == SIGHUP ? "Hup" : signal_number == SIGINT ? "Int" : "Term";
+}
+
+class SignalTest : public EndingTest,
+                   public testing::WithParamInterface<std::tuple<Moment, int>> {};
+
+TEST_P(SignalTest, EndsTheStepInOrder) {
+  const auto [moment, number] = GetParam();
+  const bool question = moment == Moment::kQuestion;
+  if (question) UseUnknownAuthority();
+  Subprocess starter(SignsInAt(moment == Moment::kLoading ? kEndless : kNever, {}, question));
+  if (moment == Moment::kLoading) {
+    ASSERT_TRUE(WaitForRequest("/saml-endless-answer/"));
+  } else {
+    ASSERT_NE(display_->WaitForWindow(question ? "^Alert$" : kFormTitle, kPatience), "");
+  }
+  starter.Signal(number);
   const StarterReport report = Report(starter);
-  EXPECT_EQ(report.verdict, "closed by user") << report.log;
-  EXPECT_EQ(report.slo_state, 0) << "an empty result is written all the same";
-  EXPECT_THAT(report.log, HasSubstr("Calling CefQuitMessageLoop"));
-}
-
-TEST_F(EndingTest, TimeLimitEndsTheStepInOrder) {
-  const StarterReport report =
-      Run({"saml-login", "/saml/never", kCookie, false, {"--timeout", "4"}});
-  EXPECT_EQ(report.verdict, "timed out") << report.log;
+  EXPECT_EQ(report.verdict, "stopped") << report.log;
   EXPECT_EQ(report.helper_exit_status, 0);
-  EXPECT_THAT(report.log, HasSubstr("Handling the Signal:15 received"));
+  EXPECT_EQ(report.slo_state, 0) << "an empty result is written all the same";
+  EXPECT_THAT(report.log, HasSubstr("Handling the Signal:" + std::to_string(number) + " received"));
 }
 
-class SignalTest : public EndingTest, public testing::WithParamInterface<int> {};
+INSTANTIATE_TEST_SUITE_P(All, SignalTest,
+                         testing::Combine(testing::Values(Moment::kLoading, Moment::kShown,
+                                                          Moment::kQuestion),
+                                          testing::Values(SIGHUP, SIGINT, SIGTERM)),
+                         [](const auto& info) {
+                           return kMomentNames[static_cast<int>(std::get<0>(info.param))] +
+                                  NameOf(std::get<1>(info.param));
+                         });
 
-TEST_P(SignalTest, WhileThePageIsShown) {
-  Subprocess program(DirectCommand(Request("/saml/never")));
-  WaitForForm();
-  program.Signal(GetParam());
-  const DirectReport report = DirectEnd(program, DataFolder());
-  EXPECT_EQ(report.exit_status, 0) << report.log;
-  EXPECT_EQ(report.document, kEmptyDocument);
-  EXPECT_THAT(report.log,
-              HasSubstr("Handling the Signal:" + std::to_string(GetParam()) + " received"));
-}
+class FirstMomentsTest : public EndingTest, public testing::WithParamInterface<int> {};
 
-TEST_P(SignalTest, InTheFirstMoments) {
+TEST_P(FirstMomentsTest, SignalIsNotLost) {
   for (const int milliseconds : {0, 30, 100, 250, 500}) {
-    Subprocess program(DirectCommand(Request("/saml/never")));
+    Subprocess program(DirectCommand(Request(kNever)));
     ASSERT_TRUE(WaitForLog(program.pid(), "got client"));
     std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
     program.Signal(GetParam());
@@ -69,60 +99,112 @@ TEST_P(SignalTest, InTheFirstMoments) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    All, SignalTest, testing::Values(SIGHUP, SIGINT, SIGTERM), [](const auto& info) {
-      return std::string(info.param == SIGHUP ? "Hup" : info.param == SIGINT ? "Int" : "Term");
-    });
+INSTANTIATE_TEST_SUITE_P(All, FirstMomentsTest, testing::Values(SIGHUP, SIGINT, SIGTERM),
+                         [](const auto& info) { return NameOf(info.param); });
+
+TEST_F(EndingTest, UserClosesTheWindow) {
+  Subprocess starter(SignsInAt(kNever));
+  WaitForForm();
+  EXPECT_EQ(display_->Run({"wmctrl", "-c", kFormTitle}).status, 0);
+  const StarterReport report = Report(starter);
+  EXPECT_EQ(report.verdict, "closed by user") << report.log;
+  EXPECT_EQ(report.slo_state, 0) << "an empty result is written all the same";
+}
+
+// The quit key works in the program's own windows; the browser's has none. It waits for the answer
+// to the question, and an acceptance does not undo it.
+TEST_F(EndingTest, UserQuits) {
+  UseUnknownAuthority();
+  Subprocess starter(SignsInAt(kNever, {}, true));
+  ASSERT_NE(display_->WaitForWindow("^Alert$", kPatience), "") << "no question";
+  const pid_t helper = HelperProcess();
+  PressUntil({"key", "alt+q"},
+             [&] { return LogOf(helper).find("so can't close browser") != std::string::npos; });
+  PressUntil({"key", "Return"}, [&] { return EndsWithin(helper, std::chrono::seconds(1)); });
+  EXPECT_EQ(Report(starter).verdict, "closed by user");
+}
+
+TEST_F(EndingTest, TimeLimitEndsTheStepInOrder) {
+  Subprocess starter(SignsInAt(kNever, {"--timeout", "4"}));
+  const StarterReport report = Report(starter);
+  EXPECT_EQ(report.verdict, "timed out") << report.log;
+  EXPECT_EQ(report.helper_exit_status, 0);
+  EXPECT_THAT(report.log, HasSubstr("Handling the Signal:15 received"));
+}
 
 TEST_F(EndingTest, CookiesGatheredBeforeASignalAreHandedBack) {
-  Subprocess program(DirectCommand(Request("/saml/never")));
+  Subprocess program(DirectCommand(Request(kNever)));
   WaitForForm();
-  // A wrong password: the form comes again, and with its request the provider's cookies.
-  display_->Xdotool({"type", "--delay", "20", "ada\twrong\n"});
-  ASSERT_TRUE(WaitForLog(program.pid(), "/sso/never/sign-in"));
+  // The form once more: with its request the provider's cookies are sent.
+  PressUntil({"key", "F5"}, [&] { return CookiesSentTo("/saml-never/sso").size() > 1; });
+  ASSERT_TRUE(WaitFor([&] {
+    const std::string log = LogOf(program.pid());
+    const std::string hook = "ProcessCookieResponse url:[http://idp.";
+    return log.find(hook) != log.rfind(hook);
+  }));
   program.Signal(SIGTERM);
   const DirectReport report = DirectEnd(program, DataFolder());
   EXPECT_THAT(report.document, HasSubstr("\"samlidpcookies\":\"IDPSESSION="));
 }
 
 TEST_F(EndingTest, SecondSignInWhileOneRuns) {
-  Subprocess first(NeverSignsIn());
+  Subprocess first(SignsInAt(kNever));
   WaitForForm();
-  const StarterReport second = Run({"saml-login", "/saml/ok?auto=1", kCookie, false, {}});
-  EXPECT_EQ(second.verdict, "signed in") << second.log;
+  Subprocess second(SignsInAt(kAutomatic));
+  EXPECT_EQ(Report(second).verdict, "signed in");
   EXPECT_FALSE(first.Wait(std::chrono::milliseconds(0))) << "the first one goes on";
   first.Signal(SIGTERM);
   EXPECT_EQ(Report(first).verdict, "stopped");
 }
 
 TEST_F(EndingTest, BrowserKilledInTheMiddle) {
-  Subprocess starter(NeverSignsIn());
+  Subprocess starter(SignsInAt(kNever));
   WaitForForm();
-  const pid_t browser = BrowserProcess();
-  ASSERT_GT(browser, 0);
-  kill(browser, SIGKILL);
+  ASSERT_EQ(BrowserProcesses("").size(), 1u);
+  kill(BrowserProcesses("")[0], SIGKILL);
   const StarterReport report = Report(starter);
-  EXPECT_EQ(report.verdict, "closed by user") << report.log;
+  EXPECT_EQ(report.verdict, "browser failed") << report.log;
+  EXPECT_THAT(report.detail, HasSubstr("Chromium has ended by itself"));
   EXPECT_EQ(report.helper_exit_status, 0);
+  EXPECT_EQ(report.slo_state, 0);
 }
 
-TEST_F(EndingTest, ProgramKilledLeavesNothing) {
-  Subprocess program(DirectCommand(Request("/saml/never")));
+// The user sees the browser's own page about it, with its button to reload.
+TEST_F(EndingTest, CrashedPageCanBeReloaded) {
+  Subprocess starter(SignsInAt(kByHand));
   WaitForForm();
-  program.Signal(SIGKILL);
-  const DirectReport report = DirectEnd(program, DataFolder());
-  EXPECT_EQ(report.signal, SIGKILL);
-  EXPECT_EQ(report.document, "");
+  ASSERT_FALSE(BrowserProcesses("renderer").empty());
+  for (const pid_t renderer : BrowserProcesses("renderer")) kill(renderer, SIGKILL);
+  PressUntil({"key", "Return"}, [&] { return CookiesSentTo("/saml-redirect/sso").size() > 1; });
+  // The keys stay with the button, so the user clicks into the first field.
+  const std::string window = display_->WaitForWindow(kFormTitle, kPatience);
+  PressUntil({"mousemove", "--window", window, "500", "234", "click", "--repeat", "3", "1", "sleep",
+              "0.3", "type", "--delay", "20", "ada\topen sesame\n"},
+             [&] { return !CookiesSentTo("/saml-redirect/acs").empty(); });
+  const StarterReport report = Report(starter);
+  EXPECT_EQ(report.verdict, "signed in") << report.log;
+  EXPECT_THAT(report.idp_cookies, HasSubstr("IDPSESSION="));
+}
+
+TEST_F(EndingTest, KilledProgramLeavesNothing) {
+  Subprocess starter(SignsInAt(kNever));
+  WaitForForm();
+  ASSERT_GT(HelperProcess(), 0);
+  kill(HelperProcess(), SIGKILL);
+  const StarterReport report = Report(starter);
+  EXPECT_EQ(report.verdict, "crashed");
+  EXPECT_EQ(report.slo_state, -1) << "nothing was written";
 }
 
 TEST_F(EndingTest, KilledStarterEndsTheStep) {
-  Subprocess starter(NeverSignsIn());
+  Subprocess starter(SignsInAt(kNever));
   WaitForForm();
   const pid_t helper = HelperProcess();
   ASSERT_GT(helper, 0);
   starter.Signal(SIGKILL);
   ASSERT_TRUE(EndsWithin(helper, kPatience));
   EXPECT_EQ(DirectEnd(starter, DataFolder()).document, kEmptyDocument);
+  EXPECT_THAT(LogOf(helper), HasSubstr("Handling the Signal:15 received"));
 }
 
 }  // namespace

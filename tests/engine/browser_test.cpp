@@ -151,6 +151,24 @@ TEST_F(BrowserTest, ShortcutsOpenNoFurtherBrowser) {
 }
 
 // A signal that arrives while the window is about to open must find it.
+TEST_F(BrowserTest, PageThatHasCrashedIsSetUpAgainByAReload) {
+  server_.Page("/page", "<title>up</title><script>console.log('here')</script>");
+  int titles = 0;
+  client_->on_title = [&](CefRefPtr<CefBrowser> browser, const std::string&) {
+    if (++titles == 2) browser->GetHost()->CloseBrowser(true);
+    if (titles != 1) return;
+    for (const int pid : DescendantsRunning("--type=renderer")) kill(pid, SIGKILL);
+    Post(
+        TID_UI, [browser] { browser->Reload(); }, 300);
+  };
+  Run(server_.Url("/page"));
+  EXPECT_EQ(client_->ResponsesFor("/page").size(), 2u) << "the hooks are asked";
+  EXPECT_THAT(client_->trace(), ::testing::Contains("console here").Times(2));
+  for (const auto& request : server_.RequestsFor("/page")) {
+    EXPECT_EQ(request.headers.count("sec-ch-ua"), 0u) << "the user agent is kept";
+  }
+}
+
 TEST_F(BrowserTest, SignalBeforeTheWindowWaitsForIt) {
   static CefRefPtr<RecordingClient> signalled;
   static CefRefPtr<CefBrowser> open;

@@ -13,8 +13,6 @@ using ::testing::IsEmpty;
 
 namespace {
 
-class ChromiumGoneTest : public EngineTest {};
-
 TEST(ChromiumStartTest, WithoutADisplayTheStartFailsInTimeAndSaysWhy) {
   const char* display = getenv("DISPLAY");
   const std::string former = display ? display : "";
@@ -33,20 +31,30 @@ TEST(ChromiumStartTest, WithoutADisplayTheStartFailsInTimeAndSaysWhy) {
   CefRunMessageLoop();
   EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(15));
   EXPECT_THAT(::testing::internal::GetCapturedStderr(),
-              ::testing::HasSubstr("Chromium could not be started"));
+              ::testing::HasSubstr("cef: Chromium could not be started"));
   EXPECT_FALSE(CefBrowserHost::CreateBrowser(CefWindowInfo(), nullptr, "", CefBrowserSettings(),
                                              nullptr, nullptr));
   EXPECT_THAT(DescendantsRunning(folder.path()), IsEmpty());
   if (display) setenv("DISPLAY", former.c_str(), 1);
 }
 
-// Last: no further test of this process would find a Chromium.
-TEST_F(ChromiumGoneTest, ARunEndsWhenChromiumIsKilled) {
+// Last: no further test of this process would find a Chromium, not even the other one.
+class ChromiumKilledTest : public EngineTest, public ::testing::WithParamInterface<bool> {};
+INSTANTIATE_TEST_SUITE_P(Closing, ChromiumKilledTest, ::testing::Bool());
+
+TEST_P(ChromiumKilledTest, ARunEndsAndSaysSoUnlessItWasEndingAnyway) {
+  static bool killed = false;
+  if (killed) GTEST_SKIP() << "needs a process of its own";
+  killed = true;
   server_.Page("/page", "<title>up</title>");
-  client_->on_title = [](CefRefPtr<CefBrowser>, const std::string&) {
+  client_->on_title = [](CefRefPtr<CefBrowser> browser, const std::string&) {
+    if (GetParam()) browser->GetHost()->CloseBrowser(true);
     for (const int pid : DescendantsRunning("--remote-debugging-pipe")) kill(pid, SIGKILL);
   };
+  ::testing::internal::CaptureStderr();
   Run(server_.Url("/page"));
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+            GetParam() ? "" : "cef: Chromium has ended by itself\n");
   EXPECT_THAT(client_->trace(), Contains("before-close 1"));
   EXPECT_EQ(client_->trace().back(), "before-close 1");
 
@@ -56,7 +64,7 @@ TEST_F(ChromiumGoneTest, ARunEndsWhenChromiumIsKilled) {
   Run(server_.Url("/page"));
   EXPECT_THAT(client_->trace(), IsEmpty());
   EXPECT_THAT(::testing::internal::GetCapturedStderr(),
-              ::testing::HasSubstr("No browser window could be opened"));
+              ::testing::HasSubstr("cef: no browser window could be opened"));
 }
 
 }  // namespace

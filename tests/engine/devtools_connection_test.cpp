@@ -92,6 +92,21 @@ TEST_F(DevToolsConnectionTest, RepliesAndEventsFindTheirReceivers) {
   EXPECT_THAT(events, ElementsAre("S:x", ":"));
 }
 
+// Also of a command whose reply nobody awaits; other errors do not count.
+TEST_F(DevToolsConnectionTest, TheFirstCommandThatIsNotKnownIsNamed) {
+  Open();
+  for (const char* method : {"A.refused", "A.unknown", "A.unknownAsWell"}) {
+    connection_.Send("", method);
+  }
+  std::promise<void> last;
+  connection_.Send("", "A.last", {},
+                   [&](const JsonValue*, const std::string&) { last.set_value(); });
+  Reply(R"({"id":1,"error":{"code":-32000}}|{"id":2,"error":{"code":-32601}}|)"
+        R"({"id":3,"error":{"code":-32601}}|{"id":4,"result":{}}|)");
+  ASSERT_EQ(last.get_future().wait_for(kLimit), std::future_status::ready);
+  EXPECT_EQ(connection_.UnknownCommand(), "A.unknown");
+}
+
 // Chromium stops reading while its own events are not taken; both sides would wait for ever.
 TEST_F(DevToolsConnectionTest, AFullPipeDoesNotStopTheReader) {
   std::promise<void> event;

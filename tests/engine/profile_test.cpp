@@ -146,6 +146,24 @@ TEST_F(ProfileTest, LocksOfTheDeadDoNotHinder) {
   ChromiumOn(profile->dir()).Call("Browser.getVersion");
 }
 
+TEST_F(ProfileTest, LocksOfAChromiumThatWasKilledGoWithTheProfile) {
+  VirtualDisplay display;
+  auto profile = Open(path_);
+  RawChromium chromium = ChromiumOn(path_);
+  chromium.Call("Browser.getVersion");
+  // Somebody else's is left alone.
+  profile.reset();
+  chromium.Call("Browser.getVersion");
+  EXPECT_TRUE(fs::is_symlink(path_ + "/SingletonLock"));
+  profile = Open(path_ + "2");
+  RawChromium killed = ChromiumOn(path_ + "2");
+  killed.Call("Browser.getVersion");
+  killed.process().Kill();
+  EXPECT_TRUE(fs::is_symlink(path_ + "2/SingletonLock"));
+  profile.reset();
+  EXPECT_FALSE(fs::is_symlink(path_ + "2/SingletonLock"));
+}
+
 TEST_F(ProfileTest, ARestartRightAfterAKillGetsTheSameFolder) {
   VirtualDisplay display;
   int ready[2];

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <functional>
 
 #include "GUI/cefBrowser/CefBrowserHandler.h"
 #include "GUI/cefBrowser/CertificateWarning.h"
@@ -18,11 +19,19 @@ namespace {
 
 using engine::MessageLoop;
 
-// Runs the loop for the turns that one posted task takes.
+// Runs the loop until there is a delegate, ten seconds at most; without a display for a moment.
 void TurnLoop() {
   MessageLoop& loop = MessageLoop::Get();
   loop.Init();
-  loop.PostDelayedTask([&] { loop.Quit(); }, 50);
+  int looks = 0;
+  const std::function<void()> look = [&] {
+    if (NSApp == nil || [NSApp delegate] != nil || ++looks == 200) {
+      loop.Quit();
+    } else {
+      loop.PostDelayedTask(look, 50);
+    }
+  };
+  loop.PostDelayedTask(look, 50);
   loop.Run();
 }
 

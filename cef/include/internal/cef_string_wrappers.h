@@ -119,29 +119,10 @@ class CefStringBase {
     string_ = str;
     owner_ = owner;
   }
-  // Takes the text over and frees `str`.
-  void AttachToUserFree(userfree_struct_type str) {
-    ClearAndFree();
-    if (str) Attach(str, true);
-  }
   void Detach() {
     string_ = nullptr;
     owner_ = false;
   }
-  // Hands the text to somebody who frees it; a copy of it when this object does not own it. Null
-  // for an empty string.
-  userfree_struct_type DetachToUserFree() {
-    if (empty()) return nullptr;
-    userfree_struct_type str = traits::userfree_alloc();
-    if (owner_) {
-      std::swap(*str, *string_);
-    } else {
-      traits::set(string_->str, string_->length, str, true);
-    }
-    ClearAndFree();
-    return str;
-  }
-
   // Set the text; empty input clears it. False when the input was not valid text.
   bool FromString(const char_type* src, size_t src_len, bool copy) {
     if (!src || src_len == 0) return ClearForEmpty();

@@ -25,8 +25,6 @@ int cef_time_from_timet(time_t time, cef_time_t* cef_time);
 int cef_time_to_doublet(const cef_time_t* cef_time, double* time);
 int cef_time_from_doublet(double time, cef_time_t* cef_time);
 int cef_time_now(cef_time_t* cef_time);
-// Milliseconds from the first moment to the second.
-int cef_time_delta(const cef_time_t* cef_time1, const cef_time_t* cef_time2, long long* delta);
 
 }  // extern "C"
 

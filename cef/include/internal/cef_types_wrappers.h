@@ -209,12 +209,6 @@ class CefTime : public CefStructBase<CefTextFieldTraits<cef_time_t>> {
     return time;
   }
   void Now() { cef_time_now(this); }
-  // Milliseconds from this moment to the other.
-  long long Delta(const CefTime& other) const {
-    long long delta = 0;
-    cef_time_delta(this, &other, &delta);
-    return delta;
-  }
 };
 
 #endif  // CEF_INCLUDE_INTERNAL_CEF_TYPES_WRAPPERS_H_

@@ -76,11 +76,3 @@ int cef_time_now(cef_time_t* cef_time) {
   return FromMilliseconds(std::chrono::duration_cast<std::chrono::milliseconds>(now).count(),
                           cef_time);
 }
-
-int cef_time_delta(const cef_time_t* cef_time1, const cef_time_t* cef_time2, long long* delta) {
-  long long from = 0;
-  long long to = 0;
-  if (!delta || !ToMilliseconds(cef_time1, from) || !ToMilliseconds(cef_time2, to)) return 0;
-  *delta = to - from;
-  return 1;
-}

@@ -1,0 +1,51 @@
+#import <AppKit/AppKit.h>
+#import <GNUstepGUI/GSDisplayServer.h>
+#include <X11/Xlib.h>
+#include <poll.h>
+
+#include "platform/DisplayLoss.h"
+
+namespace {
+
+void (*g_lost)() = nullptr;
+
+int OnLost(Display*) {
+  if (g_lost) g_lost();
+  return 0;
+}
+
+// Xlib's own would exit; returning makes the call that has failed, and all later ones, do nothing.
+void GoOn(Display*, void*) {}
+
+Display* Connection() { return static_cast<Display*>([GSCurrentServer() serverDevice]); }
+
+}  // namespace
+
+void WatchDisplay(void (*lost)()) {
+  Display* display = Connection();
+  if (!display) return;
+  g_lost = lost;
+  XSetIOErrorHandler(OnLost);
+  XSetIOErrorExitHandler(display, GoOn, nullptr);
+}
+
+bool DisplayHasGone() {
+  Display* display = Connection();
+  if (!display) return false;
+  pollfd connection = {ConnectionNumber(display), POLLRDHUP, 0};
+  return poll(&connection, 1, 0) > 0;
+}
+
+void LeaveDisplay() {
+  Display* display = Connection();
+  if (!display) return;
+  // A descriptor at its end is always ready: the run loop would never rest again.
+  void* const descriptor =
+      reinterpret_cast<void*>(static_cast<intptr_t>(ConnectionNumber(display)));
+  NSString* const modes[] = {NSDefaultRunLoopMode, NSModalPanelRunLoopMode,
+                             NSEventTrackingRunLoopMode, NSConnectionReplyMode};
+  for (NSString* mode : modes) {
+    [[NSRunLoop currentRunLoop] removeEvent:descriptor type:ET_RDESC forMode:mode all:YES];
+  }
+  [GSDisplayServer setCurrentServer:nil];
+}

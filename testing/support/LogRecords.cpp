@@ -1,0 +1,55 @@
+#include "testing/support/LogRecords.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <regex>
+#include <sstream>
+
+namespace {
+
+constexpr char kLineEnd[] = "\r\n";
+constexpr size_t kHeaderSize = 9;  // "00106,09 "
+// Longer ones are cut when they are written, while their header keeps the uncut length.
+constexpr size_t kLongestWhole = 4036;
+
+std::string ReadFrom(const std::string& path, size_t begin) {
+  std::ifstream file(path, std::ios::binary | std::ios::ate);
+  if (!file) return "";
+  file.seekg(static_cast<std::streamoff>(file.tellg()) < static_cast<std::streamoff>(begin)
+                 ? 0
+                 : static_cast<std::streamoff>(begin));
+  std::ostringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
+pid_t ProcessOf(const std::string& record) {
+  static const std::regex mark(R"(^\S+ \S+ \d \S+ \S+ \S+ p(\d+) t)");
+  std::smatch found;
+  return std::regex_search(record, found, mark) ? std::atoi(found[1].str().c_str()) : 0;
+}
+
+}  // namespace
+
+std::vector<LogRecord> ReadLog(const std::string& path, size_t begin, std::string* fault) {
+  const std::string all = ReadFrom(path, begin);
+  std::vector<LogRecord> records;
+  if (fault) fault->clear();
+  for (size_t at = 0; at + kHeaderSize < all.size();) {
+    const size_t length = std::strtoul(all.substr(at, 5).c_str(), nullptr, 10);
+    const size_t body = at + kHeaderSize;
+    const bool cut = length > kLongestWhole;
+    if (!cut && body + length > all.size()) break;
+    const size_t end = cut ? all.find(kLineEnd, body) : body + length - 2;
+    if (end == std::string::npos) break;
+    LogRecord record{0, all.substr(body, end - body)};
+    record.process = ProcessOf(record.text);
+    if (length < 2 || all.compare(end, 2, kLineEnd) != 0 || record.process == 0) {
+      if (fault) *fault = "broken record at byte " + std::to_string(at) + ": " + record.text;
+      break;
+    }
+    records.push_back(std::move(record));
+    at = end + 2;
+  }
+  return records;
+}

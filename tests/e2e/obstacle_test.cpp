@@ -1,0 +1,262 @@
+// What a user's machine puts in the way: a step gets round it, or says in one line what it was.
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <stdexcept>
+
+#include "libs/kxaccess/InstallPaths.h"
+#include "tests/e2e/E2eTest.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr char kSignIn[] = "/saml-redirect/start?auto=1";
+constexpr char kNever[] = "/saml-never/start";
+constexpr char kBrowserFailed[] = "browser failed";
+constexpr char kFormTitle[] = "Sign in to your account";
+
+// Runs in a mount namespace of the test's own.
+class ObstacleTest : public E2eTest {
+ protected:
+  static std::vector<std::string> Unshare() {
+    if (geteuid() == 0) return {"unshare", "--mount"};
+    return {"unshare", "--user", "--map-root-user", "--mount"};
+  }
+
+  void SetUp() override {
+    Subprocess::Command probe;
+    probe.arguments = Unshare();
+    probe.arguments.insert(probe.arguments.end(), {"mount", "--bind", "/usr/bin", "/usr/bin"});
+    if (RunToEnd(probe, kPatience).exit_status != 0) GTEST_SKIP() << "no mount namespaces here";
+  }
+
+  // A command after the shell lines of `script`, to which $data is the data folder, $away an empty
+  // one, and "chromium FILE" puts a file in the place of every Chromium.
+  Subprocess::Command After(const std::string& script, Subprocess::Command command) const {
+    constexpr char kFunctions[] =
+        "chromium() {\n"
+        "  for file in /usr/lib/chromium/chromium /usr/lib*/chromium-browser/chromium-browser \\\n"
+        "      /usr/{,local/}bin/{chromium{,-browser},google-chrome} /opt/google/chrome/chrome; "
+        "do\n"
+        "    [ ! -e $file ] || mount --bind \"$1\" \"$(realpath $file)\"\n"
+        "  done\n"
+        "}\n";
+    std::filesystem::create_directories(home_.file("away"));
+    if (command.program.empty()) command.program = command.arguments[0];
+    std::vector<std::string> arguments = Unshare();
+    arguments.insert(
+        arguments.end(),
+        {"/bin/bash", "-ec", kFunctions + script + "\nexec -a \"$0\" \"$program\" \"$@\""});
+    arguments.insert(arguments.end(), command.arguments.begin(), command.arguments.end());
+    command.environment["program"] = command.program;
+    command.environment["data"] = DataFolder();
+    command.environment["away"] = home_.file("away");
+    command.environment["stage"] = InstallPaths::kRoot;
+    command.environment["fake"] = EB_FAKE_CHROMIUM;
+    command.arguments = arguments;
+    command.program.clear();
+    return command;
+  }
+  Subprocess::Command SignsInAfter(const std::string& script) const {
+    return After(script, StarterCommand({"saml-login", kSignIn, "KXSAMLEMBID=launch", false, {}}));
+  }
+};
+
+struct Obstacle {
+  const char* name;
+  const char* script;
+  const char* verdict;
+  const char* detail = "";  // how the verdict's detail begins
+};
+
+class ManyObstaclesTest : public ObstacleTest, public testing::WithParamInterface<Obstacle> {};
+
+TEST_P(ManyObstaclesTest, AreOvercomeOrNamed) {
+  const auto begin = std::chrono::steady_clock::now();
+  Subprocess starter(SignsInAfter(GetParam().script));
+  const StarterReport report = Report(starter);
+  EXPECT_EQ(report.verdict, GetParam().verdict) << report.log << report.err;
+  EXPECT_THAT(report.detail, StartsWith(GetParam().detail));
+  EXPECT_EQ(report.helper_exit_status, 0);
+  if (report.verdict == "signed in") {
+    EXPECT_THAT(report.idp_cookies, HasSubstr("IDPSESSION="));
+    return;
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+  EXPECT_TRUE(box_->requests().empty()) << "no page was opened";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, ManyObstaclesTest,
+    testing::Values(
+        Obstacle{"SharedMemorySmall", "mount -t tmpfs -o size=64k none /dev/shm", "signed in"},
+        Obstacle{"DataFolderTiny", "mount -t tmpfs -o size=64k none \"$data\"", "signed in"},
+        Obstacle{"RoomNowhere",
+                 "for full in \"$data\" \"$TMPDIR\"; do mount -t tmpfs -o size=64k none \"$full\"\n"
+                 "head -c 64k /dev/zero >\"$full/big\" 2>/dev/null || true; done",
+                 kBrowserFailed, "Chromium could not be started: cannot write "},
+        Obstacle{"DataFolderMissing", "rm -r \"$HOME/Library\"", "signed in"},
+        Obstacle{"DataFolderReadOnly",
+                 "mount --bind \"$data\" \"$data\"\nmount -o remount,ro,bind \"$data\"",
+                 "signed in"},
+        Obstacle{"ProfileReadOnly",
+                 "mkdir \"$data/cef\"; mount --bind \"$data/cef\" \"$data/cef\"\n"
+                 "mount -o remount,ro,bind \"$data/cef\"",
+                 "signed in"},
+        Obstacle{"LockOfAnotherHost",
+                 "mkdir -m 700 \"$data/cef\"; ln -s otherhost-123 \"$data/cef/SingletonLock\"",
+                 "signed in"},
+        Obstacle{"DisplayMissing", "unset DISPLAY WAYLAND_DISPLAY", kBrowserFailed,
+                 "Chromium could not be started: "},
+        Obstacle{"DisplayDead", "export DISPLAY=:4242", kBrowserFailed,
+                 "Chromium could not be started: "},
+        Obstacle{"ChromiumMissing", "chromium /dev/null", kBrowserFailed,
+                 "Chromium could not be started: Chromium is not installed"},
+        Obstacle{"ChromiumTooOld", "export FAKE_CHROMIUM=old; chromium \"$fake\"", kBrowserFailed,
+                 "Chromium could not be started: Chromium/40.0.2214.10 is too old: it does not "
+                 "know Fetch.enable"},
+        Obstacle{"ChromiumHangs", "export FAKE_CHROMIUM=silent; chromium \"$fake\"", kBrowserFailed,
+                 "Chromium could not be started: it does not answer"},
+        Obstacle{"WindowDoesNotCome", "export FAKE_CHROMIUM=windowless; chromium \"$fake\"",
+                 kBrowserFailed, "no browser window could be opened: "}),
+    [](const auto& info) { return info.param.name; });
+
+TEST_F(ObstacleTest, ASignalEndsTheWaitForChromium) {
+  Subprocess starter(SignsInAfter("export FAKE_CHROMIUM=silent; chromium \"$fake\""));
+  ASSERT_TRUE(WaitFor([&] { return !BrowserProcesses("").empty(); }));
+  const auto begin = std::chrono::steady_clock::now();
+  starter.Signal(SIGTERM);
+  const StarterReport report = Report(starter);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(4));
+  EXPECT_EQ(report.verdict, "stopped") << report.log;
+  EXPECT_EQ(report.helper_exit_status, 0);
+  EXPECT_EQ(report.slo_state, 0) << "an empty result is written all the same";
+  EXPECT_THAT(report.log, HasSubstr("Handling the Signal:15 received"));
+}
+
+TEST_F(ObstacleTest, WithoutHomeTheTemporaryFolderServes) {
+  // Another /tmp, in which the build and the display's socket keep their places.
+  Subprocess program(
+      After("for keep in /tmp/.X11-unix \"$stage\" \"$program\"; do case $keep in /tmp/*)\n"
+            "  to=\"$away/${keep#/tmp/}\"\n"
+            "  if [ -d \"$keep\" ]; then mkdir -p \"$to\"; else mkdir -p \"${to%/*}\"; touch "
+            "\"$to\"; fi\n"
+            "  mount --rbind \"$keep\" \"$to\";; esac; done\n"
+            "unset HOME TMPDIR\nmount --rbind \"$away\" /tmp\n",
+            DirectCommand(Request(kSignIn))));
+  const DirectReport report = DirectEnd(program, home_.file("away"));
+  EXPECT_EQ(report.exit_status, 0) << report.err;
+  EXPECT_THAT(report.document, HasSubstr("\"postauthcookie\":\"KXSAMLEBSTATEID=")) << report.log;
+}
+
+TEST_F(E2eTest, DataFolderCannotBeMade) {
+  Subprocess::Command command = DirectCommand(Request(kSignIn));
+  command.environment["HOME"] = home_.write("file", "") + "/home";
+  const DirectReport report = RunDirectly(command);
+  EXPECT_EQ(report.exit_status, 0) << report.err;
+  EXPECT_THAT(report.log, HasSubstr("Failed to attach shared memory"));
+}
+
+TEST_F(E2eTest, DeveloperPortTaken) {
+  GatewayBox::Options options;
+  options.port = 8088;
+  std::unique_ptr<GatewayBox> other;
+  try {
+    other = std::make_unique<GatewayBox>(options);
+  } catch (const std::runtime_error&) {
+    // Another test's run has it already.
+  }
+  const StarterReport report = Run({"saml-login", kSignIn, "KXSAMLEMBID=launch", false, {}});
+  EXPECT_EQ(report.verdict, "signed in") << report.log;
+}
+
+// What happens in the middle, while the page is shown or the user is asked about a certificate.
+struct Mishap {
+  enum What { kDisplayGoes, kPageCrashes, kChromiumHangs, kChromiumIsKilled };
+  const char* name;
+  What what;
+  bool question;
+  const char* verdict;
+  const char* detail;
+};
+
+class MishapTest : public E2eTest, public testing::WithParamInterface<Mishap> {};
+
+TEST_P(MishapTest, LeadsToAnEndInOrder) {
+  const Mishap& mishap = GetParam();
+  if (mishap.question) {
+    GatewayBox::Options options;
+    options.certificate = CertificateKind::kUnknownAuthority;
+    options.certificate_for = "gateway";
+    box_ = std::make_unique<GatewayBox>(options);
+    TrustBox();
+  }
+  Subprocess starter(
+      StarterCommand({"saml-login", kNever, "KXSAMLEMBID=launch", mishap.question, {}}));
+  ASSERT_NE(display_->WaitForWindow(mishap.question ? "^Alert$" : kFormTitle, kPatience), "");
+  const bool crash = mishap.what == Mishap::kPageCrashes;
+  const int signal = mishap.what == Mishap::kChromiumHangs ? SIGSTOP : SIGKILL;
+  const auto begin = std::chrono::steady_clock::now();
+  if (mishap.what == Mishap::kDisplayGoes) {
+    display_.reset();
+  } else {
+    for (const pid_t process : BrowserProcesses(crash ? "renderer" : "")) kill(process, signal);
+  }
+  // A hanging one ends with the step, a dead page with its window; reloading is another test's.
+  if (mishap.what == Mishap::kChromiumHangs) starter.Signal(SIGTERM);
+  EXPECT_TRUE(WaitFor([&] {
+    if (crash) display_->Run({"wmctrl", "-c", kFormTitle});
+    return starter.Wait(std::chrono::milliseconds(300)).has_value();
+  }));
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(6));
+  const StarterReport report = Report(starter);
+  EXPECT_EQ(report.verdict, mishap.verdict) << report.log << report.err;
+  EXPECT_THAT(report.detail, StartsWith(mishap.detail));
+  EXPECT_EQ(report.helper_exit_status, 0);
+  EXPECT_EQ(report.slo_state, 0) << "the result is written";
+}
+
+constexpr char kDisplayGone[] = "the display has gone";
+INSTANTIATE_TEST_SUITE_P(
+    All, MishapTest,
+    testing::Values(Mishap{"DisplayGoes", Mishap::kDisplayGoes, false, kBrowserFailed,
+                           kDisplayGone},
+                    Mishap{"DisplayGoesUnderAQuestion", Mishap::kDisplayGoes, true, kBrowserFailed,
+                           kDisplayGone},
+                    Mishap{"PageCrashes", Mishap::kPageCrashes, false, "closed by user", ""},
+                    Mishap{"ChromiumHangs", Mishap::kChromiumHangs, false, "stopped", ""},
+                    Mishap{"ChromiumIsKilledUnderAQuestion", Mishap::kChromiumIsKilled, true,
+                           kBrowserFailed, "Chromium has ended by itself"}),
+    [](const auto& info) { return info.param.name; });
+
+TEST_F(E2eTest, RequestsThatCannotBeUsed) {
+  const std::string tail = R"(,"url":"http://gateway.localhost/","cookie":"")";
+  const std::string slo = R"(,"samlslourltoclearcookies":"")";
+  const struct {
+    std::string request;
+    int status;
+    const char* log;
+  } cases[] = {
+      {"{", 255, " parse error"},
+      {EB_PROGRAM, 255, " parse error"},
+      {"[]", 255, " document is corrupted"},
+      {"{\"browsertype\":\"1\"" + tail + slo + "}", 255, " no object 'browsertype'"},
+      {R"({"browsertype":1,"cookie":"")" + slo + "}", 255, " no object 'url'"},
+      {R"({"browsertype":1,"url":"")" + slo + "}", 255, " no object 'cookie' "},
+      {"{\"browsertype\":3" + tail + "}", 255, "No object 'samlslourltoclearcookies'"},
+      {"{\"browsertype\":0" + tail + slo + "}", 0, "Browser type requested 0"},
+      {"{\"browsertype\":4" + tail + slo + "}", 0, "Browser type requested 4"},
+  };
+  for (const auto& entry : cases) {
+    const DirectReport report = RunDirectly(DirectCommand(entry.request));
+    EXPECT_EQ(report.exit_status, entry.status) << entry.request;
+    EXPECT_THAT(report.log, HasSubstr(entry.log));
+    EXPECT_EQ(report.document, "");
+    EXPECT_TRUE(box_->requests().empty()) << "no page was opened";
+  }
+}
+
+}  // namespace

@@ -1,0 +1,155 @@
+#include "tools/doctor/Problems.h"
+
+#include <stdexcept>
+
+namespace doctor {
+
+namespace {
+
+// Verdicts, as embedded-browser-start prints them.
+constexpr char kSignedIn[] = "signed in";
+constexpr char kNotStarted[] = "not started";
+constexpr char kRefused[] = "refused";
+constexpr char kClosedByUser[] = "closed by user";
+constexpr char kTimedOut[] = "timed out";
+constexpr char kNothingWritten[] = "nothing written";
+constexpr char kCrashed[] = "crashed";
+constexpr char kStopped[] = "stopped";
+constexpr char kUnreadable[] = "unreadable result";
+constexpr char kBrowserFailed[] = "browser failed";
+
+const std::vector<Problem> kProblems = {
+    {"program", true, "Signing in does nothing at all",
+     "The program is missing, may not be executed, or lacks a shared library",
+     "Install the program again, and the library that is named with the system's package manager",
+     kNotStarted},
+    {"catalogs", true, "Signing in does nothing at all",
+     "A text catalog is missing or damaged; without the English ones the program ends at once",
+     "Install the program again; a catalog must be UTF-8 and begin with the byte-order mark",
+     kNothingWritten},
+    {"catalog-encoding", true, "A text of a question is cut off in its middle",
+     "A text catalog was saved in another encoding than UTF-8",
+     "Save the file as UTF-8 with byte-order mark, or install the program again", kSignedIn},
+    {"main-menu", true, "The shortcut for quitting does nothing", "The program's menu is missing",
+     "Install the program again", kSignedIn},
+    {"framework", true, "Signing in does nothing at all",
+     "The browser framework is missing, damaged, or of another version than the program",
+     "Install program and framework again, from the same package", kNothingWritten},
+    {"temporary-folder", true, "No window appears",
+     "The folder for temporary files cannot be written, or its disk is full",
+     "Make room there, or let TMPDIR name a folder that you can write", kBrowserFailed},
+    {"chromium", true, "No window appears", "No Chromium is installed at one of the usual places",
+     "Install the package chromium", kBrowserFailed},
+    {"chromium-start", true, "No window appears, not even after a quarter of a minute",
+     "Chromium does not start or does not answer",
+     "Start chromium in a terminal and see what it says; install it again", kBrowserFailed},
+    {"chromium-calls", true, "No window appears, or the window never finishes",
+     "Chromium is too old, or too new: it does not know a command that is needed",
+     "Update the package chromium", kBrowserFailed},
+    {"display", true, "No window appears", "There is no X display, or it does not let you in",
+     "Sign in from a graphical session; under Wayland install XWayland; over ssh use ssh -X; see "
+     "that DISPLAY and XAUTHORITY are those of the session",
+     kBrowserFailed},
+    {"home", true, "Signing in does nothing, or I signed in and nothing happened",
+     "HOME is unset or wrong, so that program and client look for the result in different places",
+     "Set HOME to your home folder for the client that starts the program", kNotStarted},
+    {"data-folder", true, "I signed in and nothing happened, or I have to sign in every time",
+     "The data folder below your home cannot be made or used",
+     "Remove what stands in its place; make the folder your own and writable for you alone",
+     kNotStarted},
+    {"disk-space", true, "I have to type my password every time",
+     "The disk with your home folder is nearly full, so that the browser keeps nothing",
+     "Make room", kSignedIn},
+    {"profile", true, "I have to type my password every time",
+     "The browser's profile folder cannot be used, so each run has an empty one of its own",
+     "Remove the folder, or make it your own and writable for you alone", kSignedIn},
+    {"profile-lock", true, "I have to sign in again after using another computer",
+     "A browser on another computer uses the same home folder, or died there; a run here takes the "
+     "profile over",
+     "Sign in on one computer at a time; if nobody signs in elsewhere, nothing is to be done",
+     kSignedIn},
+    {"other-sign-in", true, "I have to type my password although I am signed in",
+     "Another sign-in is going on; a second one has an empty profile of its own",
+     "Finish the other sign-in first", kSignedIn},
+    {"return-segment", true, "I signed in and nothing happened",
+     "The shared memory for the result belongs to another user",
+     "Let that user, or root, remove it: ipcrm -m NUMBER", kNotStarted},
+    {"return-segment-size", true, "I signed in and nothing happened",
+     "The shared memory for the result has the wrong size; embedded-browser-start replaces it, "
+     "other callers may not",
+     "Remove it: ipcrm -m NUMBER", kSignedIn},
+    {"shared-memory-limit", true, "I signed in and nothing happened",
+     "The system's limit of shared-memory segments is reached, or nearly",
+     "Remove what is left over (ipcs -m shows it), or raise kernel.shmmni", kNothingWritten},
+    {"semaphore-limit", true, "The log stays empty",
+     "The system's limit of semaphores is reached, or nearly",
+     "Remove what is left over (ipcs -s shows it), or raise kernel.sem", kSignedIn},
+    {"shared-memory-folder", true, "Pages are slow",
+     "/dev/shm is too small, as in many containers; the browser uses temporary files instead",
+     "Give the container more: --shm-size=256m", kSignedIn},
+    {"log-folder", true, "There is no log", "Neither log folder exists or can be made",
+     "Let root make the machine's log folder, or make your home folder writable", kSignedIn},
+    {"log-file", true, "There is no log of my sign-in",
+     "The log file is another user's and not writable for all, or not a plain file",
+     "Let its owner, or root, set its mode to 0666, or remove it", kSignedIn},
+    {"log-lock", true, "Signing in does nothing, and never ends",
+     "A process stopped while it held the log's lock, so that all others wait for it",
+     "End the process that is named; if it is gone: ipcrm -s NUMBER", kTimedOut},
+    {"log-control-block", true, "There is no log of my sign-in",
+     "The log's control block was made by another user whose umask, or a rule of the system, keeps "
+     "you out, or it holds something else",
+     "Let that user, or root, remove the file, or set its mode to 0666", kSignedIn},
+    {"developer-port", true, "The developer tools show somebody else's pages",
+     "Port 8088 is taken; signing in does not need it", "Nothing, or end the process that is named",
+     kSignedIn},
+    {"process-limits", true, "Pages crash, or no window appears",
+     "A limit of your session (see ulimit -a) is lower than a browser needs",
+     "Raise the limit that is named", kBrowserFailed},
+
+    {"display-lost", false, "The window vanished, and the session with it",
+     "The X server ended in the middle", "Sign in again; what had been gathered is not lost",
+     kBrowserFailed},
+    {"chromium-ended", false, "The window vanished",
+     "Chromium crashed, was killed, or the system ran out of memory",
+     "Sign in again; if it happens again, look for \"Out of memory\" in the system's log",
+     kBrowserFailed},
+    {"page-crashed", false, "The window shows a crashed page", "The process of the page has died",
+     "Reload the page, or close the window and sign in again", kClosedByUser},
+    {"certificate-refused", false, "The window closed after a question about a certificate",
+     "The question was answered with no, or there was no display to ask it on",
+     "Compare the address; if it is right, let your administrator mend the certificate",
+     kClosedByUser},
+    {"window-closed", false, "The client says that the window was closed",
+     "The window was closed before the last page had come", "Sign in again", kClosedByUser},
+    {"time-limit", false, "The window closed while I was typing",
+     "The client's time limit for a sign-in has passed",
+     "Sign in again without delay; with embedded-browser-start use --timeout", kTimedOut},
+    {"account-refused", false, "I signed in, and the client says that I am refused",
+     "The identity provider knows the account, but the gateway does not let it in",
+     "Use another account, or ask your administrator", kRefused},
+    {"starter-killed", false, "The window vanished with the client",
+     "The client, or embedded-browser-start, was ended; the program ends with it",
+     "Start the client again; nothing is left behind", kStopped},
+    {"program-crashed", false, "The window vanished",
+     "The program was ended by a signal that it could not answer",
+     "Report it, with the end of the log", kCrashed},
+    {"result-cut", false, "I am signed in, but logging out asks for a password",
+     "The result did not fit into 4096 bytes, so the identity provider's cookies were dropped",
+     "Nothing; the log says \"dropping the IdP cookies\"", kSignedIn},
+    {"result-damaged", false, "I signed in and the client reports a damaged result",
+     "Something else writes into the same shared memory, or the client is of another version",
+     "Let one client run at a time; install client and program again", kUnreadable},
+};
+
+}  // namespace
+
+const std::vector<Problem>& AllProblems() { return kProblems; }
+
+const Problem& ProblemOf(const std::string& id) {
+  for (const Problem& problem : kProblems) {
+    if (problem.id == id) return problem;
+  }
+  throw std::logic_error("no such problem: " + id);
+}
+
+}  // namespace doctor

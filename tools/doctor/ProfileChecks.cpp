@@ -1,0 +1,86 @@
+// The browser's profile folder and who uses it.
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+
+#include "GUI/cefBrowser/RunPaths.h"
+#include "cef/chromium/AppWindow.h"
+#include "tools/doctor/Checks.h"
+#include "tools/doctor/Looks.h"
+
+namespace doctor {
+
+namespace {
+
+std::string ProfileFolder() { return RunPaths::FromEnvironment().browser_data; }
+
+// Who has locked the profile: Chromium leaves a link to "host-process".
+struct Owner {
+  std::string host;
+  pid_t process = 0;
+};
+
+Owner LockOwner() {
+  std::error_code none;
+  const std::string target =
+      std::filesystem::read_symlink(ProfileFolder() + "/SingletonLock", none);
+  const size_t dash = target.rfind('-');
+  if (dash == std::string::npos) return {};
+  return {target.substr(0, dash), std::atoi(target.c_str() + dash + 1)};
+}
+
+std::string HostName() {
+  char name[256] = "";
+  gethostname(name, sizeof name - 1);
+  return name;
+}
+
+}  // namespace
+
+Finding CheckProfile() {
+  if (!getenv("HOME")) return Ok("profile", "not looked at without HOME");
+  const std::string folder = ProfileFolder();
+  struct stat link, info;
+  if (lstat(folder.c_str(), &link) != 0) return Ok("profile", folder + " will be made");
+  if (stat(folder.c_str(), &info) != 0 || !S_ISDIR(info.st_mode)) {
+    return Warning("profile", folder + " is not a folder");
+  }
+  if (link.st_uid != geteuid() || info.st_uid != geteuid()) {
+    const uid_t owner = link.st_uid != geteuid() ? link.st_uid : info.st_uid;
+    return Warning("profile", folder + " belongs to the user " + UserName(owner));
+  }
+  if ((info.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
+    return Warning("profile", folder + " can be written by others");
+  }
+  if (access(folder.c_str(), R_OK | W_OK | X_OK) != 0) {
+    return Warning("profile", folder + " cannot be written: " + strerror(errno));
+  }
+  return Ok("profile", folder);
+}
+
+Finding CheckProfileLock() {
+  const Owner owner = LockOwner();
+  if (owner.host.empty()) return Ok("profile-lock", "none");
+  if (owner.host != HostName()) {
+    return Warning("profile-lock", "locked by a browser on the computer " + owner.host +
+                                       ", or on this one under that name");
+  }
+  if (IsAlive(owner.process)) return Ok("profile-lock", "held by " + ProcessText(owner.process));
+  return Ok("profile-lock", "left by a browser that has died; the next run removes it");
+}
+
+Finding CheckOtherSignIn() {
+  bool busy = false;
+  const int connection = engine::ConnectToChromium(ProfileFolder(), &busy);
+  if (connection >= 0) close(connection);
+  if (!busy) return Ok("other-sign-in", "none");
+  const Owner owner = LockOwner();
+  return Warning("other-sign-in", "the profile is in use by " + ProcessText(owner.process));
+}
+
+}  // namespace doctor

@@ -1,0 +1,79 @@
+// Looks at everything that a run of the program needs: see --help.
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "tools/doctor/Checks.h"
+#include "tools/doctor/Report.h"
+
+namespace {
+
+constexpr int kWrongUsage = 3;
+
+constexpr char kHelp[] =
+    R"(embedded-browser-doctor: looks at everything that a sign-in needs, and changes nothing.
+
+  --json      print findings as one JSON object
+  --list      print the list of all known problems and what to do about them
+  --markdown  print that list as README has it
+  --help      print this
+
+Run it as the user who signs in, in the session in which the window is to appear.
+Prints one line for each thing looked at, and advice where something is wrong.
+Exit status:
+   0 all is well
+   1 a sign-in works, but something is odd
+   2 a sign-in does not work
+   3 wrong usage
+)";
+
+// Threads of checks that gave no answer may still run, so nothing is destroyed.
+[[noreturn]] void End(int status) {
+  if (std::fflush(stdout) != 0) status = std::max(status, 1);
+  _exit(status);
+}
+
+int RunAll(bool json) {
+  const bool marks = isatty(STDOUT_FILENO);
+  std::vector<doctor::Finding> findings;
+  doctor::Severity overall = doctor::Severity::kOk;
+  for (const doctor::Check& check : doctor::AllChecks()) {
+    findings.push_back(doctor::Run(check));
+    overall = std::max(overall, findings.back().severity);
+    if (json) continue;
+    std::fputs(doctor::FindingText(findings.back(), marks).c_str(), stdout);
+    std::fflush(stdout);
+  }
+  std::fputs(
+      json ? doctor::FindingsJson(findings, overall).c_str() : doctor::OverallText(overall).c_str(),
+      stdout);
+  return static_cast<int>(overall);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::signal(SIGPIPE, SIG_IGN);
+  const std::string option = argc > 1 ? argv[1] : "";
+  if (argc > 2 || (argc == 2 && option != "--json" && option != "--list" &&
+                   option != "--markdown" && option != "--help" && option != "-h")) {
+    std::fprintf(stderr, "embedded-browser-doctor: unknown argument %s (see --help)\n",
+                 argc > 2 ? argv[2] : argv[1]);
+    return kWrongUsage;
+  }
+  if (option == "--help" || option == "-h") {
+    std::fputs(kHelp, stdout);
+  } else if (option == "--list") {
+    std::fputs(doctor::ProblemsText().c_str(), stdout);
+  } else if (option == "--markdown") {
+    std::fputs(doctor::ProblemsMarkdown().c_str(), stdout);
+  } else {
+    End(RunAll(option == "--json"));
+  }
+  End(0);
+}

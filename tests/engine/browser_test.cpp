@@ -150,7 +150,6 @@ TEST_F(BrowserTest, ShortcutsOpenNoFurtherBrowser) {
   EXPECT_THAT(Lives(), ElementsAre("created 1", "do-close 1", "before-close 1"));
 }
 
-// A signal that arrives while the window is about to open must find it.
 TEST_F(BrowserTest, PageThatHasCrashedIsSetUpAgainByAReload) {
   server_.Page("/page", "<title>up</title><script>console.log('here')</script>");
   int titles = 0;
@@ -169,6 +168,7 @@ TEST_F(BrowserTest, PageThatHasCrashedIsSetUpAgainByAReload) {
   }
 }
 
+// A signal that arrives while the window is about to open must find it.
 TEST_F(BrowserTest, SignalBeforeTheWindowWaitsForIt) {
   static CefRefPtr<RecordingClient> signalled;
   static CefRefPtr<CefBrowser> open;

@@ -197,11 +197,16 @@ TEST_F(Starter, HelperEndsWhenItsCallerIsKilled) {
   while (wait(nullptr) > 0) continue;
 }
 
+ptrdiff_t OpenDescriptors() {
+  return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+}
+
 TEST_F(Starter, StepsOfOneProcessRunAndStopEachByItself) {
+  const ptrdiff_t descriptors = OpenDescriptors();
   const TempDir other;
-  StopSwitch stop;
+  std::optional<StopSwitch> stop(std::in_place);
   Settings lingering = Step("linger"), quick = Step("result");
-  lingering.stop = &stop;
+  lingering.stop = &*stop;
   quick.home = other.path();
   quick.request.cookie = kSignedIn;
   auto lingers = std::async(std::launch::async, [&] { return RunStep(lingering); });
@@ -209,13 +214,15 @@ TEST_F(Starter, StepsOfOneProcessRunAndStopEachByItself) {
   const Outcome outcome = RunStep(quick);
   EXPECT_EQ(outcome.verdict, Verdict::kSignedIn);
   EXPECT_EQ(outcome.data.value_or(ReturnData()).post_auth_cookie, "KXSAMLEBSTATEID=1");
-  stop.Stop(SIGHUP);
+  stop->Stop(SIGHUP);
   EXPECT_EQ(lingers.get().verdict, Verdict::kStopped);
-  stop.Stop();
+  stop->Stop();
   EXPECT_EQ(RunStep(lingering).end.pid, -1) << "a used switch ends a step before it starts";
   signal(SIGCHLD, SIG_IGN);
   EXPECT_EQ(RunStep(quick).verdict, Verdict::kSignedIn) << "reaped behind its back";
   signal(SIGCHLD, SIG_DFL);
+  stop.reset();
+  EXPECT_EQ(OpenDescriptors(), descriptors);
 }
 
 TEST_F(Starter, ExampleOfALibraryClient) {

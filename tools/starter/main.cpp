@@ -88,7 +88,8 @@ ebStarter::Progress ProgressOnTerminal(milliseconds limit) {
   return [limit](milliseconds elapsed) {
     const auto left = std::max(std::chrono::ceil<std::chrono::seconds>(limit - elapsed),
                                std::chrono::seconds::zero());
-    std::fprintf(stderr, "\r\033[K%lld s left\r", static_cast<long long>(left.count()));
+    std::fprintf(stderr, "\r\033[Kwaiting for the browser window, %lld s left\r",
+                 static_cast<long long>(left.count()));
   };
 }
 

@@ -9,7 +9,7 @@ constexpr char kStyle[] =
     "header{padding:14px 28px;color:#fff;font-weight:600;letter-spacing:.02em}"
     "main{max-width:440px;margin:9vh auto 24px;padding:30px 34px;background:#fff;"
     "border-radius:10px;box-shadow:0 8px 30px rgba(20,40,60,.14)}"
-    "main.wide{max-width:900px;margin-top:32px}h1{margin:0 0 14px;font-size:23px}"
+    "main.wide{max-width:1240px;margin-top:32px}h1{margin:0 0 14px;font-size:23px}"
     "label{display:block;margin:14px 0 4px;font-size:14px;color:#4a5968}"
     "input{width:100%;padding:9px 11px;font:inherit;border:1px solid #b6c2ce;border-radius:6px}"
     "button{width:100%;margin-top:22px;padding:10px;font:inherit;font-weight:600;color:#fff;"

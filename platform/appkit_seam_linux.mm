@@ -2,6 +2,7 @@
 #include <unistd.h>
 
 #import <Foundation/NSDistributedNotificationCenter.h>
+#import <objc/runtime.h>
 
 #import "platform/AppKitSeam.h"
 
@@ -35,12 +36,31 @@ class KeptExceptionHandler {
   NSUncaughtExceptionHandler* handler_;
 };
 
+id DoNothing(id, SEL, ...) { return nil; }
+
+// Without this AppKit enters the process under its name into a folder that all runs share, and
+// where it cannot use that folder, a panel asks the user whether to abort.
+void StayUnregistered() {
+  Method found = class_getInstanceMethod(NSClassFromString(@"GSServicesManager"),
+                                         @selector(registerAsServiceProvider));
+  if (found) method_setImplementation(found, DoNothing);
+}
+
 }  // namespace
 
 // Without this the first use of AppKit starts a notification daemon, which costs most of a second
 // and outlives the process by a minute. Nothing here posts or observes across processes.
 @implementation NSDistributedNotificationCenter (Quiet)
 + (id)defaultCenter {
+  return nil;
+}
+@end
+
+// Without this AppKit tells other applications about this one through a file, waits up to half a
+// second for its lock, which a killed run leaves behind, and has a child process look for all
+// applications and write them down below the user's home.
+@implementation NSWorkspace (Quiet)
++ (NSWorkspace*)sharedWorkspace {
   return nil;
 }
 @end
@@ -85,6 +105,7 @@ void StartAppKitProcess() {
                                                                       @"NSWindows95InterfaceStyle",
                                                                       @"NSMenuInterfaceStyle", nil];
   [[NSUserDefaults standardUserDefaults] registerDefaults:defaults];
+  StayUnregistered();
   // Without a run loop of its own the thread performs queued selectors at once.
   [NSRunLoop currentRunLoop];
   [pool drain];

@@ -10,6 +10,7 @@
 
 #include "cef/chromium/MessageLoop.h"
 #include "cef/chromium/Preferences.h"
+#include "platform/DisplayReach.h"
 
 namespace engine {
 namespace {
@@ -131,6 +132,9 @@ bool Launch::AwaitAnswer(Clock::time_point deadline, std::string* err) {
     return false;
   }
   if (answer->ok) return true;
+  // Chromium's own words for this are of no help to a user.
+  *err = WhyNoDisplay();
+  if (!err->empty()) return false;
   *err = answer->error;
   const std::string words = LastLine(output_file_, [](const std::string&) { return true; });
   if (!words.empty()) *err += "; it says: " + words;

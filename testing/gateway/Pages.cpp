@@ -57,12 +57,20 @@ std::string Asked(const Fields& asked) {
   return html + "<button>Sign in</button><p class=hint>For trying it out: " + hint + "</p>";
 }
 
+// Browsers obey "autofocus" in a page of its own, but not in a frame of another site's.
+constexpr char kCaret[] =
+    "<script>function caret(){if(!f.contains(document.activeElement))"
+    "f.querySelector('input:not([type=hidden])').focus()}"
+    "addEventListener('focus',caret);if(document.hasFocus())caret()</script>";
+
 std::string Form(const PageParts& parts) {
   std::string html =
       "<form id=f method=post action=\"" + EscapeHtml(parts.action) + "\">" + Hidden(parts.hidden);
   if (!parts.error.empty()) html += "<p class=error>" + EscapeHtml(parts.error) + "</p>";
   if (!parts.asked.empty()) html += Asked(parts.asked);
-  return html + "</form>";
+  html += "</form>";
+  if (!parts.asked.empty()) html += kCaret;
+  return html;
 }
 
 }  // namespace

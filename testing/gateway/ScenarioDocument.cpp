@@ -149,6 +149,9 @@ std::unique_ptr<Document> Read(const std::string& folder, const std::string& nam
                                std::vector<std::string> derived) {
   const std::string file = FileOf(name);
   const std::string path = folder + "/" + file;
+  if (!std::filesystem::exists(path)) {
+    throw ScenarioError(file, "", "there is no such scenario in " + folder);
+  }
   auto document = std::make_unique<Document>();
   Parse(file, ReadText(path, file), *document);
   RefuseDuplicates(file, *document, rapidjson::Pointer());

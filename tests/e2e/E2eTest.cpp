@@ -143,6 +143,14 @@ std::string E2eTest::Address(const std::string& path, bool https) const {
 
 void E2eTest::TrustBox() { TrustAuthority(home_.path(), box_->authority_pem()); }
 
+void E2eTest::UseUnknownAuthority() {
+  GatewayBox::Options options;
+  options.certificate = CertificateKind::kUnknownAuthority;
+  options.certificate_for = "gateway";
+  box_ = std::make_unique<GatewayBox>(options);
+  TrustBox();
+}
+
 Subprocess::Command E2eTest::StarterCommand(const Step& step) const {
   Subprocess::Command command;
   command.arguments = {EB_STARTER, "--json",   "--type",

@@ -80,6 +80,9 @@ class E2eTest : public testing::Test {
   std::string DataFolder() const;
   // Makes the user's browser trust the box's good certificates.
   void TrustBox();
+  // From now on nobody knows who signed the gateway's certificate, and runs over HTTPS ask about
+  // it.
+  void UseUnknownAuthority();
 
   // The lines that a process has written to the log since the test began.
   std::string LogOf(pid_t process) const;

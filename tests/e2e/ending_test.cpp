@@ -37,14 +37,6 @@ class EndingTest : public E2eTest {
       return WaitFor(done, std::chrono::seconds(3));
     }));
   }
-  // From now on the gateway's certificate is of an authority that nobody knows.
-  void UseUnknownAuthority() {
-    GatewayBox::Options options;
-    options.certificate = CertificateKind::kUnknownAuthority;
-    options.certificate_for = "gateway";
-    box_ = std::make_unique<GatewayBox>(options);
-    TrustBox();
-  }
 };
 
 enum class Moment { kLoading, kShown, kQuestion };

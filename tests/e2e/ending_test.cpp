@@ -152,6 +152,10 @@ TEST_F(EndingTest, GatheredCookiesAreHandedBackWhateverBreaksOff) {
 TEST_F(EndingTest, SecondSignInWhileOneRuns) {
   Subprocess first(SignsInAt(kNever));
   WaitForForm();
+  Subprocess::Command doctor;
+  doctor.arguments = {EB_DOCTOR};
+  doctor.environment = {{"HOME", home_.path()}, {"TMPDIR", home_.file("tmp")}};
+  EXPECT_THAT(RunToEnd(doctor, kPatience).out, HasSubstr("warning other-sign-in"));
   Subprocess second(SignsInAt(kAutomatic));
   EXPECT_EQ(Report(second).verdict, "signed in");
   EXPECT_FALSE(first.Wait(std::chrono::milliseconds(0))) << "the first one goes on";

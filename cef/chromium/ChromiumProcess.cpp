@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <fstream>
 
 #include "cef/chromium/ChildProcess.h"
 #include "cef/chromium/ChromiumSwitches.h"
@@ -75,6 +76,16 @@ std::string MakeRunFolder(std::string* err) {
   const std::string folder = MakePrivateFolder(stem, nullptr);
   if (folder.empty()) *err = Reason(("cannot make a folder in " + temporary).c_str());
   return folder;
+}
+
+std::string LastOutputLine(const std::string& output_file,
+                           const std::function<bool(const std::string&)>& matters) {
+  std::ifstream file(output_file);
+  std::string last;
+  for (std::string line; std::getline(file, line);) {
+    if (!line.empty() && (!matters || matters(line))) last = line;
+  }
+  return last;
 }
 
 std::unique_ptr<ChromiumProcess> ChromiumProcess::Start(const ChromiumOptions& options,

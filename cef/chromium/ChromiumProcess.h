@@ -9,6 +9,7 @@
 #include <sys/types.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -92,6 +93,11 @@ std::string FindChromium(std::string* err);
 // Makes a private folder (0700) with a path short enough for Chromium's sockets; "" and a reason in
 // *err on failure. Removes those of processes that have died.
 std::string MakeRunFolder(std::string* err);
+
+// The last line in a ChromiumOptions::output_file that is not empty and, if given, that `matters`;
+// "" if there is none.
+std::string LastOutputLine(const std::string& output_file,
+                           const std::function<bool(const std::string&)>& matters = nullptr);
 
 }  // namespace engine
 

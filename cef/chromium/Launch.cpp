@@ -4,8 +4,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <fstream>
-#include <functional>
 #include <mutex>
 
 #include "cef/chromium/MessageLoop.h"
@@ -19,17 +17,6 @@ constexpr std::chrono::seconds kStartLimit{14};
 constexpr std::chrono::seconds kCloseLimit{3};
 // After a kill the pipe ends at once.
 constexpr std::chrono::seconds kPipeEndLimit{1};
-
-// The last line that Chromium has printed, of those that `matters`.
-std::string LastLine(const std::string& path,
-                     const std::function<bool(const std::string&)>& matters) {
-  std::ifstream file(path);
-  std::string last;
-  for (std::string line; std::getline(file, line);) {
-    if (!line.empty() && matters(line)) last = line;
-  }
-  return last;
-}
 
 // Most of what a running Chromium prints is of no consequence.
 bool TellsOfAnEnd(const std::string& line) {
@@ -136,12 +123,12 @@ bool Launch::AwaitAnswer(Clock::time_point deadline, std::string* err) {
   *err = WhyNoDisplay();
   if (!err->empty()) return false;
   *err = answer->error;
-  const std::string words = LastLine(output_file_, [](const std::string&) { return true; });
+  const std::string words = LastOutputLine(output_file_);
   if (!words.empty()) *err += "; it says: " + words;
   return false;
 }
 
-std::string Launch::LastWords() const { return LastLine(output_file_, TellsOfAnEnd); }
+std::string Launch::LastWords() const { return LastOutputLine(output_file_, TellsOfAnEnd); }
 
 void Launch::Discard() {
   if (process_) {

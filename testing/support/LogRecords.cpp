@@ -1,8 +1,8 @@
 #include "testing/support/LogRecords.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <regex>
 #include <sstream>
 
 namespace {
@@ -24,9 +24,9 @@ std::string ReadFrom(const std::string& path, size_t begin) {
 }
 
 pid_t ProcessOf(const std::string& record) {
-  static const std::regex mark(R"(^\S+ \S+ \d \S+ \S+ \S+ p(\d+) t)");
-  std::smatch found;
-  return std::regex_search(record, found, mark) ? std::atoi(found[1].str().c_str()) : 0;
+  int process = 0;
+  std::sscanf(record.c_str(), "%*s %*s %*d %*s %*s %*s p%d", &process);
+  return process;
 }
 
 }  // namespace
@@ -39,12 +39,13 @@ std::vector<LogRecord> ReadLog(const std::string& path, size_t begin, std::strin
     const size_t length = std::strtoul(all.substr(at, 5).c_str(), nullptr, 10);
     const size_t body = at + kHeaderSize;
     const bool cut = length > kLongestWhole;
-    if (!cut && body + length > all.size()) break;
-    const size_t end = cut ? all.find(kLineEnd, body) : body + length - 2;
-    if (end == std::string::npos) break;
+    const size_t next = all.find(kLineEnd, body);
+    if (next == std::string::npos) break;
+    const size_t end = cut || body + length > all.size() ? next : body + length - 2;
     LogRecord record{0, all.substr(body, end - body)};
     record.process = ProcessOf(record.text);
-    if (length < 2 || all.compare(end, 2, kLineEnd) != 0 || record.process == 0) {
+    const bool whole = cut || (end + 2 == body + length && all.compare(end, 2, kLineEnd) == 0);
+    if (!whole || record.process == 0) {
       if (fault) *fault = "broken record at byte " + std::to_string(at) + ": " + record.text;
       break;
     }

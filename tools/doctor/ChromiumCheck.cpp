@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <fstream>
 #include <future>
 #include <memory>
 #include <string>
@@ -84,11 +83,7 @@ std::unique_ptr<engine::ChromiumProcess> Start(const std::string& profile,
 
 // The last line that Chromium has printed, as a half sentence; empty when it has not.
 std::string LastWords(const std::string& run_folder) {
-  std::ifstream file(run_folder + kOutputFile);
-  std::string last;
-  for (std::string line; std::getline(file, line);) {
-    if (!line.empty()) last = line;
-  }
+  const std::string last = engine::LastOutputLine(run_folder + kOutputFile);
   return last.empty() ? last : "; it says: " + last;
 }
 

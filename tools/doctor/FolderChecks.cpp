@@ -42,16 +42,8 @@ Finding CheckDataFolder() {
   if (!problem.empty()) return Failure("data-folder", problem);
   struct stat info;
   if (stat(folder.c_str(), &info) != 0) return Ok("data-folder", folder + " will be made");
-  if (info.st_uid != geteuid()) {
-    return Warning("data-folder", folder + " belongs to the user " + UserName(info.st_uid));
-  }
-  if ((info.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
-    return Warning("data-folder", folder + " can be written by others");
-  }
-  if (access(folder.c_str(), R_OK | W_OK | X_OK) != 0) {
-    return Warning("data-folder", folder + " cannot be written: " + strerror(errno));
-  }
-  return Ok("data-folder", folder);
+  const std::string odd = WhyNotOurs(folder);
+  return odd.empty() ? Ok("data-folder", folder) : Warning("data-folder", odd);
 }
 
 Finding CheckDiskSpace() {

@@ -72,6 +72,22 @@ std::string WhyNoFolder(const std::string& path) {
   return path + " does not exist, and nothing can be made in " + existing + ": " + strerror(errno);
 }
 
+std::string WhyNotOurs(const std::string& folder) {
+  struct stat link, info;
+  if (lstat(folder.c_str(), &link) != 0 || stat(folder.c_str(), &info) != 0 ||
+      !S_ISDIR(info.st_mode)) {
+    return folder + " is not a folder";
+  }
+  for (const uid_t owner : {link.st_uid, info.st_uid}) {
+    if (owner != geteuid()) return folder + " belongs to the user " + UserName(owner);
+  }
+  if ((info.st_mode & (S_IWGRP | S_IWOTH)) != 0) return folder + " can be written by others";
+  if (access(folder.c_str(), R_OK | W_OK | X_OK) != 0) {
+    return folder + " cannot be written: " + strerror(errno);
+  }
+  return {};
+}
+
 std::string UserName(uid_t user) {
   const passwd* entry = getpwuid(user);
   return entry ? entry->pw_name : "number " + std::to_string(user);

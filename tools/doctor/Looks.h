@@ -17,6 +17,9 @@ std::string NearestExisting(const std::string& path);
 // Why the folder neither exists nor can be made by us; empty when all is well.
 std::string WhyNoFolder(const std::string& path);
 
+// Why the folder, which exists, is not ours alone to use; empty when it is.
+std::string WhyNotOurs(const std::string& folder);
+
 // The user's name, or the number when it has none.
 std::string UserName(uid_t user);
 

@@ -3,9 +3,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 
 #include "GUI/cefBrowser/RunPaths.h"
@@ -45,22 +43,10 @@ std::string HostName() {
 Finding CheckProfile() {
   if (!getenv("HOME")) return Ok("profile", "not looked at without HOME");
   const std::string folder = ProfileFolder();
-  struct stat link, info;
+  struct stat link;
   if (lstat(folder.c_str(), &link) != 0) return Ok("profile", folder + " will be made");
-  if (stat(folder.c_str(), &info) != 0 || !S_ISDIR(info.st_mode)) {
-    return Warning("profile", folder + " is not a folder");
-  }
-  if (link.st_uid != geteuid() || info.st_uid != geteuid()) {
-    const uid_t owner = link.st_uid != geteuid() ? link.st_uid : info.st_uid;
-    return Warning("profile", folder + " belongs to the user " + UserName(owner));
-  }
-  if ((info.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
-    return Warning("profile", folder + " can be written by others");
-  }
-  if (access(folder.c_str(), R_OK | W_OK | X_OK) != 0) {
-    return Warning("profile", folder + " cannot be written: " + strerror(errno));
-  }
-  return Ok("profile", folder);
+  const std::string odd = WhyNotOurs(folder);
+  return odd.empty() ? Ok("profile", folder) : Warning("profile", odd);
 }
 
 Finding CheckProfileLock() {

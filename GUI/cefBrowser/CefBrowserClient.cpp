@@ -10,7 +10,7 @@
 #include "GUI/cefBrowser/CefSAMLLogin.h"
 #include "GUI/cefBrowser/CefSAMLLogout.h"
 #include "GUI/cefBrowser/ReturnChannel.h"
-#include "GUI/cefBrowser/RunPaths.h"
+#include "libs/kxaccess/RunPaths.h"
 #include "libs/kxaccess/InstallPaths.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 #include "platform/TerminationSignals.h"

@@ -1,48 +1,39 @@
-// Where the product is installed: the one place that holds its absolute paths.
+// Where the product is installed: the one place that names its absolute paths.
 //
-// EB_INSTALL_ROOT is empty in release and package builds. Development builds stage every path below
-// a folder of the build, so that they need no write access elsewhere. It is fixed at compile time
-// on purpose: an environment variable that redirects where a helper loads its browser from would be
-// a hole.
+// The paths are link-time constants. A release or package build has them as they stand in
+// InstallPaths.cpp; a development build stages every one of them below a folder of the build
+// (EB_INSTALL_ROOT), so that it needs no write access elsewhere. They are fixed when the program is
+// built on purpose: an environment variable that redirects where a helper loads its browser from
+// would be a hole. All texts are UTF-8 or UTF-32 and may be used before main().
 
 #ifndef LIBS_KXACCESS_INSTALLPATHS_H_
 #define LIBS_KXACCESS_INSTALLPATHS_H_
 
-#ifndef EB_INSTALL_ROOT
-#define EB_INSTALL_ROOT ""
-#endif
-
-#define EB_APP_BUNDLE_PATH EB_INSTALL_ROOT "/Applications/Corvane Secure.app"
-#define EB_SUPPORT_PATH EB_INSTALL_ROOT "/Library/Application Support/Corvane Secure"
-#define EB_LOG_FOLDER_PATH EB_INSTALL_ROOT "/var/log/Corvane Secure/Logging"
-
 namespace InstallPaths {
 
-// The prefix itself; empty in a release build.
-inline constexpr char kRoot[] = EB_INSTALL_ROOT;
+// The staging folder itself; empty in a release build.
+extern const char kRoot[];
 
 // The VPN client's application bundle and what this program reads from it.
-inline constexpr char kAppBundle[] = EB_APP_BUNDLE_PATH;
-inline constexpr wchar_t kResourceCatalog[] =
-    L"" EB_APP_BUNDLE_PATH L"/Contents/Resources/CorvaneResource_EN.txt";
-inline constexpr wchar_t kAccessIni[] = L"" EB_APP_BUNDLE_PATH L"/Contents/Plugins/VELD/access.ini";
+extern const char kAppBundle[];
+extern const wchar_t kResourceCatalog[];
+extern const wchar_t kAccessIni[];
 
 // Branding overrides of the catalogs; ends in a slash.
-inline constexpr wchar_t kBrandingFolder[] = L"" EB_SUPPORT_PATH L"/CorvaneBranding/";
+extern const wchar_t kBrandingFolder[];
 
 // The browser framework: its folder, and the library inside it.
-inline constexpr char kFrameworkFolder[] = EB_SUPPORT_PATH "/Chromium Embedded Framework.framework";
-inline constexpr char kFrameworkLibrary[] =
-    EB_SUPPORT_PATH "/Chromium Embedded Framework.framework/Chromium Embedded Framework";
+extern const char kFrameworkFolder[];
+extern const char kFrameworkLibrary[];
 
-// Machine-wide logging.
-inline constexpr char kLogFolder[] = EB_LOG_FOLDER_PATH;
-inline constexpr char kLogFile[] = EB_LOG_FOLDER_PATH "/debuglog.log";
-inline constexpr char kMachineLogPrefix[] = EB_LOG_FOLDER_PATH "/";
-inline constexpr char kUserLogPrefix[] = EB_INSTALL_ROOT "/Library/Logs/Corvane Secure/";
+// Machine-wide logging; the prefixes end in a slash.
+extern const char kLogFolder[];
+extern const char kLogFile[];
+extern const char kMachineLogPrefix[];
+extern const char kUserLogPrefix[];
 
-// The user's data folder, below HOME; begins and ends with a slash.
-inline constexpr char kDataFolderUnderHome[] = "/Library/Application Support/Corvane Secure/";
+// The user's data folder, below HOME; begins and ends with a slash. Never staged.
+extern const char kDataFolderUnderHome[];
 
 }  // namespace InstallPaths
 

@@ -21,9 +21,7 @@ namespace {
 
 // What the obstacles' shell lines use: where things are, other contents for a folder or a file, and
 // another Chromium.
-constexpr char kShell[] = "APP='" EB_APP_BUNDLE_PATH "/Contents' LOG='" EB_LOG_FOLDER_PATH
-                          "' FRAMEWORK='" EB_SUPPORT_PATH R"(/Chromium Embedded Framework.framework'
-FAKE=$HOME/fake DATA="$HOME/Library/Application Support/Corvane Secure"
+constexpr char kShell[] = R"(FAKE=$HOME/fake DATA="$HOME/Library/Application Support/Corvane Secure"
 hide() { mount -t tmpfs "${@:2}" none "$1"; }
 replace() { cat >"$FAKE/x"; chmod 755 "$FAKE/x"; mount --bind "$FAKE/x" "$1"; }
 chromium() {
@@ -56,7 +54,10 @@ class DoctorTest : public testing::Test {
     command.arguments = unshare_;
     const std::string whole = kShell + script + "\nexec \"$0\" --json";
     command.arguments.insert(command.arguments.end(), {"/bin/bash", "-ec", whole, EB_DOCTOR});
-    command.environment = {{"HOME", home_.path()}};
+    command.environment = {{"HOME", home_.path()},
+                           {"APP", std::string(InstallPaths::kAppBundle) + "/Contents"},
+                           {"LOG", InstallPaths::kLogFolder},
+                           {"FRAMEWORK", InstallPaths::kFrameworkFolder}};
     return RunToEnd(command, std::chrono::seconds(60));
   }
 

@@ -9,7 +9,7 @@
 #include "GUI/cefBrowser/CefSAMLLogin.h"
 #include "GUI/cefBrowser/CefSAMLLogout.h"
 #include "GUI/cefBrowser/ReturnChannel.h"
-#include "GUI/cefBrowser/RunPaths.h"
+#include "libs/kxaccess/RunPaths.h"
 #include "testing/support/TempDir.h"
 #include "tests/session/SessionTest.h"
 

@@ -1,9 +1,6 @@
 // What other programs of the product rely on: a release build, which has no staging folder, uses
 // exactly these paths.
 
-#undef EB_INSTALL_ROOT
-#define EB_INSTALL_ROOT ""
-
 #include <gtest/gtest.h>
 
 #include "libs/kxaccess/InstallPaths.h"

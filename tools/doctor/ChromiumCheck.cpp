@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "GUI/cefBrowser/RunPaths.h"
+#include "libs/kxaccess/RunPaths.h"
 #include "cef/chromium/ChromiumProcess.h"
 #include "cef/chromium/DevToolsCalls.h"
 #include "cef/chromium/DevToolsConnection.h"

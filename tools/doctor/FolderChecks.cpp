@@ -9,7 +9,7 @@
 #include <cstring>
 #include <fstream>
 
-#include "GUI/cefBrowser/RunPaths.h"
+#include "libs/kxaccess/RunPaths.h"
 #include "cef/chromium/PrivateFolder.h"
 #include "tools/doctor/Checks.h"
 #include "tools/doctor/Looks.h"

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "GUI/cefBrowser/RunPaths.h"
+#include "libs/kxaccess/RunPaths.h"
 #include "cef/chromium/AppWindow.h"
 #include "tools/doctor/Checks.h"
 #include "tools/doctor/Looks.h"

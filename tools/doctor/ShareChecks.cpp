@@ -11,7 +11,7 @@
 #include <cstring>
 #include <string>
 
-#include "GUI/cefBrowser/RunPaths.h"
+#include "libs/kxaccess/RunPaths.h"
 #include "cef/chromium/ChromiumSwitches.h"
 #include "tools/doctor/Checks.h"
 #include "tools/doctor/Looks.h"

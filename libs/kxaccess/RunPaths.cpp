@@ -1,4 +1,4 @@
-#include "GUI/cefBrowser/RunPaths.h"
+#include "libs/kxaccess/RunPaths.h"
 
 #include <cstdlib>
 

@@ -1,7 +1,7 @@
 // The folders and files of one run that lie below the user's home.
 
-#ifndef GUI_CEFBROWSER_RUNPATHS_H_
-#define GUI_CEFBROWSER_RUNPATHS_H_
+#ifndef LIBS_KXACCESS_RUNPATHS_H_
+#define LIBS_KXACCESS_RUNPATHS_H_
 
 #include <string>
 
@@ -14,4 +14,4 @@ struct RunPaths {
   static RunPaths FromEnvironment();
 };
 
-#endif  // GUI_CEFBROWSER_RUNPATHS_H_
+#endif  // LIBS_KXACCESS_RUNPATHS_H_

@@ -140,7 +140,7 @@ bool OpenAppWindow(const std::string& profile_dir, const std::string& title, std
     *err = std::string("cannot reach Chromium: ") + strerror(errno);
     return false;
   }
-  // "START", the current folder and the command line, parted by NULs.
+  // "START", the current folder and the command line, separated by NULs.
   std::string message = "START";
   for (const char* text : {"/", "chromium"}) message.append(1, '\0').append(text);
   for (const std::string& argument : Arguments(profile_dir, title)) {

@@ -98,7 +98,7 @@ void Engine::SayWhatEndedIt() {
     return;
   }
   const std::string words = launch_.LastWords();
-  Say("Chromium has ended by itself" + (words.empty() ? "" : "; it says: " + words));
+  Say("Chromium exited on its own" + (words.empty() ? "" : "; it says: " + words));
 }
 
 void Engine::OnDisplayLost() {

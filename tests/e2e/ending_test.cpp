@@ -170,7 +170,7 @@ TEST_F(EndingTest, BrowserKilledInTheMiddle) {
   kill(BrowserProcesses("")[0], SIGKILL);
   const StarterReport report = Report(starter);
   EXPECT_EQ(report.verdict, "browser failed") << report.log;
-  EXPECT_THAT(report.detail, HasSubstr("Chromium has ended by itself"));
+  EXPECT_THAT(report.detail, HasSubstr("Chromium exited on its own"));
   EXPECT_EQ(report.helper_exit_status, 0);
   EXPECT_EQ(report.slo_state, 0);
 }

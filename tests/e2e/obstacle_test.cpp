@@ -225,7 +225,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Mishap{"PageCrashes", Mishap::kPageCrashes, false, "closed by user", ""},
                     Mishap{"ChromiumHangs", Mishap::kChromiumHangs, false, "stopped", ""},
                     Mishap{"ChromiumIsKilledUnderAQuestion", Mishap::kChromiumIsKilled, true,
-                           kBrowserFailed, "Chromium has ended by itself"}),
+                           kBrowserFailed, "Chromium exited on its own"}),
     [](const auto& info) { return info.param.name; });
 
 TEST_F(E2eTest, RequestsThatCannotBeUsed) {

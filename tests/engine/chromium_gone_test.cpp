@@ -54,7 +54,7 @@ TEST_P(ChromiumKilledTest, ARunEndsAndSaysSoUnlessItWasEndingAnyway) {
   ::testing::internal::CaptureStderr();
   Run(server_.Url("/page"));
   EXPECT_EQ(::testing::internal::GetCapturedStderr(),
-            GetParam() ? "" : "cef: Chromium has ended by itself\n");
+            GetParam() ? "" : "cef: Chromium exited on its own\n");
   EXPECT_THAT(client_->trace(), Contains("before-close 1"));
   EXPECT_EQ(client_->trace().back(), "before-close 1");
 

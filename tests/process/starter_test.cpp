@@ -78,10 +78,10 @@ TEST_F(Starter, VerdictsAndExitStatuses) {
       {{"--cookie", kSignedIn}, "result", "cef: too late\n", 0, "signed in\n"},
       {{"--cookie", kNothing}, "result", "x", 7, "closed by user: the window was closed before "},
       {{"--cookie", "{\"postauth"}, "result", "cef: x", 12, "unreadable result: "},
-      {{}, "result", "", 9, "the helper ended with exit status 0; its log says why\n"},
-      {{}, "fail", "one\nFailed.\r\n\n", 9, "are unusable); it said last: Failed.\n"},
-      {{}, "crash", kib + "y", 10, "was ended by SIGABRT; it said last: " + kib + "\n"},
-      {{"--cookie=a;b=x/et-val"}, "crash", "et-val\": x", 10, "it said last: (not repeated"},
+      {{}, "result", "", 9, "the helper exited with status 0; its log says why\n"},
+      {{}, "fail", "one\nFailed.\r\n\n", 9, "are unusable); its last line was: Failed.\n"},
+      {{}, "crash", kib + "y", 10, "was killed by SIGABRT; its last line was: " + kib + "\n"},
+      {{"--cookie=a;b=x/et-val"}, "crash", "et-val\": x", 10, "its last line was: (not repeated"},
       {{"--cookie", kNothing}, "result", "cef: a\ncef: \x1b[ \xff\nb\n", 13, "failed: ?[ ?\n"},
       {{"--timeout=1"}, "linger", "cef: x\n", 8, "had not finished after 1 second; "},
       {{"--program=/no"}, "result", "", 1, "cannot execute /no: No such file or directory\n"},
@@ -159,7 +159,7 @@ TEST_F(Starter, SignalsArePassedOnAndTheHelperIsReaped) {
     starter.Signal(number);
     const auto end = starter.Wait(seconds(20));
     ASSERT_TRUE(end);
-    EXPECT_THAT(end->out, testing::MatchesRegex("stopped: SIG(HUP|INT|TERM) came before.*\n"));
+    EXPECT_THAT(end->out, testing::MatchesRegex("stopped: SIG(HUP|INT|TERM) arrived before.*\n"));
     EXPECT_EQ(end->exit_status, 11);
     EXPECT_EQ(Told("signal"), std::to_string(number));
     EXPECT_NE(kill(helper, 0), 0);

@@ -69,7 +69,7 @@ TEST_F(ResourcesTest, TextsThatAreNoTextGiveNil) {
 
 TEST_F(ResourcesTest, ChoosesTheFirstLanguageThatTheProductHas) {
   const struct {
-    NSString* preferred;  // parted by commas
+    NSString* preferred;  // separated by commas
     const char* code;
   } cases[] = {
       {@"", "en"},         {@"gERMAN", "de"},      {@"zh_CN", "zh-cn"},

@@ -76,9 +76,9 @@ std::string SignalName(int number) {
 }
 
 std::string HowItEnded(const HelperEnd& end) {
-  if (end.killed_by) return "the helper was ended by " + SignalName(end.killed_by);
-  if (end.exit_status < 0) return "how the helper ended is not known";
-  return "the helper ended with exit status " + std::to_string(end.exit_status) +
+  if (end.killed_by) return "the helper was killed by " + SignalName(end.killed_by);
+  if (end.exit_status < 0) return "it is not known how the helper ended";
+  return "the helper exited with status " + std::to_string(end.exit_status) +
          (end.exit_status == 255 ? " (its catalogs or the request are unusable)" : "");
 }
 
@@ -120,12 +120,12 @@ std::string DetailOf(const Settings& settings, const Outcome& outcome) {
     case Verdict::kNothingWritten:
     case Verdict::kCrashed:
       if (end.last_line.empty()) return HowItEnded(end) + "; its log says why";
-      return HowItEnded(end) + "; it said last: " + Shown(end.last_line, settings, outcome);
+      return HowItEnded(end) + "; its last line was: " + Shown(end.last_line, settings, outcome);
     case Verdict::kStopped:
-      return SignalName(end.stopped_by) + " came before the step had finished";
+      return SignalName(end.stopped_by) + " arrived before the step had finished";
     case Verdict::kUnreadable:
       return HowItEnded(end) +
-             " and left something else than a result; reinstall it if that happens again";
+             " and left something other than a result; reinstall it if this happens again";
     case Verdict::kBrowserFailed:
       return Shown(end.browser_failure, settings, outcome);
   }

@@ -13,7 +13,7 @@ namespace ebStarter {
 
 // Works wherever there are pipes, and also when the caller was killed by SIGKILL: the helper gets
 // SIGTERM and, after the grace, SIGKILL. Until then its standard error is read and thrown away, so
-// that it can end in order.
+// that it can end cleanly.
 class Guard {
  public:
   // To be made with all signals blocked, and the helper leading a process group. `error_output` is

@@ -30,7 +30,8 @@ std::string ReadCookie(std::istream& in, const std::string& name, std::string& c
   in.read(cookie.data(), static_cast<std::streamsize>(cookie.size()));
   cookie.resize(static_cast<size_t>(in.gcount()));
   if (in.bad()) return "cannot read " + name;
-  if (cookie.size() > kMaxCookie) return name + " holds more than 64 KiB, which is no cookie text";
+  if (cookie.size() > kMaxCookie)
+    return name + " holds more than 64 KiB, too much for a cookie text";
   while (!cookie.empty() && (cookie.back() == '\n' || cookie.back() == '\r')) cookie.pop_back();
   return "";
 }
@@ -111,10 +112,10 @@ const char kHelp[] =
   --type KIND          saml-login, custom or saml-logout (required)
   --url URL            the gateway's address that begins the step (required)
   --cookie TEXT        the gateway's cookies: "name=value;..."; for saml-logout
-                       parted by ";;". Others can see arguments, so rather:
+                       separated by ";;". Other users can see arguments, so use:
   --cookie-file FILE   the same from a file
   --cookie-stdin       the same from standard input
-  --clear-cookies URL  saml-login: forget all cookies first; the logout address
+  --clear-cookies URL  saml-login: delete all cookies first; the logout address
   --timeout SECONDS    time limit of the step, 1 to 86400, default 300
   --json               print verdict and return data as one JSON object
   --program PATH       the helper; default: the installed one
@@ -126,7 +127,7 @@ Prints the verdict in one line. Exit status:
    2 wrong usage            7 closed by user       12 unreadable result
    3 refused                8 timed out            13 browser failed
    4 host check needed      9 nothing written
-Ctrl-C ends the step in order; what was gathered until then is judged.
+Ctrl-C ends the step cleanly; what it had gathered by then is still judged.
 )";
 
 std::string ParseOptions(const std::vector<std::string>& arguments, Options& options) {
@@ -142,9 +143,10 @@ std::string ParseOptions(const std::vector<std::string>& arguments, Options& opt
     }
     if (!TakesValue(option)) {
       if (option.rfind("--", 0) != 0) return "unknown argument " + option;
-      return option + (TakeFlag(option, options, cookie) ? " takes no value" : " is no option");
+      return TakeFlag(option, options, cookie) ? option + " takes no value"
+                                               : "unknown option " + option;
     }
-    if (!joined && i + 1 == arguments.size()) return option + " lacks its value";
+    if (!joined && i + 1 == arguments.size()) return option + " needs a value";
     const std::string value = joined ? arguments[i].substr(equals + 1) : arguments[++i];
     const std::string wrong = TakeValue(option, value, options, cookie);
     if (!wrong.empty()) return wrong;
@@ -152,6 +154,7 @@ std::string ParseOptions(const std::vector<std::string>& arguments, Options& opt
   }
   if (!typed) return "--type is missing";
   if (options.step.request.url.empty()) return "--url is missing";
-  if (cookie.twice) return "give one of --cookie, --cookie-file and --cookie-stdin, and once";
+  if (cookie.twice)
+    return "give only one of --cookie, --cookie-file and --cookie-stdin, and only once";
   return TakeCookie(cookie, options);
 }

@@ -13,7 +13,7 @@ struct Options {
   bool json = false;
   bool help = false;
   bool version = false;
-  std::string warning;  // one line for the user; the step runs all the same
+  std::string warning;  // one line for the user; the step runs anyway
 };
 
 // The text for --help; fits a screen of 80 by 24.

@@ -56,7 +56,7 @@ class StopSwitch {
   StopSwitch(const StopSwitch&) = delete;
   StopSwitch& operator=(const StopSwitch&) = delete;
 
-  // The helper gets that signal (SIGHUP, SIGINT or SIGTERM are those it ends by in order), and
+  // The helper gets that signal (SIGHUP, SIGINT and SIGTERM are those that it ends cleanly on), and
   // SIGKILL when the grace has passed. May be called from any thread and from a signal handler, any
   // number of times; changes no errno.
   void Stop(int signal_number = SIGTERM) noexcept;
@@ -82,7 +82,7 @@ struct Settings {
 struct HelperEnd {
   int pid = -1;            // what its process was; -1: none ran
   int start_error = 0;     // errno when it could not be executed; the rest is then meaningless
-  int exit_status = -1;    // when it exited by itself
+  int exit_status = -1;    // when it exited
   int killed_by = 0;       // the signal that ended it, if one did
   bool timed_out = false;  // the limit passed; it was asked to end by SIGTERM
   int stopped_by = 0;      // the last signal that a StopSwitch passed on
@@ -110,13 +110,13 @@ enum class Verdict {
   kHostCheckNeeded = 4,  // the gateway wants a host check first
   kHostCheckFailed = 5,  // the gateway's host check failed
   kLoggedOut = 6,        // the logout came to an end (state 2 or 5)
-  kClosedByUser = 7,     // the helper ended by itself with nothing gathered
+  kClosedByUser = 7,     // the helper exited with nothing gathered
   kTimedOut = 8,         // ended by the time limit
-  kNothingWritten = 9,   // the helper ended by itself without a result
+  kNothingWritten = 9,   // the helper exited without a result
   kCrashed = 10,         // a signal ended the helper, and it left no result
   kStopped = 11,         // a StopSwitch ended the step
   kUnreadable = 12,      // the result is not the JSON document that was agreed
-  kBrowserFailed = 13,   // the helper's browser did not start, or ended by itself
+  kBrowserFailed = 13,   // the helper's browser did not start, or exited on its own
 };
 
 // Its name in lower-case words, such as "signed in".

@@ -52,4 +52,22 @@ TEST_F(E2eTest, IdentityProviderCookiesStayUntilTheyAreCleared) {
   EXPECT_EQ(sent(), "");
 }
 
+// A caller in another language, written from the description of the interface alone.
+TEST_F(E2eTest, DescribedInterfaceIsEnoughForACaller) {
+  Subprocess::Command caller;
+  caller.arguments = {EB_PYTHON, EB_CALLER, EB_PROGRAM, "saml-login", Address(kSamlPath), "45"};
+  caller.environment = {{"HOME", home_.path()}, {"TMPDIR", home_.file("tmp")}};
+  caller.input = kSaml;
+  std::filesystem::remove(DataFolder());
+  const Subprocess::End signed_in = RunToEnd(caller, kPatience);
+  EXPECT_THAT(signed_in.out, AllOf(HasSubstr("\"postauthcookie\": \"KXSAMLEBSTATEID="),
+                                   HasSubstr("IDPSESSION="), HasSubstr("\"samlslostate\": 0")))
+      << signed_in.err;
+  caller.arguments[4] = Address("/saml-never/start?auto=1");
+  caller.arguments[5] = "3";
+  const Subprocess::End timed_out = RunToEnd(caller, kPatience);
+  EXPECT_THAT(timed_out.out, HasSubstr("\"postauthcookie\": \"\"")) << timed_out.err;
+  EXPECT_EQ(timed_out.exit_status, 0);
+}
+
 }  // namespace

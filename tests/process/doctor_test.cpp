@@ -137,7 +137,8 @@ TEST_F(DoctorTest, NamesWhatIsInTheWay) {
   semctl(lock, 0, IPC_RMID);
 }
 
-// README's section is as it is built, has every check, and only verdicts that the starter has.
+// The documents' tables are those of the program, have every check, and only verdicts that the
+// starter has.
 TEST_F(DoctorTest, LeavesNothingAndIsDescribed) {
   const std::string healthy = Lines(Run("export TMPDIR=$FAKE"));
   // A test beside this one may have the port, a container a small /dev/shm.
@@ -145,7 +146,9 @@ TEST_F(DoctorTest, LeavesNothingAndIsDescribed) {
       << healthy;
   EXPECT_TRUE(std::filesystem::is_empty(fake_) && std::filesystem::is_empty(data_ + "cef"));
   const std::string section = Run("exec \"$0\" --markdown").out;
-  EXPECT_NE(ReadFile(EB_SOURCES "/README.md").find(section), section.npos) << "doctor --readme";
+  EXPECT_NE(ReadFile(EB_SOURCES "/docs/TROUBLESHOOTING.md").find(section), section.npos);
+  const std::string commonest = Run("exec \"$0\" --commonest").out;
+  EXPECT_NE(ReadFile(EB_SOURCES "/README.md").find(commonest), commonest.npos);
   const std::string starter = Run("exec '" EB_STARTER "' --help").out + "verdict";
   const std::regex verdict("\\| ([a-z ]+) \\|\n");
   for (std::sregex_iterator it(section.begin(), section.end(), verdict), end; it != end; ++it)

@@ -36,12 +36,12 @@ Finding CheckHome() {
 }
 
 Finding CheckDataFolder() {
-  if (!getenv("HOME")) return Ok("data-folder", "not looked at without HOME");
+  if (!getenv("HOME")) return Ok("data-folder", "not checked without HOME");
   const std::string folder = RunPaths::FromEnvironment().channel;
   const std::string problem = WhyNoFolder(folder);
   if (!problem.empty()) return Failure("data-folder", problem);
   struct stat info;
-  if (stat(folder.c_str(), &info) != 0) return Ok("data-folder", folder + " will be made");
+  if (stat(folder.c_str(), &info) != 0) return Ok("data-folder", folder + " will be created");
   const std::string odd = WhyNotOurs(folder);
   return odd.empty() ? Ok("data-folder", folder) : Warning("data-folder", odd);
 }
@@ -62,7 +62,8 @@ Finding CheckTemporaryFolder() {
   const std::string folder = engine::TemporaryFolder();
   const std::string trial = engine::MakePrivateFolder(folder + "/embedded-browser-doctor", nullptr);
   if (trial.empty()) {
-    return Failure("temporary-folder", "nothing can be made in " + folder + ": " + strerror(errno));
+    return Failure("temporary-folder",
+                   "cannot create anything in " + folder + ": " + strerror(errno));
   }
   std::ofstream file(trial + "/trial");
   file << std::string(kTrialBytes, '.') << std::flush;
@@ -70,7 +71,7 @@ Finding CheckTemporaryFolder() {
   file.close();
   engine::RemoveTree(trial);
   // A run then still works on its profile below the home folder.
-  if (!written) return Warning("temporary-folder", "nothing can be written in " + folder);
+  if (!written) return Warning("temporary-folder", "cannot write anything in " + folder);
   return Ok("temporary-folder", folder);
 }
 

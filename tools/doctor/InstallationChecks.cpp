@@ -104,13 +104,13 @@ Finding CheckFramework() {
   void* library = dlopen(path.c_str(), RTLD_LAZY | RTLD_LOCAL);
   if (!library) return Failure("framework", dlerror());
   if (const char* name = MissingFunction(library)) {
-    return Failure("framework", path + " is of another kind: it has no " + name);
+    return Failure("framework", path + " is not a browser framework: it has no " + name);
   }
   const auto hash = reinterpret_cast<const char* (*)(int)>(dlsym(library, "cef_api_hash"));
   const char* const built_for = hash(0);
   const std::string version = built_for ? built_for : "";
   if (version != CEF_API_HASH_PLATFORM) {
-    return Failure("framework", path + " has the version \"" + version + "\", the program needs " +
+    return Failure("framework", path + " has the version \"" + version + "\"; the program needs " +
                                     CEF_API_HASH_PLATFORM);
   }
   return Ok("framework", path + ", version " + version);

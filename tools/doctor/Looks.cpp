@@ -69,7 +69,8 @@ std::string WhyNoFolder(const std::string& path) {
   struct stat whole;
   if (stat(path.c_str(), &whole) == 0) return {};
   if (access(existing.c_str(), W_OK | X_OK) == 0) return {};
-  return path + " does not exist, and nothing can be made in " + existing + ": " + strerror(errno);
+  return path + " does not exist, and nothing can be created in " + existing + ": " +
+         strerror(errno);
 }
 
 std::string WhyNotOurs(const std::string& folder) {

@@ -14,7 +14,7 @@ namespace doctor {
 // The path itself, or the nearest of its parents that exists.
 std::string NearestExisting(const std::string& path);
 
-// Why the folder neither exists nor can be made by us; empty when all is well.
+// Why the folder neither exists nor can be created by us; empty when all is well.
 std::string WhyNoFolder(const std::string& path);
 
 // Why the folder, which exists, is not ours alone to use; empty when it is.

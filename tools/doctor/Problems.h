@@ -1,4 +1,5 @@
-// What goes wrong, as a user sees it: the one list behind the checks' advice, --list and README.
+// What goes wrong, as a user sees it: the one list behind the checks' advice, --list and
+// the documents.
 
 #ifndef TOOLS_DOCTOR_PROBLEMS_H_
 #define TOOLS_DOCTOR_PROBLEMS_H_

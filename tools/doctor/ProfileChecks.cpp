@@ -41,10 +41,10 @@ std::string HostName() {
 }  // namespace
 
 Finding CheckProfile() {
-  if (!getenv("HOME")) return Ok("profile", "not looked at without HOME");
+  if (!getenv("HOME")) return Ok("profile", "not checked without HOME");
   const std::string folder = ProfileFolder();
   struct stat link;
-  if (lstat(folder.c_str(), &link) != 0) return Ok("profile", folder + " will be made");
+  if (lstat(folder.c_str(), &link) != 0) return Ok("profile", folder + " will be created");
   const std::string odd = WhyNotOurs(folder);
   return odd.empty() ? Ok("profile", folder) : Warning("profile", odd);
 }

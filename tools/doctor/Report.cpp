@@ -3,6 +3,8 @@
 #include <rapidjson/prettywriter.h>
 #include <rapidjson/stringbuffer.h>
 
+#include <algorithm>
+
 #include "tools/doctor/Problems.h"
 
 namespace doctor {
@@ -21,15 +23,36 @@ std::string Padded(std::string text, size_t width) {
 
 size_t At(Severity severity) { return static_cast<size_t>(severity); }
 
-std::string Table(bool beforehand, const char* first_heading) {
-  std::string text = std::string("| ") + first_heading +
-                     " | what you see | why | what to do | verdict |\n|---|---|---|---|---|\n";
-  for (const Problem& problem : AllProblems()) {
-    if (problem.beforehand != beforehand) continue;
-    text += std::string("| `") + problem.id + "` | " + problem.symptom + " | " + problem.cause +
-            " | " + problem.remedy + " | " + problem.verdict + " |\n";
-  }
-  return text;
+// The problems by what a user says first. A problem belongs to the first group one of whose
+// beginnings its symptom has; the last one takes what is left.
+struct Group {
+  const char* heading;
+  std::vector<const char*> beginnings;
+};
+
+const std::vector<Group> kGroups = {
+    {"Signing in does nothing at all", {"Signing in does nothing"}},
+    {"No window appears", {"No window appears"}},
+    {"The window vanishes, closes or crashes", {"The window", "The client"}},
+    {"I signed in, but it did not work", {"I signed in", "I am signed in"}},
+    {"I have to sign in again", {"I have to"}},
+    {"There is no log", {"There is no log", "The log"}},
+    {"Anything else", {""}},
+};
+
+// What users of such windows complain about most.
+constexpr const char* kCommonest[] = {
+    "display", "chromium", "data-folder", "certificate-refused", "time-limit", "other-sign-in"};
+
+bool Belongs(const Problem& problem, const Group& group) {
+  const std::string symptom = problem.symptom;
+  return std::any_of(group.beginnings.begin(), group.beginnings.end(),
+                     [&](const char* beginning) { return symptom.rfind(beginning, 0) == 0; });
+}
+
+const Group& GroupOf(const Problem& problem) {
+  return *std::find_if(kGroups.begin(), kGroups.end(),
+                       [&](const Group& group) { return Belongs(problem, group); });
 }
 
 }  // namespace
@@ -55,7 +78,7 @@ std::string OverallText(Severity overall) {
     case Severity::kWarning:
       return "A sign-in works, but see the warnings.\n";
     case Severity::kFailure:
-      return "A sign-in does not work until the failures are mended.\n";
+      return "A sign-in will not work until the failures are fixed.\n";
   }
   return "";
 }
@@ -100,14 +123,28 @@ std::string ProblemsText() {
 }
 
 std::string ProblemsMarkdown() {
-  return "## When it does not work\n\n"
-         "`embedded-browser-doctor` (here: `./dev doctor`) looks at everything that a sign-in "
-         "needs, says what is wrong and what to do about it, and changes nothing. Its exit status "
-         "is 0 when all is well, 1 when a sign-in works but something is odd, 2 when it does not "
-         "work. `--json` is for programs. \"Verdict\" is what `embedded-browser-start` says of "
-         "such a run.\n\n"
-         "Found before a sign-in:\n\n" +
-         Table(true, "check") + "\nShows only in one:\n\n" + Table(false, "problem");
+  std::string text;
+  for (const Group& group : kGroups) {
+    text += (text.empty() ? "" : "\n") + std::string("## ") + group.heading +
+            "\n\n| problem | what you see | why | what to do | verdict |\n|---|---|---|---|---|\n";
+    for (const Problem& problem : AllProblems()) {
+      if (&GroupOf(problem) != &group) continue;
+      text += std::string("| `") + problem.id + "`" + (problem.beforehand ? "" : " †") + " | " +
+              problem.symptom + " | " + problem.cause + " | " + problem.remedy + " | " +
+              problem.verdict + " |\n";
+    }
+  }
+  return text;
+}
+
+std::string CommonestMarkdown() {
+  std::string text = "| what you see | why | what to do |\n|---|---|---|\n";
+  for (const char* id : kCommonest) {
+    const Problem& problem = ProblemOf(id);
+    text += std::string("| ") + problem.symptom + " | " + problem.cause + " | " + problem.remedy +
+            " |\n";
+  }
+  return text;
 }
 
 }  // namespace doctor

@@ -23,8 +23,12 @@ std::string FindingsJson(const std::vector<Finding>& findings, Severity overall)
 // The list of problems, for people.
 std::string ProblemsText();
 
-// The section of README that shows it, with its heading.
+// The same in Markdown: a table for each group of symptoms, under a heading of the second level. A
+// dagger marks what shows only in a run.
 std::string ProblemsMarkdown();
+
+// The commonest few, as one table without verdicts.
+std::string CommonestMarkdown();
 
 }  // namespace doctor
 

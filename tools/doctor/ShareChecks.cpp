@@ -51,7 +51,7 @@ Finding CheckReturnSegment() {
                                               " bytes: " + std::to_string(info.shm_segsz));
   }
   if (!ours) return Warning("return-segment", name + " " + owner);
-  return Ok("return-segment", name + " is there, from a run before or one that goes on");
+  return Ok("return-segment", name + " exists, from an earlier run or one still running");
 }
 
 Finding CheckSharedMemoryLimit() {

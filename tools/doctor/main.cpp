@@ -18,10 +18,11 @@ constexpr int kWrongUsage = 3;
 constexpr char kHelp[] =
     R"(embedded-browser-doctor: looks at everything that a sign-in needs, and changes nothing.
 
-  --json      print findings as one JSON object
-  --list      print the list of all known problems and what to do about them
-  --markdown  print that list as README has it
-  --help      print this
+  --json       print findings as one JSON object
+  --list       print the list of all known problems and what to do about them
+  --markdown   print that list in Markdown, grouped by symptom
+  --commonest  print the commonest problems in Markdown
+  --help       print this
 
 Run it as the user who signs in, in the session in which the window is to appear.
 Prints one line for each thing looked at, and advice where something is wrong.
@@ -60,8 +61,9 @@ int RunAll(bool json) {
 int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
   const std::string option = argc > 1 ? argv[1] : "";
-  if (argc > 2 || (argc == 2 && option != "--json" && option != "--list" &&
-                   option != "--markdown" && option != "--help" && option != "-h")) {
+  if (argc > 2 ||
+      (argc == 2 && option != "--json" && option != "--list" && option != "--markdown" &&
+       option != "--commonest" && option != "--help" && option != "-h")) {
     std::fprintf(stderr, "embedded-browser-doctor: unknown argument %s (see --help)\n",
                  argc > 2 ? argv[2] : argv[1]);
     return kWrongUsage;
@@ -72,6 +74,8 @@ int main(int argc, char** argv) {
     std::fputs(doctor::ProblemsText().c_str(), stdout);
   } else if (option == "--markdown") {
     std::fputs(doctor::ProblemsMarkdown().c_str(), stdout);
+  } else if (option == "--commonest") {
+    std::fputs(doctor::CommonestMarkdown().c_str(), stdout);
   } else {
     End(RunAll(option == "--json"));
   }

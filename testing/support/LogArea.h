@@ -18,7 +18,6 @@
 #include "libs/kxaccess/InstallPaths.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPILib.h"
-#include "platform/SharedMemoryName.h"
 #include "testing/support/TempDir.h"
 
 class LogArea {
@@ -51,7 +50,7 @@ class LogArea {
     CurrentLogMode = 0;
     unsetenv("VELD_LOG_NAME");
     for (const bool global : {true, false}) {
-      shm_unlink(SharedMemoryName(GetMmfName(global), InstallPaths::kRoot).c_str());
+      shm_unlink(ControlBlockName(global).c_str());
     }
     for (const char* folder :
          {LogGlobalShareLockName, static_cast<const char*>(s_LogSessionShareLockName)}) {

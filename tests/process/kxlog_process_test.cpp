@@ -1,8 +1,11 @@
 // Several processes on one log.
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <map>
 #include <memory>
@@ -10,6 +13,7 @@
 #include <regex>
 #include <thread>
 
+#include "platform/SharedMemoryName.h"
 #include "testing/support/LogArea.h"
 #include "testing/support/Subprocess.h"
 
@@ -17,17 +21,17 @@ using std::chrono::seconds;
 
 namespace {
 
+std::unique_ptr<Subprocess> StartWriter(const std::string& argument) {
+  Subprocess::Command spec;
+  spec.arguments = {LOG_WRITER, argument};
+  return std::make_unique<Subprocess>(spec);
+}
+
 class LogProcessTest : public testing::Test {
  protected:
   void SetUp() override {
     ASSERT_EQ(KXLogInitialize(), 1);
     ControlBlock()->maximum_size = 64 * 1024;
-  }
-
-  static std::unique_ptr<Subprocess> StartWriter(const std::string& argument) {
-    Subprocess::Command spec;
-    spec.arguments = {LOG_WRITER, argument};
-    return std::make_unique<Subprocess>(spec);
   }
 
   // A process of its own writes a record, so that a lock that never comes free fails the test
@@ -76,14 +80,6 @@ TEST_F(LogProcessTest, ManyWritersAndRotations) {
   for (const auto& [process, number] : last) EXPECT_EQ(number, kRecords) << "process " << process;
 }
 
-TEST_F(LogProcessTest, LockOfAKilledHolderComesFree) {
-  const auto holder = StartWriter("hold");
-  ASSERT_TRUE(holder->WaitForOutput("held", seconds(20)));
-  EXPECT_EQ(semctl(semid, 0, GETVAL), 0);
-  holder->Signal(SIGKILL);
-  ExpectLockIsFree();
-}
-
 TEST_F(LogProcessTest, WritersKilledAtRandomPoints) {
   std::minstd_rand random(20);
   for (int round = 0; round < 15; ++round) {
@@ -97,6 +93,170 @@ TEST_F(LogProcessTest, WritersKilledAtRandomPoints) {
     ExpectLockIsFree();
   }
   EXPECT_EQ(semctl(semid, 0, GETVAL), 1);
+}
+
+TEST_F(LogProcessTest, DeletedLogIsLostToNone) {
+  std::vector<std::unique_ptr<Subprocess>> writers;
+  for (int i = 0; i < 3; ++i) writers.push_back(StartWriter("20000"));
+  ControlBlock()->maximum_size = kLogMaximumSize;
+  for (int i = 0; i < 5; ++i) {
+    while (LogArea::Lines().size() < 30) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    std::filesystem::remove(InstallPaths::kLogFile);
+  }
+  for (const auto& writer : writers) {
+    EXPECT_EQ(writer->Wait(seconds(60)).value_or(Subprocess::End()).exit_status, 0);
+  }
+  size_t complete = 0;
+  for (const std::string& line : LogArea::Lines())
+    complete += line.find("number 20000\r") != line.npos;
+  EXPECT_EQ(complete, writers.size());
+}
+
+TEST_F(LogProcessTest, StoppedHolderCostsFiveSecondsOnceAndItsRecordsOnly) {
+  const auto holder = StartWriter("hold");
+  ASSERT_TRUE(holder->WaitForOutput("held", seconds(20)));
+  holder->Signal(SIGSTOP);
+  const auto late = StartWriter("1");
+  const auto begin = std::chrono::steady_clock::now();
+  for (int i = 0; i < 200; ++i) EXPECT_EQ(_KXLogEntryNew(1, "s", 1, "T", "m"), 0);
+  const auto taken = std::chrono::steady_clock::now() - begin;
+  EXPECT_GE(taken, seconds(5));
+  EXPECT_LT(taken, seconds(7));
+  const auto end = late->Wait(seconds(5));
+  ASSERT_TRUE(end) << "a process that comes later waits for ever";
+  EXPECT_EQ(end->exit_status, 2) << "it had the lock of a stopped process";
+  holder->Signal(SIGKILL);
+  ASSERT_TRUE(holder->Wait(seconds(10)));
+  EXPECT_GT(_KXLogEntryNew(1, "s", 1, "T", "m"), 0);
+}
+
+TEST_F(LogProcessTest, FullDiskLeavesNoTornRecord) {
+  ControlBlock()->maximum_size = kLogMaximumSize;
+  Subprocess::Command spec;
+  spec.arguments = {"sh", "-c", "trap '' XFSZ; ulimit -f 16; exec \"$0\" 500", LOG_WRITER};
+  EXPECT_EQ(RunToEnd(spec, seconds(20)).exit_status, 0)
+      << "a record without room counts as written";
+  ASSERT_GT(_KXLogEntryNew(1, "s", 1, "T", "behind"), 0);
+  const std::vector<std::string> lines = LogArea::Lines();
+  EXPECT_GT(lines.size(), 20u);
+  EXPECT_LT(lines.size(), 400u);
+  for (const std::string& line : lines) {
+    ASSERT_EQ(LogArea::StatedLength(line), LogArea::Record(line).size()) << line;
+  }
+  EXPECT_EQ(ControlBlock()->file_size, std::filesystem::file_size(InstallPaths::kLogFile));
+}
+
+// Users of one machine, played by processes with another user id each.
+class LogUsersTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can start processes of several users";
+    Subprocess::Command probe;
+    probe.arguments = {"setpriv", "--reuid=65534", "--clear-groups", "test", "-x", LOG_WRITER};
+    if (RunToEnd(probe, seconds(20)).exit_status != 0)
+      GTEST_SKIP() << "others cannot see the build";
+  }
+
+  static std::unique_ptr<Subprocess> Start(uid_t user, int records, const char* mask = "022",
+                                           const std::string& home = "/nonexistent") {
+    const std::string id = std::to_string(user);
+    Subprocess::Command spec;
+    spec.arguments = {"setpriv",
+                      "--reuid=" + id,
+                      "--regid=" + id,
+                      "--clear-groups",
+                      "sh",
+                      "-c",
+                      "umask " + std::string(mask) + "; exec \"$0\" \"$1\"",
+                      LOG_WRITER,
+                      std::to_string(records)};
+    spec.environment = {{"LOG_WRITER_HOME", home}};
+    return std::make_unique<Subprocess>(spec);
+  }
+  // Ends with the status of log_writer; -1 when it had to be killed.
+  static int StatusOf(const std::unique_ptr<Subprocess>& writer) {
+    const auto end = writer->Wait(seconds(40));
+    return end ? end->exit_status : -1;
+  }
+  static void MakeFolderAndFile() {
+    std::filesystem::create_directories(InstallPaths::kLogFolder);
+    std::ofstream(InstallPaths::kLogFile) << "";
+    chmod(InstallPaths::kLogFile, 0666);
+  }
+
+  LogArea area_;
+};
+
+constexpr uid_t kSomebody = 65534;
+constexpr uid_t kSomebodyElse = 65533;
+
+TEST_F(LogUsersTest, ShareTheLogWhoeverComesFirst) {
+  const struct {
+    uid_t first;
+    bool prepared;  // the folder and the file are there
+  } cases[] = {{0, false}, {kSomebody, true}};
+  for (const auto& c : cases) {
+    for (const char* mask : {"022", "077"}) {
+      SCOPED_TRACE(std::to_string(c.first) + " first, umask " + mask);
+      LogArea fresh;
+      if (c.prepared) MakeFolderAndFile();
+      EXPECT_EQ(StatusOf(Start(c.first, 10, mask)), 0);
+      const auto one = Start(kSomebody, 300, mask);
+      const auto two = Start(kSomebodyElse, 300, mask);
+      const auto root = Start(0, 300, mask);
+      for (const auto* writer : {&one, &two, &root}) EXPECT_EQ(StatusOf(*writer), 0);
+      EXPECT_EQ(LogArea::Lines().size(), 910u);
+    }
+  }
+}
+
+// Nothing is written below a home folder, on purpose; but nobody may keep the other waiting.
+TEST_F(LogUsersTest, HaveLogsOfTheirOwnWhereThereIsNoCommonOne) {
+  const TempDir homes[2];
+  const auto begin = std::chrono::steady_clock::now();
+  for (int round = 0; round < 2; ++round) {
+    std::vector<std::unique_ptr<Subprocess>> writers;
+    for (const uid_t user : {kSomebody, kSomebodyElse}) {
+      const std::string home = homes[user == kSomebody].path();
+      ASSERT_EQ(chown(home.c_str(), user, user), 0);
+      writers.push_back(Start(user, 100, "022", home));
+    }
+    for (const auto& writer : writers) EXPECT_EQ(StatusOf(writer), 1);
+  }
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, seconds(5));
+  for (const uid_t user : {kSomebody, kSomebodyElse}) {
+    const std::string block = "/Library_Users_debuglog.shm." + std::to_string(user);
+    EXPECT_EQ(shm_unlink((block + StagingSuffix(InstallPaths::kRoot)).c_str()), 0);
+    const std::string folder = homes[user == kSomebody].path() + kLogFolderUnderHome;
+    EXPECT_EQ(semctl(semget(ftok(folder.c_str(), 1), 0, 0), 0, IPC_RMID), 0);
+  }
+}
+
+// As an earlier version left it.
+TEST_F(LogUsersTest, KeptOutOfTheControlBlockGoOnWithoutALog) {
+  MakeFolderAndFile();
+  const int block = shm_open(ControlBlockName(true).c_str(), O_RDWR | O_CREAT | O_EXCL, 0644);
+  ASSERT_GE(block, 0);
+  close(block);
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(StatusOf(Start(kSomebody, 1)), 2);
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, seconds(3)) << "waited for itself";
+  EXPECT_EQ(StatusOf(Start(0, 1)), 0);
+  EXPECT_EQ(StatusOf(Start(kSomebody, 1)), 0) << "its maker has mended it";
+}
+
+TEST_F(LogUsersTest, NoMemoryForTheControlBlockIsNoCrash) {
+  Subprocess::Command spec;
+  spec.arguments = {"unshare",
+                    "--mount",
+                    "sh",
+                    "-c",
+                    "mount -t tmpfs -o size=4k none /dev/shm || exit 1\n"
+                    "head -c 4k /dev/zero >/dev/shm/full; exec \"$0\" 1",
+                    LOG_WRITER};
+  const Subprocess::End end = RunToEnd(spec, seconds(20));
+  if (end.exit_status == 1) GTEST_SKIP() << "no mount namespaces here";
+  EXPECT_EQ(end.exit_status, 2) << end.err << "signal " << end.signal;
 }
 
 }  // namespace

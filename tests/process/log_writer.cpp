@@ -1,7 +1,9 @@
 // A process that logs. log_writer COUNT: writes COUNT numbered records, and exits with 0 when all
-// were written. log_writer hold: takes the log lock, says so on standard output, and waits to be
-// killed. Whatever happens, it ends within half a minute.
+// were written, 1 when some were not, 2 when the process cannot join the log, tried twice.
+// log_writer hold: takes the log lock, says so on standard output, and waits to be killed. Whatever
+// happens, it ends within half a minute. LOG_WRITER_HOME is the user's home folder, if it is set.
 
+#include <pwd.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -10,9 +12,19 @@
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPILib.h"
 
+// Takes the place of the system's: users of a test have no home, and some no entry.
+extern "C" passwd* getpwuid(uid_t) {
+  static char name[] = "somebody";
+  static passwd user = {};
+  user.pw_name = name;
+  user.pw_dir = getenv("LOG_WRITER_HOME");
+  return user.pw_dir != nullptr ? &user : nullptr;
+}
+
 int main(int argc, char** argv) {
   alarm(30);
-  if (argc != 2 || KXLogInitialize() != 1) return 2;
+  if (argc != 2) return 3;
+  if (KXLogInitialize() != 1) return KXLogInitialize() == 1 ? 3 : 2;
   if (strcmp(argv[1], "hold") == 0) {
     if (!LogLock() || write(STDOUT_FILENO, "held\n", 5) != 5) return 2;
     pause();

@@ -36,6 +36,10 @@ TEST_F(FileTest, PathCheck) {
       {root + "/library/logs/CORVANE Secure/any/debuglog.log", true},
       {"/root/Library/Logs/Corvane Secure/Logging/debuglog.log", false},
       {link, false},
+      {root + "/var/log/Corvane Secure/Logging/../../x", false},
+      {root + "/var/log/Corvane Secure/Logging/x/..", false},
+      {root + "/library/logs/corvane secure/../x", false},
+      {root + "/var/log/Corvane Secure/Logging/..x..", true},
   };
   for (const auto& c : cases) EXPECT_EQ(IsValidLogFilePathInSHM(c.path.c_str()), c.valid) << c.path;
   EXPECT_FALSE(IsValidLogFilePathInSHM(nullptr));
@@ -50,6 +54,9 @@ TEST_F(FileTest, FoldersAndPlantedLinks) {
   EXPECT_TRUE(fs::is_directory(dir_.file("a/b/c")));
   EXPECT_TRUE(CreateLogDirectory(dir_.file("final").c_str()));
   EXPECT_FALSE(fs::is_symlink(dir_.file("final")));
+  fs::create_symlink("/nowhere", dir_.file("dangling"));
+  EXPECT_TRUE(CreateLogDirectory(dir_.file("dangling").c_str()));
+  EXPECT_TRUE(fs::is_directory(dir_.file("dangling")));
   EXPECT_TRUE(fs::is_empty(dir_.file("final")));
   EXPECT_TRUE(CreateLogDirectory(dir_.file("ancestor/new").c_str()));
   EXPECT_TRUE(fs::is_directory(dir_.file("target/new")));
@@ -57,21 +64,69 @@ TEST_F(FileTest, FoldersAndPlantedLinks) {
   EXPECT_FALSE(CreateLogDirectory(dir_.file("target/kept/below").c_str()));
 }
 
-TEST_F(FileTest, PlantedLinkIsReplacedByAFileThatAllMayWrite) {
+TEST_F(FileTest, PlantedLinksAreReplacedByAFileThatAllMayWrite) {
   const std::string secret = dir_.write("secret", "untouched");
   const std::string log = dir_.file("log");
-  fs::create_symlink(secret, log);
   const mode_t mask = umask(077);
-  for (const char* text : {"record", " appended"}) {
-    FILE* file = CreateLogFile(log.c_str());
-    ASSERT_NE(file, nullptr);
-    fputs(text, file);
-    fclose(file);
+  for (const bool hard : {true, false}) {
+    fs::remove(log);
+    hard ? fs::create_hard_link(secret, log) : fs::create_symlink(secret, log);
+    for (const char* text : {"record", " appended"}) {
+      FILE* file = CreateLogFile(log.c_str());
+      ASSERT_NE(file, nullptr);
+      fputs(text, file);
+      fclose(file);
+    }
+    EXPECT_EQ(ReadFile(log), "record appended");
+    EXPECT_EQ(fs::status(log).permissions(), static_cast<fs::perms>(0666));
   }
   umask(mask);
   EXPECT_EQ(ReadFile(secret), "untouched");
-  EXPECT_EQ(ReadFile(log), "record appended");
-  EXPECT_EQ(fs::status(log).permissions(), static_cast<fs::perms>(0666));
+  EXPECT_NE(fs::status(secret).permissions(), static_cast<fs::perms>(0666));
+}
+
+TEST_F(FileTest, PlantedPipeNeitherBlocksNorChanges) {
+  ASSERT_EQ(mkfifo(path_.c_str(), 0600), 0);
+  EXPECT_EQ(Write("lost"), 0);
+  EXPECT_EQ(fs::status(path_).permissions(), static_cast<fs::perms>(0600));
+}
+
+TEST_F(FileTest, PlantedLinkAtTheLogDoesNotEndTheLog) {
+  const std::string secret = dir_.write("secret", "untouched");
+  for (const bool open : {false, true}) {
+    fs::remove(path_);
+    if (open) {
+      ASSERT_GT(Write("one"), 0);
+      fs::remove(path_);
+    }
+    fs::create_symlink(secret, path_);
+    EXPECT_EQ(Write("asks for a new control block"), 0);
+    EXPECT_GT(Write("two"), 0);
+    EXPECT_THAT(LogArea::Lines(), testing::ElementsAre(testing::HasSubstr(" two\r\n")));
+  }
+  EXPECT_EQ(ReadFile(secret), "untouched");
+}
+
+// Whoever else writes to the control block.
+TEST_F(FileTest, PlantedPathIsNeitherRotatedNorKept) {
+  const std::string paths[] = {
+      std::string(InstallPaths::kLogFolder) + "/../Logging/debuglog.log",
+      std::string(InstallPaths::kLogFolder) + "/../../../victim",
+      dir_.file("victim"),
+      std::string(InstallPaths::kLogFolder) + "/victim",
+  };
+  for (const std::string& victim : paths) {
+    ASSERT_GT(Write("one"), 0);
+    std::ofstream(victim) << "untouched";
+    ControlBlock()->maximum_size = 1;
+    snprintf(ControlBlock()->path, sizeof(ControlBlock()->path), "%s", victim.c_str());
+    Write("to the victim at most");
+    EXPECT_EQ(ReadFile(victim).substr(0, 9), "untouched") << victim;
+    EXPECT_FALSE(fs::exists(victim + ".old"));
+    memset(ControlBlock()->path, 'x', sizeof(ControlBlock()->path));  // no NUL
+    EXPECT_EQ(Write("lost"), 0);
+    EXPECT_EQ(ControlBlock()->path, path_);
+  }
 }
 
 TEST_F(FileTest, RotatesAtTheLimitAndNotBefore) {
@@ -109,31 +164,17 @@ TEST_F(FileTest, FailedRenameLosesTheRecordAndIsTriedAgain) {
   EXPECT_EQ(LogArea::Lines(old_path_).size(), 2u);
 }
 
-TEST_F(FileTest, FileThatVanishesOrGrowsElsewhere) {
+// It must not go on writing to the old file.
+TEST_F(FileTest, AnotherProcessHasRotated) {
   ASSERT_GT(Write("one"), 0);
-  fs::remove(path_);
-  ASSERT_GT(Write("two"), 0);
-  EXPECT_THAT(LogArea::Lines(), testing::ElementsAre(testing::HasSubstr(" two\r\n")));
-
-  // Another process has rotated: this one must not go on writing to the old file.
   fs::rename(path_, old_path_);
   ++ControlBlock()->generation;
   ControlBlock()->file_size = 0;
   std::ofstream(path_) << "of another process\n";
-  ASSERT_GT(Write("three"), 0);
+  ASSERT_GT(Write("two"), 0);
   EXPECT_EQ(LogArea::Lines(old_path_).size(), 1u);
   EXPECT_EQ(LogArea::Lines().size(), 2u);
   EXPECT_EQ(ControlBlock()->file_size, fs::file_size(path_));
-}
-
-TEST_F(FileTest, UnacceptablePathIsReplaced) {
-  ASSERT_GT(Write("one"), 0);
-  snprintf(ControlBlock()->path, sizeof(ControlBlock()->path), "%s", dir_.file("planted").c_str());
-  EXPECT_EQ(Write("lost"), 0);
-  EXPECT_FALSE(fs::exists(dir_.file("planted")));
-  EXPECT_EQ(ControlBlock()->path, path_);
-  EXPECT_GT(Write("two"), 0);
-  EXPECT_EQ(LogArea::Lines().size(), 2u);
 }
 
 }  // namespace

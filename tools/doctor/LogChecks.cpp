@@ -14,7 +14,6 @@
 
 #include "libs/kxaccess/InstallPaths.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPILib.h"
-#include "platform/SharedMemoryName.h"
 #include "tools/doctor/Checks.h"
 #include "tools/doctor/Looks.h"
 
@@ -95,7 +94,7 @@ Finding CheckLogLock() {
 }
 
 Finding CheckLogControlBlock() {
-  const std::string name = SharedMemoryName(GetMmfName(FindPlace().global), InstallPaths::kRoot);
+  const std::string name = ControlBlockName(FindPlace().global);
   const std::string file = "/dev/shm" + name;
   struct stat info;
   if (stat(file.c_str(), &info) != 0) return Ok("log-control-block", "none yet");

@@ -2,6 +2,8 @@
 //
 // The layout is an interface. The VPN client's log service maps the same object to change the level
 // while processes run, so every field keeps its place. All fields change only under the log lock.
+//
+// Every user of the machine can write to it, so nothing in it is to be trusted.
 
 #ifndef LIBS_KXLOG_KXLOGSERVICE_LOGCONTROLBLOCK_H_
 #define LIBS_KXLOG_KXLOGSERVICE_LOGCONTROLBLOCK_H_
@@ -21,7 +23,7 @@ struct LogControlBlock {
   int32_t trace_level;      // records up to this level are written
   uint32_t level_updates;   // the log service counts it up when it changes trace_level
   uint8_t reserved_head[1028];
-  char path[1024];  // absolute, ends with a NUL
+  char path[1024];  // absolute; ends with a NUL, if its writer meant well
   uint8_t reserved_tail[1028];
 };
 

@@ -3,19 +3,42 @@
 #include <sys/ipc.h>
 #include <sys/sem.h>
 
+#include <algorithm>
+#include <atomic>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <string>
 
 #include "libs/kxaccess/InstallPaths.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPILib.h"
+#include "platform/SemaphoreWait.h"
 
 const char* const LogGlobalShareLockName = InstallPaths::kLogFolder;
 char s_LogSessionShareLockName[1024] = "";
 int32_t semid = 0;
 
 namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::steady_clock;
+
+// How long a process waits in all for a holder of the lock that does not go on, and how long for
+// each record after that: a stopped process must not stop everybody else's work.
+constexpr milliseconds kPatience(5000);
+constexpr milliseconds kPatienceAfterwards(1);
+
+// When the process began to wait for the lock; 0 when it has had it since.
+std::atomic<steady_clock::rep> s_WaitingSince{0};
+
+milliseconds PatienceLeft() {
+  const steady_clock::duration now = steady_clock::now().time_since_epoch();
+  steady_clock::rep since = 0;
+  if (s_WaitingSince.compare_exchange_strong(since, now.count())) since = now.count();
+  const auto waited = std::chrono::duration_cast<milliseconds>(now - steady_clock::duration(since));
+  return std::max(kPatience - waited, kPatienceAfterwards);
+}
 
 int Operate(short change, short flags) {
   sembuf operation = {};
@@ -63,12 +86,11 @@ bool LogLockInit(const char* path) {
 
 bool LogLock() {
   if (semid == 0) return true;
-  int result;
-  // Compares the result, which is -1, and not errno: an interrupted wait fails. Kept on purpose.
-  do {
-    result = Operate(-1, SEM_UNDO);
-  } while (result == EINTR && LogIsInitialized());
-  return result == 0;
+  // A wait that a signal interrupts is not taken up again. Kept on purpose.
+  const bool taken = TakeSemaphore(semid, milliseconds(0)) ||
+                     (errno == EAGAIN && TakeSemaphore(semid, PatienceLeft()));
+  if (taken) s_WaitingSince = 0;
+  return taken;
 }
 
 int LogUnlock() {

@@ -24,7 +24,8 @@ extern int32_t semid;
 bool LogLockInit(const char* path);
 
 // Waits for the lock. It is not recursive: a thread that holds it must not ask again. Fails when a
-// signal interrupts the wait.
+// signal interrupts the wait, and when the lock does not come free within 5 seconds; until the
+// process has had it again, every further wait then ends after a millisecond.
 bool LogLock();
 
 // Releases the lock. Mind the result: 1 without a lock, otherwise 0 on success and -1 on failure.

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <strings.h>
 #include <sys/stat.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -23,25 +24,34 @@ constexpr mode_t kFolderMode = 0755;
 constexpr mode_t kFileMode = 0666;
 constexpr size_t kLongestPath = 1023;
 
-// Holds a header and a record, so that one write takes them to the file together.
-char s_FileBuffer[8192];
-
 bool Exists(const char* path) {
   struct stat info;
   return stat(path, &info) == 0;
 }
 
+// The umask must not keep other users from the machine-wide log.
+void OpenFolderToAll(const char* path) {
+  const int fd = open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+  if (fd < 0) return;
+  struct stat info;
+  if (fstat(fd, &info) == 0 && info.st_uid == geteuid()) fchmod(fd, kFolderMode);
+  close(fd);
+}
+
 bool MakeFolder(const char* path) {
-  return Exists(path) || mkdir(path, kFolderMode) == 0 || errno == EEXIST;
+  if (Exists(path)) return true;
+  if (mkdir(path, kFolderMode) != 0) return errno == EEXIST;
+  if (bUseGlobalSession) OpenFolderToAll(path);
+  return true;
 }
 
 bool HasPrefix(const char* path, const char* prefix) {
   return strncasecmp(path, prefix, strlen(prefix)) == 0;
 }
 
-long FileSize(FILE* file) {
+off_t FileSize(FILE* file) {
   struct stat info;
-  return fstat(fileno(file), &info) == 0 ? static_cast<long>(info.st_size) : 0;
+  return fstat(fileno(file), &info) == 0 ? info.st_size : 0;
 }
 
 void CloseLogFile() {
@@ -54,6 +64,19 @@ bool UpdatesSharedBlock() { return IsShareMemoryReadWriteView() && !IsShareMemor
 
 bool UpdatesBlock() {
   return pShareMemory != nullptr && (IsShareMemoryReadWriteView() || IsShareMemoryPrivate());
+}
+
+bool IsRefused(const char* path) { return UpdatesSharedBlock() && !IsValidLogFilePathInSHM(path); }
+
+enum class Named { kOpenFile, kNothing, kOther };
+
+// What the path names now.
+Named NamedBy(const char* path) {
+  struct stat named, ours;
+  if (lstat(path, &named) != 0) return Named::kNothing;
+  const bool same = fstat(fileno(g_hLogFile), &ours) == 0 && named.st_dev == ours.st_dev &&
+                    named.st_ino == ours.st_ino;
+  return same ? Named::kOpenFile : Named::kOther;
 }
 
 // Renames the closed file to its ".old" name, replacing an older one.
@@ -76,26 +99,30 @@ bool RotateFile(const char* path) {
 // Closes the open file when it is no longer the one to write to. Returns false when it is full and
 // cannot be rotated.
 bool CloseOutdatedFile(const char* path) {
-  if (g_hLogFile != nullptr && UpdatesBlock()) {
+  if (g_hLogFile == nullptr) return true;
+  const Named named = NamedBy(path);
+  bool outdated = named != Named::kOpenFile;
+  // Another file is not ours to rename, nor is a refused one; opening it decides what becomes of
+  // it.
+  if (UpdatesBlock() && named != Named::kOther) {
     if (ControlBlock()->generation != CurrentLogRotationCount) {
+      outdated = true;
+    } else if (FileSize(g_hLogFile) >= static_cast<off_t>(ControlBlock()->maximum_size)) {
       CloseLogFile();
-    } else if (static_cast<unsigned long>(FileSize(g_hLogFile)) >= ControlBlock()->maximum_size) {
-      CloseLogFile();
-      if (!RotateFile(path)) return false;
+      return IsRefused(path) || RotateFile(path);
     }
   }
-  if (g_hLogFile != nullptr && !Exists(path)) CloseLogFile();
+  if (outdated) CloseLogFile();
   return true;
 }
 
 bool OpenLogFile(const char* path, int* resetRequested) {
-  if (UpdatesSharedBlock() && !IsValidLogFilePathInSHM(path)) {
+  if (IsRefused(path)) {
     if (resetRequested != nullptr) *resetRequested = 1;
     return false;
   }
   g_hLogFile = CreateLogFile(path);
   if (g_hLogFile == nullptr) return false;
-  setvbuf(g_hLogFile, s_FileBuffer, _IOFBF, sizeof(s_FileBuffer));
   LogControlBlock* block = ControlBlock();
   if (block == nullptr) return true;
   CurrentLogRotationCount = block->generation;
@@ -105,21 +132,42 @@ bool OpenLogFile(const char* path, int* resetRequested) {
   return true;
 }
 
-// Returns the number of bytes handed to the file.
+// Returns the number of bytes by which the file has grown. One call takes header and record to the
+// file together, past the stream's buffer, which would keep what a full disk does not take.
 size_t Append(const char* header, const char* record) {
-  fseek(g_hLogFile, FileSize(g_hLogFile), SEEK_SET);
-  size_t bytes = fwrite(header, 1, strlen(header), g_hLogFile);
-  if (bytes == strlen(header)) bytes += fwrite(record, 1, strlen(record), g_hLogFile);
-  fflush(g_hLogFile);
-  return bytes;
+  const int fd = fileno(g_hLogFile);
+  const off_t begin = FileSize(g_hLogFile);
+  const iovec pieces[] = {{const_cast<char*>(header), strlen(header)},
+                          {const_cast<char*>(record), strlen(record)}};
+  const ssize_t whole = static_cast<ssize_t>(pieces[0].iov_len + pieces[1].iov_len);
+  const ssize_t written = writev(fd, pieces, 2);
+  if (written == whole) return static_cast<size_t>(whole);
+  // Half a record would run into the next one.
+  if (written <= 0 || ftruncate(fd, begin) == 0) return 0;
+  return static_cast<size_t>(written);
+}
+
+// Whether ".." is among the components, so that the path may lead out of the folder it begins with.
+bool LeadsUp(const char* path) {
+  for (const char* at = strstr(path, "/.."); at != nullptr; at = strstr(at + 1, "/..")) {
+    if (at[3] == '/' || at[3] == '\0') return true;
+  }
+  return false;
+}
+
+bool LiesInLogFolder(const char* path) {
+  if (LeadsUp(path)) return false;
+  return HasPrefix(path, InstallPaths::kUserLogPrefix) ||
+         HasPrefix(path, InstallPaths::kMachineLogPrefix);
 }
 
 }  // namespace
 
 bool CreateLogDirectory(const char* path) {
-  if (Exists(path)) {
-    if (!IsSymLink(path)) return true;
+  if (IsSymLink(path)) {
     if (unlink(path) != 0) return false;
+  } else if (Exists(path)) {
+    return true;
   }
   if (path[0] == '\0') return true;
   const std::string whole = path;
@@ -137,35 +185,36 @@ bool IsSymLink(const char* path) {
 
 FILE* CreateLogFile(const char* path) {
   errno = 0;
-  int flags = O_RDWR | O_NOFOLLOW | O_CLOEXEC;
-  if (IsSymLink(path)) {
-    if (unlink(path) != 0) return nullptr;
-    flags |= O_CREAT;
-  } else if (!Exists(path)) {
-    flags |= O_CREAT;
-  }
-  const int fd = open(path, flags, kFileMode);
-  if (fd < 0) return nullptr;
-  FILE* file = fdopen(fd, "a");
-  if (file == nullptr) {
-    close(fd);
-    return nullptr;
-  }
-  // Only its owner may change a file's mode, so one that has it already is left alone.
   struct stat info;
-  const bool has_mode = fstat(fd, &info) == 0 && (info.st_mode & 07777) == kFileMode;
-  if (!has_mode && fchmod(fd, kFileMode) != 0) {
-    fclose(file);
-    return nullptr;
+  bool exists = lstat(path, &info) == 0;
+  // A second name may be that of somebody's secret, or make a secret of the log.
+  if (exists && (S_ISLNK(info.st_mode) || (S_ISREG(info.st_mode) && info.st_nlink > 1))) {
+    if (unlink(path) != 0) return nullptr;
+    exists = false;
   }
+  // Devices and the like are not even opened.
+  if (exists && !S_ISREG(info.st_mode)) return nullptr;
+  const int fd =
+      open(path, O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | (exists ? 0 : O_CREAT),
+           kFileMode);
+  if (fd < 0) return nullptr;
+  const bool usable = fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && info.st_nlink == 1 &&
+                      // Only its owner may change a file's mode, so one that has it is left alone.
+                      ((info.st_mode & 07777) == kFileMode || fchmod(fd, kFileMode) == 0);
+  FILE* file = usable ? fdopen(fd, "a") : nullptr;
+  if (file == nullptr) close(fd);
   return file;
 }
 
 bool IsValidLogFilePathInSHM(const char* path) {
   if (path == nullptr || path[0] == '\0' || IsSymLink(path)) return false;
-  const std::string copy(path, strnlen(path, kLongestPath));
-  if (HasPrefix(copy.c_str(), InstallPaths::kUserLogPrefix)) return !IsSymLink(copy.c_str());
-  return HasPrefix(copy.c_str(), InstallPaths::kMachineLogPrefix);
+  char copy[kLongestPath + 1];
+  snprintf(copy, sizeof(copy), "%s", path);
+  return LiesInLogFolder(copy);
+}
+
+void RemovePlantedLink(const char* path) {
+  if (LiesInLogFolder(path) && IsSymLink(path)) unlink(path);
 }
 
 bool LogData(const char* header, const char* record, int* resetRequested) {

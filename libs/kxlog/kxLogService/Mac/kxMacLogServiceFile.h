@@ -14,25 +14,33 @@ extern FILE* g_hLogFile;
 // that has been renamed, and opens the path anew.
 extern uint32_t CurrentLogRotationCount;
 
-// Creates a folder and its missing ancestors, with mode 0755. A symbolic link in the place of the
-// folder itself is removed first; links among its ancestors are followed.
+// Creates a folder and its missing ancestors, with mode 0755; those of the machine-wide log
+// whatever the umask, since all users need them. A symbolic link in the place of the folder itself,
+// dangling or not, is removed first; links among its ancestors are followed.
 bool CreateLogDirectory(const char* path);
 
 // Whether `path` itself is a symbolic link.
 bool IsSymLink(const char* path);
 
 // Opens a log file for appending, creating it when there is none. It gets the mode 0666 whatever
-// the process's umask, since processes of other users append to it too. A symbolic link in its
-// place is removed, never followed. Returns null on any failure; the caller closes the stream.
+// the process's umask, since processes of other users append to it too. A link in its place,
+// symbolic or hard, is removed, never followed. Returns null on any failure, also when something
+// else than a file stands there; the caller closes the stream. Never blocks.
 FILE* CreateLogFile(const char* path);
 
 // Whether the control block may name this log file: it must lie in one of the product's log
-// folders, compared without regard to case, and be no symbolic link.
+// folders, compared without regard to case, have no ".." among its components, and be no symbolic
+// link.
 bool IsValidLogFilePathInSHM(const char* path);
 
+// Removes a symbolic link in the place of a log file that the control block may name.
+void RemovePlantedLink(const char* path);
+
 // Appends header and record to the log; called with the log lock held. Rotates the file first when
-// it has reached the maximum size, and opens it first when that is due. Returns false when the
-// file cannot be rotated or opened. When the control block names an unacceptable file, also sets
+// it has reached the maximum size, and opens it first when that is due, which it also is when the
+// path names another file than the open one. Returns false when the file cannot be rotated or
+// opened, but true when it had no room: the file then ends with the record before. When the control
+// block names an unacceptable file, also sets
 // `*resetRequested` (may be null) to 1: the caller then resets the control block.
 bool LogData(const char* header, const char* record, int* resetRequested);
 

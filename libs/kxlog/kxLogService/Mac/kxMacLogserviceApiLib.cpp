@@ -1,12 +1,11 @@
 #include "libs/kxlog/kxLogService/Mac/kxMacLogserviceApiLib.h"
 
-#include <fcntl.h>
 #include <pwd.h>
 #include <sys/mman.h>
 #include <sys/time.h>
 #include <unistd.h>
 
-#include <cerrno>
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -18,6 +17,7 @@
 #include "libs/kxlog/kxLogService/kxLogServiceAPILib.h"
 #include "platform/ProcessName.h"
 #include "platform/SharedMemoryName.h"
+#include "platform/SharedMemoryObject.h"
 
 namespace {
 
@@ -28,6 +28,10 @@ char s_SessionShareLogName[1024] = "";
 
 constexpr char kLogNameVariable[] = "VELD_LOG_NAME";
 constexpr size_t kLogNameLimit = 1020;
+
+// An attempt to join has failed and left the process with the log lock: nobody may wait for it
+// here.
+std::atomic<bool> s_LockKept{false};
 
 // Finds the lock to share, the machine-wide one first.
 bool OpenSession() {
@@ -41,12 +45,9 @@ bool OpenSession() {
 }
 
 LogControlBlock* MapControlBlock() {
-  const std::string name =
-      SharedMemoryName(GetMmfName(bUseGlobalSession != 0), InstallPaths::kRoot);
-  const int fd = shm_open(name.c_str(), O_RDWR | O_CREAT, 0666);
+  const int fd = OpenSharedMemory(ControlBlockName(bUseGlobalSession != 0));
   if (fd < 0) return nullptr;
-  // macOS does not let an existing object be resized.
-  if (ftruncate(fd, sizeof(LogControlBlock)) != 0 && errno != EINVAL) {
+  if (!SizeSharedMemory(fd, sizeof(LogControlBlock))) {
     close(fd);
     return nullptr;
   }
@@ -65,6 +66,7 @@ void InitialiseControlBlock(LogControlBlock* block) {
     path = GetPrivShareLogName(bUseGlobalSession != 0);
   }
   snprintf(block->path, sizeof(block->path), "%s", path);
+  RemovePlantedLink(path);
   block->maximum_size = kLogMaximumSize;
   block->service_word = kLogServiceWord;
 }
@@ -72,6 +74,11 @@ void InitialiseControlBlock(LogControlBlock* block) {
 }  // namespace
 
 const char* GetMmfName(bool global) { return global ? s_GlobalMmfName : s_SessionMmfName; }
+
+std::string ControlBlockName(bool global) {
+  return SharedMemoryName(GetMmfName(global), InstallPaths::kRoot,
+                          global ? SharedAmong::kAllUsers : SharedAmong::kProcessesOfTheUser);
+}
 
 const char* GetPrivShareLogName(bool global) {
   if (global) return s_GlobalShareLogName;
@@ -87,6 +94,7 @@ const char* GetPrivShareLogName(bool global) {
 bool KXLogProcessAttachInit() {
   if (CurrentLogMode == kLogModeOff) return false;
   if (bLogInitialized) return true;
+  if (s_LockKept) return false;
   GetCurrentProcessName();
   if (!OpenSession() || !LogLock()) return false;
   if (bLogInitialized) {  // another thread was faster
@@ -95,9 +103,13 @@ bool KXLogProcessAttachInit() {
   }
 
   LogControlBlock* block = MapControlBlock();
-  if (block == nullptr) return false;
+  if (block == nullptr) {
+    s_LockKept = true;
+    return false;
+  }
   pShareMemory = block;
-  if (block->size == 0 || !IsValidLogFilePathInSHM(block->path)) InitialiseControlBlock(block);
+  const std::string path(block->path, strnlen(block->path, sizeof(block->path) - 1));
+  if (block->size == 0 || !IsValidLogFilePathInSHM(path.c_str())) InitialiseControlBlock(block);
   bIsShareMemoryReadWriteView = 1;
   size_t length = sizeof(CurrentUserName);
   if (GetUserName(CurrentUserName, &length)) {

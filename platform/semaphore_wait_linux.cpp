@@ -1,0 +1,12 @@
+#include <sys/ipc.h>
+#include <sys/sem.h>
+
+#include <ctime>
+
+#include "platform/SemaphoreWait.h"
+
+bool TakeSemaphore(int set, std::chrono::milliseconds limit) {
+  sembuf take = {0, -1, SEM_UNDO};
+  const timespec time = {limit.count() / 1000, limit.count() % 1000 * 1000000};
+  return semtimedop(set, &take, 1, &time) == 0;
+}

@@ -109,19 +109,25 @@ TEST_F(DoctorTest, NamesWhatIsInTheWay) {
         "failure framework: .*cannot open", "failure chromium: .*not installed",
         "failure display: DISPLAY is not set", "failure home: HOME", "failure temporary-folder"}},
       {R"(hide "$APP/Resources"; replace "$FRAMEWORK"/Chromium* <$(realpath /lib/*/libm.so.6)
+          hide "$LOG"; touch "$LOG/debuglog.log"; (umask 0; truncate -s 30M "$FAKE/full")
+          mount --bind "$FAKE/full" "$LOG/debuglog.log"; mount -o remount,ro "$LOG"
           fake_chromium <<<'echo no luck >&2'; export DISPLAY=:4321 HOME=$FAKE/c)",
        {"failure catalogs: .*_EN.txt is missing", "failure framework: .*has no cef_api_hash",
         "failure chromium-start: .*it says: no luck", "failure display: .*is gone",
-        "failure home: .*c is not a folder", "failure data-folder: .*c is not a folder"}},
+        "warning log-file: .*is full and cannot be renamed", "failure home: .*c is not a folder",
+        "failure data-folder: .*c is not a folder"}},
       {"export FAKE_API_HASH=x DISPLAY=127.0.0.1:77; hide \"$DATA\" -o mode=700,size=16k\n"
+       "mkdir -p \"$LOG\"; hide \"${LOG%/*}\" -o ro\n"
+       "for file in passwd nsswitch.conf; do mount --bind /dev/null /etc/$file; done\n"
        "replace \"$FRAMEWORK\"/Chromium* <'" EB_OTHER_FRAMEWORK "'\n" +
            std::string(kOldChromium),
        {"failure framework: .*has the version \"x\"", "failure display: no answer within",
-        "failure chromium-calls: .*Chrome/1 does not know Storage.setCookies",
-        "warning disk-space: 0 MB free"}},
+        "failure chromium-calls: .*Chrome/1 does not know Storage.setCookies", "warning user-entry",
+        "warning log-folder: .*nothing can be made.*no home folder",
+        "warning log-file: nothing is ever written to ", "warning disk-space: 0 MB free"}},
       {R"(fake_chromium <<<'exec sleep 60'; ln -s elsewhere-1 "$DATA/cef/SingletonLock"
           mkdir -p "$LOG"; mount --bind "$FAKE" "$LOG")",
-       {"failure chromium-start: .*no answer", "failure log-lock: .*held",
+       {"failure chromium-start: .*no answer", "warning log-lock: .*held",
         "warning profile-lock: "}},
       {"exec unshare --ipc sh -c 'echo 0 >/proc/sys/kernel/shmmni; exec \"$0\" --json' \"$0\"",
        {"failure shared-memory-limit: 0 of 0"}},

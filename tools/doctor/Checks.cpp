@@ -38,6 +38,7 @@ const std::vector<Check>& AllChecks() {
       {"shared-memory-limit", CheckSharedMemoryLimit, kFileLimit},
       {"semaphore-limit", CheckSemaphoreLimit, kFileLimit},
       {"shared-memory-folder", CheckSharedMemoryFolder, kFileLimit},
+      {"user-entry", CheckUserEntry, kFileLimit},
       {"log-folder", CheckLogFolder, kFileLimit},
       {"log-file", CheckLogFile, kFileLimit},
       {"log-lock", CheckLogLock, kFileLimit},

@@ -49,6 +49,7 @@ Finding CheckProfile();
 Finding CheckProfileLock();
 Finding CheckOtherSignIn();
 // LogChecks.cpp
+Finding CheckUserEntry();
 Finding CheckLogFolder();
 Finding CheckLogFile();
 Finding CheckLogLock();

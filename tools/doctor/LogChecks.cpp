@@ -1,6 +1,7 @@
 // The log that the client's processes share: machine-wide, or else the user's own.
 
 #include <fcntl.h>
+#include <pwd.h>
 #include <sys/ipc.h>
 #include <sys/mman.h>
 #include <sys/sem.h>
@@ -29,40 +30,64 @@ constexpr timespec kLockPatience = {1, 0};
 struct LogPlace {
   bool global = true;
   std::string folder;
-  std::string problem;  // why there is no log; empty when there is
+  std::string no_machine_log;  // why it is not the machine-wide one; empty when it is
+  std::string problem;         // why there is none at all; empty when there is
 };
+
+bool HasUserEntry() { return getpwuid(getuid()) != nullptr; }
 
 // The choice that every writer makes.
 LogPlace FindPlace() {
   LogPlace place;
   place.folder = InstallPaths::kLogFolder;
-  if (WhyNoFolder(place.folder).empty()) return place;
+  place.no_machine_log = WhyNoFolder(place.folder);
+  if (place.no_machine_log.empty()) return place;
   GetLogSessionShareLockName();
   place.global = false;
   place.folder = s_LogSessionShareLockName;
-  place.problem = WhyNoFolder(place.folder);
+  place.problem = HasUserEntry() ? WhyNoFolder(place.folder) : "your user id has no home folder";
   return place;
+}
+
+// The size at which the log file is full, as its writers are told.
+off_t FullSize(bool global) {
+  LogControlBlock block = {};
+  const int fd = shm_open(ControlBlockName(global).c_str(), O_RDONLY, 0);
+  const bool known = fd >= 0 && pread(fd, &block, sizeof block, 0) == sizeof block && block.size;
+  if (fd >= 0) close(fd);
+  return known ? block.maximum_size : kLogMaximumSize;
 }
 
 }  // namespace
 
+Finding CheckUserEntry() {
+  if (HasUserEntry()) return Ok("user-entry", UserName(getuid()));
+  return Warning("user-entry", "the user id " + std::to_string(getuid()) + " has no entry");
+}
+
 Finding CheckLogFolder() {
   const LogPlace place = FindPlace();
-  if (!place.problem.empty()) return Warning("log-folder", place.problem);
-  return Ok("log-folder", place.folder);
+  if (place.global) return Ok("log-folder", place.folder);
+  return Warning("log-folder",
+                 place.no_machine_log + (place.problem.empty() ? "" : "; ") + place.problem);
 }
 
 Finding CheckLogFile() {
-  const std::string file = GetPrivShareLogName(FindPlace().global);
+  const LogPlace place = FindPlace();
+  const std::string file = GetPrivShareLogName(place.global);
+  if (!place.global) return Warning("log-file", "nothing is ever written to " + file);
+  const std::string folder = file.substr(0, file.rfind('/'));
   struct stat info;
   if (lstat(file.c_str(), &info) != 0) {
-    const std::string folder = file.substr(0, file.rfind('/'));
     if (stat(folder.c_str(), &info) == 0 && access(folder.c_str(), W_OK | X_OK) != 0) {
       return Warning("log-file", "no file can be made in " + folder + ": " + strerror(errno));
     }
     return Ok("log-file", file + " will be made");
   }
-  if (S_ISLNK(info.st_mode)) return Warning("log-file", file + " is a symbolic link");
+  if (S_ISLNK(info.st_mode) || (S_ISREG(info.st_mode) && info.st_nlink > 1)) {
+    const std::string what = S_ISLNK(info.st_mode) ? " is a symbolic link" : " has other names too";
+    return Warning("log-file", file + what);
+  }
   if (!S_ISREG(info.st_mode)) return Warning("log-file", file + " is not a file");
   // Whoever may not set the mode that all writers rely on does not write.
   const bool has_mode = (info.st_mode & 07777) == kLogFileMode;
@@ -72,6 +97,10 @@ Finding CheckLogFile() {
   }
   if (access(file.c_str(), R_OK | W_OK) != 0) {
     return Warning("log-file", file + ": " + strerror(errno));
+  }
+  if (info.st_size >= FullSize(place.global) && access(folder.c_str(), W_OK | X_OK) != 0) {
+    return Warning("log-file",
+                   file + " is full and cannot be renamed: " + folder + ": " + strerror(errno));
   }
   return Ok("log-file", file);
 }
@@ -89,7 +118,7 @@ Finding CheckLogLock() {
   }
   if (errno != EAGAIN) return Warning("log-lock", name + ": " + strerror(errno));
   const pid_t holder = semctl(id, 0, GETPID);
-  return Failure("log-lock", name + " is held, last by " + ProcessText(holder) +
+  return Warning("log-lock", name + " is held, last by " + ProcessText(holder) +
                                  (IsAlive(holder) ? "" : ", which is not there any more"));
 }
 
@@ -98,8 +127,7 @@ Finding CheckLogControlBlock() {
   const std::string file = "/dev/shm" + name;
   struct stat info;
   if (stat(file.c_str(), &info) != 0) return Ok("log-control-block", "none yet");
-  // With O_CREAT as every writer has it: some systems then refuse the files of others.
-  const int fd = shm_open(name.c_str(), O_RDWR | O_CREAT, 0666);
+  const int fd = shm_open(name.c_str(), O_RDWR, 0);
   if (fd < 0) {
     char mode[8];
     snprintf(mode, sizeof mode, "%03o", info.st_mode & 0777u);

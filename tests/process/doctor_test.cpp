@@ -123,7 +123,7 @@ TEST_F(DoctorTest, NamesWhatIsInTheWay) {
            std::string(kOldChromium),
        {"failure framework: .*has the version \"x\"", "failure display: no answer within",
         "failure chromium-calls: .*Chrome/1 does not know Storage.setCookies", "warning user-entry",
-        "warning log-folder: .*nothing can be made.*no home folder",
+        "warning log-folder: .*nothing can be created.*no home folder",
         "warning log-file: nothing is ever written to ", "warning disk-space: 0 MB free"}},
       {R"(fake_chromium <<<'exec sleep 60'; ln -s elsewhere-1 "$DATA/cef/SingletonLock"
           mkdir -p "$LOG"; mount --bind "$FAKE" "$LOG")",

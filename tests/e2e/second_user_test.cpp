@@ -1,0 +1,94 @@
+// A machine with two users, root and an ordinary one. Takes the log's control block away, which all
+// runs share, so it runs alone.
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "libs/kxaccess/InstallPaths.h"
+#include "platform/SharedMemoryName.h"
+#include "tests/e2e/E2eTest.h"
+
+namespace {
+
+using testing::HasSubstr;
+
+constexpr char kAutomatic[] = "/saml-redirect/start?auto=1";
+constexpr char kNever[] = "/saml-never/start";
+constexpr uid_t kUser = 65534;
+
+// The test's user is the ordinary one; root has a home of its own.
+class SecondUserTest : public E2eTest {
+ protected:
+  void SetUp() override {
+    if (geteuid() != 0) GTEST_SKIP() << "only root can start processes of several users";
+    if (RunToEnd(AsUser({{"test", "-x", EB_PROGRAM}, "", {}, "", "", false}), kPatience)
+            .exit_status)
+      GTEST_SKIP() << "others cannot see the build";
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(home_.path()))
+      ASSERT_EQ(lchown(entry.path().c_str(), kUser, kUser), 0);
+    ASSERT_EQ(chown(home_.path().c_str(), kUser, kUser), 0);
+    std::filesystem::create_directories(root_home_.path() + InstallPaths::kDataFolderUnderHome);
+    std::filesystem::create_directories(InstallPaths::kLogFolder);
+    std::ofstream(InstallPaths::kLogFile, std::ios::app) << "";
+    chmod(InstallPaths::kLogFile, 0666);
+    shm_unlink(block_.c_str());
+  }
+
+  static Subprocess::Command AsUser(Subprocess::Command command) {
+    const std::string id = std::to_string(kUser);
+    const std::vector<std::string> prefix = {"setpriv", "--reuid=" + id, "--regid=" + id,
+                                             "--clear-groups"};
+    command.arguments.insert(command.arguments.begin(), prefix.begin(), prefix.end());
+    return command;
+  }
+  std::unique_ptr<Subprocess> SignIn(uid_t user, const char* path) const {
+    Subprocess::Command command = StarterCommand({"saml-login", path, "KXSAMLEMBID=l", false, {}});
+    if (user != 0) return std::make_unique<Subprocess>(AsUser(command));
+    command.environment = {{"HOME", root_home_.path()}, {"TMPDIR", root_home_.path()}};
+    return std::make_unique<Subprocess>(command);
+  }
+
+  const TempDir root_home_;
+  const std::string block_ =
+      SharedMemoryName("/Corvane Secure/debuglog.shm", InstallPaths::kRoot, SharedAmong::kAllUsers);
+};
+
+// Report() fails when the log does not say how the run ended.
+TEST_F(SecondUserTest, BothSignInAndLogInAnyOrder) {
+  for (const auto& order : {std::pair<uid_t, uid_t>(0, kUser), {kUser, 0}}) {
+    shm_unlink(block_.c_str());
+    for (const uid_t user : {order.first, order.second})
+      EXPECT_EQ(Report(*SignIn(user, kAutomatic)).verdict, "signed in") << "user " << user;
+  }
+  const auto one = SignIn(0, kAutomatic);
+  const auto other = SignIn(kUser, kAutomatic);
+  EXPECT_EQ(Report(*one).verdict, "signed in");
+  EXPECT_EQ(Report(*other).verdict, "signed in");
+}
+
+// As an earlier version made the control block: the user has no log, but keeps its lock.
+TEST_F(SecondUserTest, NobodyWaitsForOneWhoIsKeptOutOfTheLog) {
+  const int block = shm_open(block_.c_str(), O_RDWR | O_CREAT | O_EXCL, 0644);
+  ASSERT_GE(block, 0);
+  close(block);
+  const auto kept_out = SignIn(kUser, kNever);
+  ASSERT_TRUE(WaitForRequest("/saml-never/sso"));
+
+  const auto begin = std::chrono::steady_clock::now();
+  const auto stopped = SignIn(0, kNever);
+  const auto other = SignIn(0, kAutomatic);
+  EXPECT_THAT(other->Wait(kPatience).value_or(Subprocess::End()).out, HasSubstr("signed in"));
+  stopped->Signal(SIGTERM);
+  kept_out->Signal(SIGTERM);
+  for (const auto* run : {&stopped, &kept_out})
+    EXPECT_THAT((*run)->Wait(kPatience).value_or(Subprocess::End()).out, HasSubstr("stopped"));
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(25));
+  shm_unlink(block_.c_str());
+}
+
+}  // namespace

@@ -9,6 +9,9 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
+
+#include "cef/chromium/PrivateFolder.h"
 
 namespace engine {
 
@@ -33,6 +36,9 @@ constexpr Flag kFlags[] = {
     {"autofill.profile_enabled", false},
     {"autofill.credit_card_enabled", false},
     {"signin.allowed", false},
+    {"signin.allowed_on_next_startup", false},
+    // No list of the pages that were visited.
+    {"history.saving_disabled", true},
     // No traffic but the pages'.
     {"safebrowsing.enabled", false},
     {"search.suggest_enabled", false},
@@ -60,19 +66,46 @@ constexpr const char* kBlocked[] = {
 using rapidjson::Document;
 using rapidjson::Value;
 
-// Sets the value at the path, whose names are parted by dots.
+// Sets the value at the path, whose names are parted by dots. What stands in its way is replaced.
 void Set(Document* document, const std::string& path, Value value) {
   auto& allocator = document->GetAllocator();
   Value* object = document;
+  const auto member = [&](const std::string& name) -> Value& {
+    if (!object->HasMember(name.c_str())) {
+      object->AddMember(Value(name.c_str(), allocator), Value(), allocator);
+    }
+    return (*object)[name.c_str()];
+  };
   size_t begin = 0;
   for (size_t dot; (dot = path.find('.', begin)) != std::string::npos; begin = dot + 1) {
-    const std::string name = path.substr(begin, dot - begin);
-    if (!object->HasMember(name.c_str())) {
-      object->AddMember(Value(name.c_str(), allocator), Value(rapidjson::kObjectType), allocator);
-    }
-    object = &(*object)[name.c_str()];
+    Value& next = member(path.substr(begin, dot - begin));
+    if (!next.IsObject()) next.SetObject();
+    object = &next;
   }
-  object->AddMember(Value(path.c_str() + begin, allocator), value, allocator);
+  member(path.substr(begin)) = value;
+}
+
+void SetAll(Document* document) {
+  for (const Flag& flag : kFlags) Set(document, flag.path, Value(flag.value));
+  for (const Number& number : kNumbers) Set(document, number.path, Value(number.value));
+  for (const char* name : kBlocked) {
+    Set(document, std::string("profile.default_content_setting_values.") + name, Value(2));
+  }
+}
+
+// The text of a plain file; "" for anything else, and for one that no browser would have written.
+std::string ReadPlainFile(const std::string& path) {
+  constexpr off_t kLongest = 64 << 20;
+  const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+  struct stat info;
+  std::string text;
+  if (fd >= 0 && fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && info.st_size <= kLongest) {
+    text.resize(static_cast<size_t>(info.st_size));
+    const ssize_t count = read(fd, text.data(), text.size());
+    text.resize(count > 0 ? static_cast<size_t>(count) : 0);
+  }
+  if (fd >= 0) close(fd);
+  return text;
 }
 
 bool WriteAll(int fd, const std::string& text) {
@@ -88,36 +121,56 @@ bool WriteAll(int fd, const std::string& text) {
 
 }  // namespace
 
-std::string SeedPreferencesJson() {
-  Document document(rapidjson::kObjectType);
-  for (const Flag& flag : kFlags) Set(&document, flag.path, Value(flag.value));
-  for (const Number& number : kNumbers) Set(&document, number.path, Value(number.value));
-  for (const char* name : kBlocked) {
-    Set(&document, std::string("profile.default_content_setting_values.") + name, Value(2));
-  }
-  rapidjson::StringBuffer buffer;
-  rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
-  document.Accept(writer);
-  return {buffer.GetString(), buffer.GetSize()};
-}
-
 bool SeedPreferences(const std::string& profile_dir, std::string* err) {
   const std::string folder = profile_dir + "/Default";
   const std::string path = folder + "/Preferences";
-  if (access(path.c_str(), F_OK) == 0) return true;
+  const std::string former = ReadPlainFile(path);
+  Document document;
+  document.Parse<rapidjson::kParseIterativeFlag>(former.data(), former.size());
+  if (document.HasParseError() || !document.IsObject()) document.SetObject();
+  SetAll(&document);
+  rapidjson::StringBuffer buffer;
+  rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
+  document.Accept(writer);
+  const std::string text(buffer.GetString(), buffer.GetSize());
+  if (text == former) return true;
+
   // Under another name first: a half-written file would count as damaged and be thrown away.
   const std::string fresh = path + ".seed";
   bool written = false;
   if (mkdir(folder.c_str(), 0700) == 0 || errno == EEXIST) {
-    const int fd = open(fresh.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600);
+    unlink(fresh.c_str());
+    const int fd = open(fresh.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600);
     if (fd >= 0) {
-      written = WriteAll(fd, SeedPreferencesJson());
+      written = WriteAll(fd, text);
       close(fd);
     }
   }
   if (written && rename(fresh.c_str(), path.c_str()) == 0) return true;
   *err = "cannot write " + path + ": " + strerror(errno);
+  unlink(fresh.c_str());
   return false;
+}
+
+void KeepNoSessions(const std::string& profile_dir) {
+  namespace fs = std::filesystem;
+  const fs::path folder = profile_dir + "/Default";
+  std::error_code ignored;
+  if (fs::is_regular_file(fs::symlink_status(folder / "Sessions", ignored))) return;
+  for (const char* name :
+       {"History", "History-journal", "Favicons", "Favicons-journal", "Top Sites",
+        "Top Sites-journal", "Visited Links", "Shortcuts", "Shortcuts-journal",
+        "Network Action Predictor", "Network Action Predictor-journal", "Cache", "Web Data",
+        "Web Data-journal", "../segmentation_platform"}) {
+    RemoveTree(folder / name);
+  }
+  // Where a folder is to be, a file keeps it from being made.
+  for (const char* name : {"Sessions_Encrypted", "Sessions"}) {
+    const std::string path = folder / name;
+    RemoveTree(path);
+    const int fd = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0400);
+    if (fd >= 0) close(fd);
+  }
 }
 
 }  // namespace engine

@@ -106,6 +106,7 @@ std::unique_ptr<Profile> Profile::Open(const std::string& cache_path, std::strin
   RemoveStaleLocks(dir);
   std::string ignored;
   if (!SeedPreferences(dir, &ignored)) return OpenPrivate(dir, err);
+  KeepNoSessions(dir);
   return profile;
 }
 
@@ -129,6 +130,7 @@ std::unique_ptr<Profile> Profile::OpenPrivate(const std::string& cache_path, std
   }
   std::unique_ptr<Profile> profile(new Profile(dir, true, lock));
   if (!SeedPreferences(dir, err)) return nullptr;
+  KeepNoSessions(dir);
   return profile;
 }
 

@@ -11,6 +11,7 @@
 
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 
 #include "cef/chromium/ChildProcess.h"
@@ -59,12 +60,34 @@ TEST_F(ProfileTest, MakesTheFolderAndKeepsItsPreferences) {
     EXPECT_EQ(profile->dir(), path);
     EXPECT_TRUE(IsOursAlone(path));
     EXPECT_TRUE(IsOursAlone(folder_.file("home")));
-    EXPECT_NE(ReadFile(preferences), "");
   }
   umask(before);
-  folder_.write("home/Söme one/cef/Default/Preferences", "{\"mine\":1}");
-  EXPECT_FALSE(Open(path)->is_private());
-  EXPECT_EQ(ReadFile(preferences), "{\"mine\":1}");
+  for (const char* former : {R"({"mine":1,"profile":{"cookie_controls_mode":1}})", R"({"mine":1)",
+                             R"([1])", R"({"mine":1,"profile":"odd"})"}) {
+    folder_.write("home/Söme one/cef/Default/Preferences", former);
+    EXPECT_FALSE(Open(path)->is_private());
+    const std::string now = ReadFile(preferences);
+    EXPECT_NE(now.find("\"cookie_controls_mode\":0"), now.npos) << now;
+    const bool readable = strchr(former, '{') && strchr(former, '}');
+    EXPECT_EQ(now.find("\"mine\":1") != now.npos, readable) << now;
+  }
+}
+
+TEST_F(ProfileTest, WhatEarlierRunsWroteDownIsRemovedAndNotWrittenAgain) {
+  VirtualDisplay display(VirtualDisplay::WindowManager::kOpenbox);
+  const std::string written[] = {path_ + "/Default/Sessions/Tabs_1", path_ + "/Default/History"};
+  fs::create_directories(path_ + "/Default/Sessions");
+  for (const std::string& file : written) std::ofstream(file) << "https://idp.test/page";
+  auto profile = Open(path_);
+  for (const std::string& file : written) EXPECT_FALSE(fs::exists(file)) << file;
+  RawChromium chromium = ChromiumOn(path_);
+  const std::string session = chromium.OpenPage("data:text/html,seen");
+  chromium.Evaluate(session, "document.body.textContent");
+  chromium.process().CloseCommands();
+  EXPECT_TRUE(chromium.process().WaitForExit(std::chrono::seconds(5)));
+  for (const char* name : {"/Default/Sessions", "/Default/Sessions_Encrypted"}) {
+    EXPECT_TRUE(fs::is_regular_file(path_ + name) && fs::is_empty(path_ + name)) << name;
+  }
 }
 
 TEST_F(ProfileTest, UnsafeFoldersAreNotUsed) {

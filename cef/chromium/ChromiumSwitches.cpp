@@ -19,7 +19,7 @@ struct Switch {
 };
 
 constexpr Switch kBuiltIn[] = {
-    // Without it the window messages' --no-sandbox shows a warning bar in every window.
+    // Without it --no-sandbox shows a warning bar in every window.
     {"test-type", ""},
     {"no-first-run", ""},
     {"no-default-browser-check", ""},
@@ -27,6 +27,10 @@ constexpr Switch kBuiltIn[] = {
     {"password-store", "basic"},
     {"disable-background-networking", ""},
     {"disable-component-update", ""},
+    // The component updater and the list of signed-in accounts ask all the same. Port 9 is one that
+    // Chromium connects to under no circumstances.
+    {"component-updater", "url-source=http://127.0.0.1:9/"},
+    {"gaia-url", "http://127.0.0.1:9/"},
     {"disable-sync", ""},
     {"disable-default-apps", ""},
     {"disable-domain-reliability", ""},
@@ -39,12 +43,17 @@ constexpr Switch kBuiltIn[] = {
     {"disable-popup-blocking", ""},
     // Identity providers object to navigator.webdriver, which the pipe would set.
     {"disable-blink-features", "AutomationControlled"},
-    // BackForwardCache: pages restored from it pass no request hook. The others change addresses,
-    // show bubbles or ask before private addresses are reached.
+    // BackForwardCache: pages restored from it pass no request hook. Enable...BoundCookies: a
+    // cookie
+    // planted for http would not be sent over https. NetworkTimeServiceQuerying asks Chromium's
+    // maker for the time. The others change addresses, show bubbles or ask before private addresses
+    // are reached.
     {"disable-features",
      "Translate,OptimizationHints,MediaRouter,DialMediaRouteProvider,BackForwardCache,"
-     "HttpsUpgrades,"
-     "HttpsFirstBalancedModeAutoEnable,LocalNetworkAccessChecks"},
+     "HttpsUpgrades,HttpsFirstBalancedModeAutoEnable,LocalNetworkAccessChecks,"
+     "EnableSchemeBoundCookies,EnablePortBoundCookies,NetworkTimeServiceQuerying"},
+    // The cache is in the folder for temporary files, which may be memory.
+    {"disk-cache-size", "67108864"},
     {"window-size", "1000,720"},
 };
 

@@ -32,7 +32,6 @@ std::vector<std::string> Arguments(const std::string& profile_dir, const std::st
   std::vector<std::string> arguments = {"--user-data-dir=" + profile_dir};
   // The warning bar about --no-sandbox is kept away from a window only by its own command line.
   arguments.push_back("--test-type");
-  if (geteuid() == 0) arguments.push_back("--no-sandbox");
   arguments.push_back("--app=" + AppWindowUrl(title));
   return arguments;
 }
@@ -154,8 +153,8 @@ bool OpenAppWindow(const std::string& profile_dir, const std::string& title, std
   return answer == "ACK";
 }
 
-bool OpenAppWindowByCommand(const std::string& profile_dir, const std::string& title,
-                            std::string* err) {
+bool OpenAppWindowByCommand(const std::vector<std::string>& command, const std::string& profile_dir,
+                            const std::string& title, std::string* err) {
   // With nobody to take the command line the new process would become a browser itself.
   bool busy = false;
   const int running = ConnectToChromium(profile_dir, &busy);
@@ -165,8 +164,8 @@ bool OpenAppWindowByCommand(const std::string& profile_dir, const std::string& t
     return false;
   }
   ChildOptions options;
-  options.command = {FindChromium(err)};
-  const std::string run_folder = options.command[0].empty() ? std::string() : MakeRunFolder(err);
+  options.command = command;
+  const std::string run_folder = MakeRunFolder(err);
   if (run_folder.empty()) return false;
   for (const std::string& argument : Arguments(profile_dir, title)) {
     options.command.push_back(argument);

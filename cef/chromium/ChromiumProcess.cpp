@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 
 #include "cef/chromium/ChildProcess.h"
@@ -17,21 +18,6 @@
 namespace engine {
 
 namespace {
-
-// Programs proper come first: the commands are shell scripts with switches of their own. Only
-// system folders are searched, whatever PATH says.
-constexpr const char* kPrograms[] = {
-    "/usr/lib/chromium/chromium",
-    "/usr/lib/chromium-browser/chromium-browser",
-    "/usr/lib64/chromium-browser/chromium-browser",
-    "/usr/local/bin/chromium",
-    "/usr/bin/chromium",
-    "/usr/local/bin/chromium-browser",
-    "/usr/bin/chromium-browser",
-    "/opt/google/chrome/chrome",
-    "/usr/local/bin/google-chrome",
-    "/usr/bin/google-chrome",
-};
 
 // The longest temporary folder that leaves room for "/cef-<process>-XXXXXX" and Chromium's own
 // "/org.chromium.Chromium.XXXXXX/SingletonSocket" in a socket's path of 107 bytes.
@@ -49,6 +35,24 @@ fi
 rm -rf -- "$@" || { sleep 1; rm -rf -- "$@"; }
 )";
 
+// A value for PATH. A page's link of another scheme (mailto:, tel:, any name) makes Chromium look
+// for three commands. Of those that are found the first says that Chromium itself is the program
+// for the scheme, upon which Chromium neither asks the user nor starts anything; the others are
+// what it would start.
+std::string PathWithStandIns(const std::string& run_folder) {
+  const std::string folder = run_folder + "/commands";
+  std::error_code error;
+  std::filesystem::create_directory(folder, error);
+  const std::string settings = folder + "/xdg-settings";
+  std::ofstream(settings) << "#!/bin/sh\necho yes\n";
+  std::filesystem::permissions(settings, std::filesystem::perms::owner_all, error);
+  for (const char* name : {"/xdg-open", "/xdg-email"}) {
+    std::filesystem::create_symlink("/bin/false", folder + name, error);
+    if (error) return folder;
+  }
+  return folder + ":/usr/local/bin:/usr/bin:/bin";
+}
+
 void Close(int* fd) {
   if (*fd >= 0) close(*fd);
   *fd = -1;
@@ -57,16 +61,6 @@ void Close(int* fd) {
 std::string Reason(const char* what) { return std::string(what) + ": " + strerror(errno); }
 
 }  // namespace
-
-std::string FindChromium(std::string* err) {
-  for (const char* program : kPrograms) {
-    if (access(program, X_OK) == 0) return program;
-  }
-  *err =
-      "Chromium is not installed (looked for /usr/lib/chromium/chromium, chromium, "
-      "chromium-browser and google-chrome)";
-  return {};
-}
 
 std::string MakeRunFolder(std::string* err) {
   std::string temporary = TemporaryFolder();
@@ -78,16 +72,6 @@ std::string MakeRunFolder(std::string* err) {
   return folder;
 }
 
-std::string LastOutputLine(const std::string& output_file,
-                           const std::function<bool(const std::string&)>& matters) {
-  std::ifstream file(output_file);
-  std::string last;
-  for (std::string line; std::getline(file, line);) {
-    if (!line.empty() && (!matters || matters(line))) last = line;
-  }
-  return last;
-}
-
 std::unique_ptr<ChromiumProcess> ChromiumProcess::Start(const ChromiumOptions& options,
                                                         std::string* err) {
   std::unique_ptr<ChromiumProcess> process(new ChromiumProcess);
@@ -95,9 +79,14 @@ std::unique_ptr<ChromiumProcess> ChromiumProcess::Start(const ChromiumOptions& o
   if (process->run_folder_.empty()) return nullptr;
   bool busy = false;
   process->run_folder_lock_ = LockFolder(process->run_folder_, &busy);
-  const std::string binary = FindChromium(err);
-  if (binary.empty() || !process->StartGuardian(options, err) ||
-      !process->Spawn(binary, options, err)) {
+  ChromiumOptions wanted = options;
+  if (wanted.chromium.path.empty()) {
+    const std::vector<InstalledChromium> found = FindChromiums(err);
+    if (found.empty()) return nullptr;
+    wanted.chromium = found.front();
+  }
+  process->output_ = ChromiumOutput::Start(options.log_file, err);
+  if (!process->output_ || !process->StartGuardian(wanted, err) || !process->Spawn(wanted, err)) {
     return nullptr;
   }
   return process;
@@ -119,8 +108,7 @@ bool ChromiumProcess::StartGuardian(const ChromiumOptions& options, std::string*
   return guardian_ > 0;
 }
 
-bool ChromiumProcess::Spawn(const std::string& binary, const ChromiumOptions& options,
-                            std::string* err) {
+bool ChromiumProcess::Spawn(const ChromiumOptions& options, std::string* err) {
   int commands[2] = {-1, -1};
   int events[2] = {-1, -1};
   if (pipe2(commands, O_CLOEXEC) != 0 || pipe2(events, O_CLOEXEC) != 0) {
@@ -133,23 +121,19 @@ bool ChromiumProcess::Spawn(const std::string& binary, const ChromiumOptions& op
   event_fd_ = events[0];
 
   ChildOptions child;
-  child.command = ChromiumArguments(options.profile_dir, options.switches, SharedMemoryIsSmall());
-  child.command.insert(child.command.begin(), binary);
-  child.descriptors = {{commands[0], 3}, {events[1], 4}};
-  int output = -1;
-  if (!options.output_file.empty()) {
-    output = open(options.output_file.c_str(),
-                  O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC | O_NOCTTY | O_NONBLOCK, 0600);
-  }
-  if (output >= 0) {
-    child.descriptors.emplace_back(output, STDOUT_FILENO);
-    child.descriptors.emplace_back(output, STDERR_FILENO);
-  }
-  child.environment = {{"TMPDIR", run_folder_}};
+  Switches switches = {{"disk-cache-dir", run_folder_ + "/cache"}};
+  switches.insert(switches.end(), options.switches.begin(), options.switches.end());
+  child.command = ChromiumArguments(options.profile_dir, switches, SharedMemoryIsSmall());
+  child.command.insert(child.command.begin(), options.chromium.path);
+  child.descriptors = {{commands[0], 3},
+                       {events[1], 4},
+                       {output_->writer(), STDOUT_FILENO},
+                       {output_->writer(), STDERR_FILENO}};
+  child.environment = {{"TMPDIR", run_folder_}, {"PATH", PathWithStandIns(run_folder_)}};
   pid_ = StartChild(child, err);
   Close(&commands[0]);
   Close(&events[1]);
-  Close(&output);
+  output_->CloseWriter();
   if (pid_ < 0) return false;
 
   const std::string group = std::to_string(pid_) + "\n";

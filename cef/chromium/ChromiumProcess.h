@@ -1,7 +1,8 @@
 // One running Chromium that is driven over a pair of pipes, and everything it leaves on the
 // machine.
 //
-// Sources that belong together: ChromiumProcess.cpp, ChromiumSwitches.cpp, ChildProcess.cpp.
+// Sources that belong together: ChromiumProcess.cpp, ChromiumSwitches.cpp, ChromiumOutput.cpp,
+// InstalledChromium.cpp, ChildProcess.cpp.
 
 #ifndef CEF_CHROMIUM_CHROMIUMPROCESS_H_
 #define CEF_CHROMIUM_CHROMIUMPROCESS_H_
@@ -9,16 +10,20 @@
 #include <sys/types.h>
 
 #include <chrono>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "cef/chromium/ChromiumOutput.h"
+#include "cef/chromium/InstalledChromium.h"
+
 namespace engine {
 
 struct ChromiumOptions {
+  // Which one; an empty path: the first that is found.
+  InstalledChromium chromium;
   // An existing folder, absolute (see Profile).
   std::string profile_dir;
   // The profile is to be removed as well if this process is killed.
@@ -26,15 +31,16 @@ struct ChromiumOptions {
   // Names without dashes, values ("" = none). Lists of features are joined with the built-in ones;
   // any other switch replaces the built-in one of its name.
   std::vector<std::pair<std::string, std::string>> switches;
-  // Receives what Chromium prints (appended); "" or a file that cannot be opened = nowhere.
-  std::string output_file;
+  // Receives what Chromium prints, as ChromiumOutput says; "" = none.
+  std::string log_file;
   // A folder from MakeRunFolder(), taken over by Start() even if it fails; "" = Start makes one.
   std::string run_folder;
 };
 
 // A Chromium without any window, in a session and process group of its own. Its temporary files go
-// to a run folder that is removed at the end. Should this process be killed, a guardian (a small
-// shell process) removes what is left of Chromium, of the run folder and of a private profile.
+// and its cache of pages go to a run folder that is removed at the end. Should this process be
+// killed, a guardian (a small shell process) removes what is left of Chromium, of the run folder
+// and of a private profile. Pages cannot make it start the user's programs.
 //
 // All calls but WaitForExit() and Kill() belong to one thread; those two may come from any.
 class ChromiumProcess {
@@ -58,6 +64,7 @@ class ChromiumProcess {
   void CloseCommands();
 
   pid_t pid() const { return pid_; }
+  ChromiumOutput& output() { return *output_; }
 
   // Waits for the end of the main process; true if it has ended.
   bool WaitForExit(std::chrono::milliseconds limit);
@@ -67,7 +74,7 @@ class ChromiumProcess {
 
  private:
   ChromiumProcess() = default;
-  bool Spawn(const std::string& binary, const ChromiumOptions& options, std::string* err);
+  bool Spawn(const ChromiumOptions& options, std::string* err);
   bool StartGuardian(const ChromiumOptions& options, std::string* err);
   void DismissGuardian();
 
@@ -77,6 +84,7 @@ class ChromiumProcess {
   int pid_fd_ = -1;
   pid_t guardian_ = -1;
   int guardian_fd_ = -1;  // the guardian acts when the last copy of this closes
+  std::unique_ptr<ChromiumOutput> output_;
   std::string run_folder_;
   int run_folder_lock_ = -1;
 
@@ -84,20 +92,9 @@ class ChromiumProcess {
   bool reaped_ = false;  // guarded by reap_mutex_
 };
 
-// The path of the Chromium to use: the program itself if it is at a usual place, else a command of
-// a usual name in the system's folders. "" and a reason in *err when there is none. No environment
-// variable has a say, PATH neither, so that a caller's environment cannot choose what is given the
-// cookies.
-std::string FindChromium(std::string* err);
-
 // Makes a private folder (0700) with a path short enough for Chromium's sockets; "" and a reason in
 // *err on failure. Removes those of processes that have died.
 std::string MakeRunFolder(std::string* err);
-
-// The last line in a ChromiumOptions::output_file that is not empty and, if given, that `matters`;
-// "" if there is none.
-std::string LastOutputLine(const std::string& output_file,
-                           const std::function<bool(const std::string&)>& matters = nullptr);
 
 }  // namespace engine
 

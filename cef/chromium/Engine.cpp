@@ -41,7 +41,7 @@ void Engine::Wire() {
     return OpenAppWindow(launch_.profile_dir(), kBlankTitle, err);
   };
   const auto by_command = [this](std::string* err) {
-    return OpenAppWindowByCommand(launch_.profile_dir(), kBlankTitle, err);
+    return OpenAppWindowByCommand(launch_.command(), launch_.profile_dir(), kBlankTitle, err);
   };
   const auto by_target = [this](std::string* err) { return OpenByTarget(err); };
   factory_.SetUp({by_message, by_command, by_target}, [this] {

@@ -18,13 +18,7 @@ constexpr std::chrono::seconds kCloseLimit{3};
 // After a kill the pipe ends at once.
 constexpr std::chrono::seconds kPipeEndLimit{1};
 
-// Most of what a running Chromium prints is of no consequence.
-bool TellsOfAnEnd(const std::string& line) {
-  for (const char* mark : {":FATAL:", "Received signal", "ut of memory", "terminate called"}) {
-    if (line.find(mark) != std::string::npos) return true;
-  }
-  return false;
-}
+constexpr char kNoSandbox[] = "no-sandbox";
 
 // The reply to Browser.getVersion; shared, since it may come after the wait was given up.
 struct Answer {
@@ -32,7 +26,6 @@ struct Answer {
   std::mutex mutex;
   bool ok = false;      // guarded by mutex
   std::string product;  // guarded by mutex
-  std::string error;    // guarded by mutex
 
   ~Answer() {
     if (arrived >= 0) close(arrived);
@@ -45,90 +38,156 @@ std::chrono::milliseconds Left(std::chrono::steady_clock::time_point deadline) {
   return std::max(left, std::chrono::milliseconds(0));
 }
 
+// The value of the switch, which is taken out; *there tells whether it was.
+std::string Take(const std::string& name, Launch::Switches* switches, bool* there) {
+  std::string value;
+  *there = false;
+  for (auto it = switches->begin(); it != switches->end();) {
+    const bool same = it->first == name;
+    if (same) value = it->second;
+    *there = *there || same;
+    it = same ? switches->erase(it) : it + 1;
+  }
+  return value;
+}
+
+void AddReason(const std::string& reason, std::string* reasons) {
+  if (reasons->find(reason) != std::string::npos) return;
+  if (!reasons->empty()) *reasons += "; ";
+  *reasons += reason;
+}
+
 }  // namespace
 
 bool Launch::Start(const std::string& cache_path, const Switches& switches,
                    const std::function<void()>& enable, std::string* err) {
-  const Clock::time_point deadline = Clock::now() + kStartLimit;
-  profile_ = Profile::Open(cache_path, err);
-  if (!profile_) return false;
-  bool ended = false;
-  if (Attempt(switches, enable, deadline, &ended, err)) return true;
-  Discard();
-  // One that ends without a word may have found the profile in use by somebody else's Chromium.
-  if (!ended || profile_->is_private()) {
-    profile_.reset();
-    return false;
+  Plan plan;
+  plan.deadline = Clock::now() + kStartLimit;
+  plan.enable = enable;
+  Switches wanted = switches;
+  bool may_do_without = false;
+  bool ignored = false;
+  Take(kNoSandbox, &wanted, &may_do_without);
+  plan.options.log_file = Take("log-file", &wanted, &ignored);
+  // Chromium has none to offer to root.
+  const bool root = geteuid() == 0;
+  if (may_do_without && root) wanted.emplace_back(kNoSandbox, "");
+  plan.options.switches = wanted;
+
+  std::string reasons;
+  for (const InstalledChromium& chromium : FindChromiums(&reasons)) {
+    std::string reason = ForbiddingPolicy(chromium);
+    if (reason.empty()) {
+      plan.options.chromium = chromium;
+      plan.options.switches = wanted;
+      plan.sandbox_needed = root || !may_do_without;
+      const Result result = StartOne(cache_path, &plan, &reason);
+      if (result == Result::kAnswers) return true;
+      profile_.reset();
+      if (result == Result::kGivenUp) {
+        *err = reason;
+        return false;
+      }
+    }
+    AddReason(reason, &reasons);
   }
-  profile_ = Profile::OpenPrivate(cache_path, err);
-  if (profile_ && Attempt(switches, enable, deadline, &ended, err)) return true;
-  Discard();
-  profile_.reset();
+  *err = reasons;
   return false;
 }
 
-bool Launch::Attempt(const Switches& switches, const std::function<void()>& enable,
-                     Clock::time_point deadline, bool* ended, std::string* err) {
-  *ended = false;
-  if (!SeedPreferences(profile_->dir(), err)) return false;
-  ChromiumOptions options;
+Launch::Result Launch::StartOne(const std::string& cache_path, Plan* plan, std::string* err) {
+  profile_ = Profile::Open(cache_path, err);
+  if (!profile_) return Result::kGivenUp;
+  const Result result = Attempt(plan, err);
+  if (result != Result::kEnded || profile_->is_private()) return result;
+  // One that ends without a word may have found the profile in use by somebody else's Chromium.
+  profile_ = Profile::OpenPrivate(cache_path, err);
+  return profile_ ? Attempt(plan, err) : Result::kGivenUp;
+}
+
+// With the sandbox or, where there is none and none is needed, without.
+Launch::Result Launch::Attempt(Plan* plan, std::string* err) {
+  Result result = AttemptOnce(*plan, err);
+  const bool no_sandbox =
+      result == Result::kEnded && !plan->sandbox_needed && process_->output().TellsOfNoSandbox();
+  if (no_sandbox) {
+    Discard();
+    plan->sandbox_needed = true;
+    plan->options.switches.emplace_back(kNoSandbox, "");
+    result = AttemptOnce(*plan, err);
+    if (result == Result::kAnswers) {
+      process_->output().Note("No sandbox can be had here, pages are shown without it.");
+    }
+  }
+  if (result != Result::kAnswers) Discard();
+  return result;
+}
+
+Launch::Result Launch::AttemptOnce(const Plan& plan, std::string* err) {
+  if (!SeedPreferences(profile_->dir(), err)) return Result::kGivenUp;
+  ChromiumOptions options = plan.options;
   options.profile_dir = profile_->dir();
   options.private_profile = profile_->is_private();
-  options.switches = switches;
   options.run_folder = MakeRunFolder(err);
-  if (options.run_folder.empty()) return false;
-  options.output_file = output_file_ = options.run_folder + "/output";
+  if (options.run_folder.empty()) return Result::kGivenUp;
+  command_ = {options.chromium.path};
+  for (const auto& [name, value] : options.switches) {
+    if (name == kNoSandbox) command_.push_back("--" + name);
+  }
   // Without it certificates have one fault only; no reason not to start.
   std::string ignored;
   net_log_ = NetLog::Start(options.run_folder, &ignored);
   if (net_log_) options.switches.emplace_back("log-net-log", net_log_->path());
 
   process_ = ChromiumProcess::Start(options, err);
-  if (!process_) return false;
+  if (!process_) return Result::kUnfit;
   connection_.Open(process_->command_fd(), process_->event_fd());
-  enable();
-  if (AwaitAnswer(deadline, err)) return true;
-  *ended = connection_.WaitClosed(std::chrono::milliseconds(0));
-  return false;
+  plan.enable();
+  return AwaitAnswer(plan.deadline, err);
 }
 
 // The answer to the last command of the start: by then those before it have been answered too, as
 // far as Chromium does not know them.
-bool Launch::AwaitAnswer(Clock::time_point deadline, std::string* err) {
+Launch::Result Launch::AwaitAnswer(Clock::time_point deadline, std::string* err) {
   const auto answer = std::make_shared<Answer>();
   connection_.Send("", "Browser.getVersion", {},
-                   [answer](const JsonValue* result, const std::string& error) {
+                   [answer](const JsonValue* result, const std::string&) {
                      {
                        std::lock_guard<std::mutex> lock(answer->mutex);
                        answer->ok = result != nullptr;
                        if (result) answer->product = TextAt(*result, "product");
-                       answer->error = error;
                      }
                      eventfd_write(answer->arrived, 1);
                    });
   if (!MessageLoop::Get().AwaitReadable(answer->arrived, Left(deadline))) {
     const bool late = Left(deadline).count() == 0;
     *err = late ? "it does not answer" : "a signal has ended the wait for it";
-    return false;
+    return Result::kGivenUp;
   }
   std::lock_guard<std::mutex> lock(answer->mutex);
   const std::string unknown = connection_.UnknownCommand();
   if (!unknown.empty()) {
     const std::string name = answer->product.empty() ? "the one installed" : answer->product;
     *err = name + " is too old: it does not know " + unknown;
-    return false;
+    return Result::kUnfit;
   }
-  if (answer->ok) return true;
+  if (answer->ok) return Result::kAnswers;
   // Chromium's own words for this are of no help to a user.
   *err = WhyNoDisplay();
-  if (!err->empty()) return false;
-  *err = answer->error;
-  const std::string words = LastOutputLine(output_file_);
+  if (!err->empty()) return Result::kGivenUp;
+  if (process_->output().TellsOfPolicy()) {
+    *err = "the policy RemoteDebuggingAllowed forbids that other programs use " + command_.front();
+    return Result::kUnfit;
+  }
+  *err = command_.front() + " has ended before it answered";
+  const std::string words = process_->output().LastLine();
   if (!words.empty()) *err += "; it says: " + words;
-  return false;
+  return Result::kEnded;
 }
 
-std::string Launch::LastWords() const { return LastOutputLine(output_file_, TellsOfAnEnd); }
+std::string Launch::LastWords() const { return process_ ? process_->output().LastWords() : ""; }
+
+std::vector<std::string> Launch::command() const { return command_; }
 
 void Launch::Discard() {
   if (process_) {

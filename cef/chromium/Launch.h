@@ -26,9 +26,14 @@ class Launch {
   explicit Launch(DevToolsConnection& connection) : connection_(connection) {}
 
   // Starts Chromium on the profile and opens the connection; `enable` then sends whatever commands
-  // must come first. If another Chromium uses the profile, a private one is taken. False and a
-  // reason in *err when no Chromium answers within 15 seconds or before one of the signals of the
-  // message loop, or when it does not know a command.
+  // must come first. If another Chromium uses the profile, a private one is taken; if Chromium ends
+  // before it answers, does not know a command or must not be used, the next one that is installed.
+  // False and a reason in *err when none answers within 15 seconds or before one of the signals of
+  // the message loop.
+  //
+  // Two of the switches are not passed on as they are. "log-file" is the file that receives what
+  // Chromium prints. "no-sandbox" allows to do without the sandbox where there can be none: for
+  // root, and where a start with it has failed (which the log file then says).
   bool Start(const std::string& cache_path, const Switches& switches,
              const std::function<void()>& enable, std::string* err);
 
@@ -41,15 +46,32 @@ class Launch {
 
   // While Chromium runs.
   const std::string& profile_dir() const { return profile_->dir(); }
+  // The program, and the switches without which it would not start a second time.
+  std::vector<std::string> command() const;
   // Null when there is no log.
   NetLog* net_log() const { return net_log_.get(); }
 
  private:
   using Clock = std::chrono::steady_clock;
 
-  bool Attempt(const Switches& switches, const std::function<void()>& enable,
-               Clock::time_point deadline, bool* ended, std::string* err);
-  bool AwaitAnswer(Clock::time_point deadline, std::string* err);
+  enum class Result {
+    kAnswers,
+    kEnded,  // without an answer
+    kUnfit,  // this Chromium cannot serve, another one may
+    kGivenUp,
+  };
+  // What one attempt after the other starts.
+  struct Plan {
+    ChromiumOptions options;
+    bool sandbox_needed = false;
+    std::function<void()> enable;
+    Clock::time_point deadline;
+  };
+
+  Result StartOne(const std::string& cache_path, Plan* plan, std::string* err);
+  Result Attempt(Plan* plan, std::string* err);
+  Result AttemptOnce(const Plan& plan, std::string* err);
+  Result AwaitAnswer(Clock::time_point deadline, std::string* err);
   void Discard();
 
   DevToolsConnection& connection_;
@@ -57,7 +79,7 @@ class Launch {
   std::unique_ptr<Profile> profile_;
   std::unique_ptr<NetLog> net_log_;
   std::unique_ptr<ChromiumProcess> process_;
-  std::string output_file_;
+  std::vector<std::string> command_;
 };
 
 }  // namespace engine

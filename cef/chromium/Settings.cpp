@@ -1,7 +1,7 @@
 #include "cef/chromium/Settings.h"
 
-#include <sys/stat.h>
-#include <unistd.h>
+#include <algorithm>
+#include <string>
 
 namespace engine {
 namespace {
@@ -9,33 +9,20 @@ namespace {
 constexpr int kLowestDebuggingPort = 1024;
 constexpr int kHighestDebuggingPort = 65535;
 
-bool IsWritableFile(const std::string& path) {
-  if (path.empty()) return false;
-  struct stat status;
-  if (stat(path.c_str(), &status) == 0) {
-    return S_ISREG(status.st_mode) && access(path.c_str(), W_OK) == 0;
-  }
-  const size_t slash = path.rfind('/');
-  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-  return access(folder.c_str(), W_OK | X_OK) == 0;
-}
-
 void Append(CefCommandLine& command_line, const char* name, const cef_string_t& value) {
   command_line.AppendSwitchWithValue(name, CefString(&value));
 }
 
+// Information is the lowest level that there is no way to: the texts that pages write to their
+// console have it, of which there can be any number.
 void ApplyLog(const CefSettings& settings, CefCommandLine& command_line) {
   const CefString file(&settings.log_file);
-  if (settings.log_severity == LOGSEVERITY_DISABLE || !IsWritableFile(file.ToString())) return;
-  command_line.AppendSwitch("enable-logging");
+  if (settings.log_severity == LOGSEVERITY_DISABLE || file.empty()) return;
+  // Chromium counts from 0 for information.
+  const int level = std::max<int>(settings.log_severity, LOGSEVERITY_WARNING) - LOGSEVERITY_INFO;
+  command_line.AppendSwitchWithValue("enable-logging", "stderr");
+  command_line.AppendSwitchWithValue("log-level", std::to_string(level));
   command_line.AppendSwitchWithValue("log-file", file);
-  if (settings.log_severity == LOGSEVERITY_VERBOSE) {
-    command_line.AppendSwitchWithValue("v", "1");
-  } else if (settings.log_severity >= LOGSEVERITY_INFO) {
-    // Chromium counts from 0 for information.
-    const int level = settings.log_severity - LOGSEVERITY_INFO;
-    command_line.AppendSwitchWithValue("log-level", std::to_string(level));
-  }
 }
 
 }  // namespace

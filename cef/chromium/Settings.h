@@ -10,8 +10,10 @@
 
 namespace engine {
 
-// Appends the switches that the settings ask for. A log file that cannot be written (one in a
-// missing folder, or a folder itself) is left out: Chromium then writes no log.
+// Appends the switches that the settings ask for. Two of them are Launch's to fulfil: "no-sandbox"
+// allows to do without the sandbox where it cannot be had, "log-file" receives what Chromium says.
+// However low the severity, that holds warnings and errors only, never what pages write to their
+// consoles: those can be seen in the developer tools.
 void ApplySettings(const CefSettings& settings, CefCommandLine& command_line);
 
 }  // namespace engine

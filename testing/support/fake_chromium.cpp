@@ -2,6 +2,7 @@
 //   silent     it runs, but never answers
 //   old        it answers, but does not know Fetch.enable
 //   windowless it answers everything, but nothing comes of it
+//   forbidden  it ends at once, as under a policy that comes from elsewhere than the machine
 
 #include <unistd.h>
 
@@ -36,6 +37,10 @@ int main() {
   const std::string kind = how ? how : "";
   if (kind == "silent") {
     for (;;) pause();
+  }
+  if (kind == "forbidden") {
+    constexpr char kWords[] = "DevTools remote debugging is disallowed by the system admin.\n";
+    return write(STDERR_FILENO, kWords, sizeof kWords - 1) > 0 ? 0 : 1;
   }
   std::string command;
   for (char c; read(3, &c, 1) == 1;) {

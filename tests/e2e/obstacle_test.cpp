@@ -34,7 +34,8 @@ class ObstacleTest : public E2eTest {
   }
 
   // A command after the shell lines of `script`, to which $data is the data folder, $away an empty
-  // one, and "chromium FILE" puts a file in the place of every Chromium.
+  // one, "chromium FILE" puts a file in the place of every Chromium, and "policy LEVEL JSON" makes
+  // a policy of the machine.
   Subprocess::Command After(const std::string& script, Subprocess::Command command) const {
     constexpr char kFunctions[] =
         "chromium() {\n"
@@ -43,6 +44,10 @@ class ObstacleTest : public E2eTest {
         "do\n"
         "    [ ! -e $file ] || mount --bind \"$1\" \"$(realpath $file)\"\n"
         "  done\n"
+        "}\n"
+        "policy() {\n"
+        "  mount -t tmpfs none /etc/chromium; mkdir -p /etc/chromium/policies/$1\n"
+        "  printf \"$2\" >/etc/chromium/policies/$1/p.json\n"
         "}\n";
     std::filesystem::create_directories(home_.file("away"));
     if (command.program.empty()) command.program = command.arguments[0];
@@ -70,6 +75,7 @@ struct Obstacle {
   const char* script;
   const char* verdict;
   const char* detail = "";  // how the verdict's detail begins
+  int seconds = 20;         // that a failure may take
 };
 
 class ManyObstaclesTest : public ObstacleTest, public testing::WithParamInterface<Obstacle> {};
@@ -85,7 +91,7 @@ TEST_P(ManyObstaclesTest, AreOvercomeOrNamed) {
     EXPECT_THAT(report.idp_cookies, HasSubstr("IDPSESSION="));
     return;
   }
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(20));
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(GetParam().seconds));
   EXPECT_TRUE(box_->requests().empty()) << "no page was opened";
 }
 
@@ -118,6 +124,26 @@ INSTANTIATE_TEST_SUITE_P(
         Obstacle{"ChromiumTooOld", "export FAKE_CHROMIUM=old; chromium \"$fake\"", kBrowserFailed,
                  "Chromium could not be started: Chromium/40.0.2214.10 is too old: it does not "
                  "know Fetch.enable"},
+        Obstacle{"PolicyOfTheMachine",
+                 "policy managed '{\"RemoteDebuggingAllowed\": false, // why\n}'", kBrowserFailed,
+                 "Chromium could not be started: the policy RemoteDebuggingAllowed in "
+                 "/etc/chromium/policies/managed/p.json forbids that other programs use /usr/",
+                 2},
+        Obstacle{"PolicyRecommended", "policy recommended '{\"DeveloperToolsAvailability\": 2}'",
+                 kBrowserFailed,
+                 "Chromium could not be started: the policy DeveloperToolsAvailability in "
+                 "/etc/chromium/policies/recommended/p.json forbids",
+                 2},
+        Obstacle{"PolicyOfAnAccount", "export FAKE_CHROMIUM=forbidden; chromium \"$fake\"",
+                 kBrowserFailed,
+                 "Chromium could not be started: the policy RemoteDebuggingAllowed forbids", 4},
+        Obstacle{"ChromiumIsAStub",
+                 "mount --bind /usr/lib/chromium \"$away\"; chromium /bin/false\n"
+                 "mount -t tmpfs none /opt; mkdir -p /opt/google/chrome\n"
+                 "printf '#!/bin/sh\\nexec \"%s/chromium\" \"$@\"\\n' \"$away\" "
+                 ">/opt/google/chrome/chrome\n"
+                 "chmod 755 /opt/google/chrome/chrome",
+                 "signed in"},
         Obstacle{"ChromiumHangs", "export FAKE_CHROMIUM=silent; chromium \"$fake\"", kBrowserFailed,
                  "Chromium could not be started: it does not answer"},
         Obstacle{"WindowDoesNotCome", "export FAKE_CHROMIUM=windowless; chromium \"$fake\"",
@@ -135,6 +161,63 @@ TEST_F(ObstacleTest, ASignalEndsTheWaitForChromium) {
   EXPECT_EQ(report.helper_exit_status, 0);
   EXPECT_EQ(report.slo_state, 0) << "an empty result is written all the same";
   EXPECT_THAT(report.log, HasSubstr("Handling the Signal:15 received"));
+}
+
+// Not as root, for whom there is no sandbox.
+TEST_F(ObstacleTest, TheSandboxIsOnUnlessItIsForbidden) {
+  const auto filters = [](pid_t process) {
+    const std::string status = ReadFile("/proc/" + std::to_string(process) + "/status");
+    const std::string name = "Seccomp_filters:";
+    return std::stoi(status.substr(status.find(name) + name.size()));
+  };
+  for (const bool forbidden : {false, true}) {
+    SCOPED_TRACE(forbidden ? "no namespaces" : "namespaces");
+    const std::string limit = forbidden ? "echo 0 >/proc/sys/user/max_user_namespaces; " : "";
+    Subprocess starter(After(
+        "exec unshare --user --map-user=65534 --map-group=65534 --keep-caps /bin/bash -ec '" +
+            limit +
+            "exec setpriv --ambient-caps=-all --inh-caps=-all /bin/bash -ec "
+            "\"exec -a \\\"\\$0\\\" \\\"\\$program\\\" \\\"\\$@\\\"\" \"$0\" \"$@\"' \"$0\" \"$@\"",
+        StarterCommand({"saml-login", kNever, "KXSAMLEMBID=launch", false, {}})));
+    ASSERT_NE(display_->WaitForWindow(kFormTitle, kPatience), "") << starter.err();
+    const std::vector<pid_t> renderers = BrowserProcesses("renderer");
+    EXPECT_FALSE(renderers.empty());
+    for (const pid_t renderer : renderers) {
+      EXPECT_EQ(filters(renderer) == filters(getpid()), forbidden);
+    }
+    kill(HelperProcess(), SIGTERM);
+    const StarterReport report = Report(starter);
+    EXPECT_EQ(report.helper_exit_status, 0) << report.err;
+    const std::string log = ReadFile(DataFolder() + "cef_browser.log");
+    EXPECT_EQ(log.find("No sandbox can be had here") != log.npos, forbidden) << log;
+  }
+}
+
+TEST_F(E2eTest, APageStartsNoProgramsAndStaysOffTheDisk) {
+  const std::string called = home_.file("called");
+  for (const char* name : {"xdg-open", "xdg-email", "xdg-settings", "gio", "sensible-browser"}) {
+    const std::string path =
+        home_.write(std::string("bin/") + name, "#!/bin/sh\necho \"$0 $*\" >>'" + called + "'\n");
+    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+  }
+  Subprocess::Command command = StarterCommand(
+      {"saml-login", "/saml-pushy-page/start?auto=1", "KXSAMLEMBID=launch", false, {}});
+  command.environment["PATH"] = home_.file("bin") + ":" + getenv("PATH");
+  Subprocess starter(command);
+  const StarterReport report = Report(starter);
+  EXPECT_EQ(report.verdict, "signed in") << report.log << report.err;
+  EXPECT_EQ(ReadFile(called), "");
+  const std::string browser_log = DataFolder() + "cef_browser.log";
+  EXPECT_EQ(std::filesystem::status(browser_log).permissions(), std::filesystem::perms(0600));
+  EXPECT_LT(std::filesystem::file_size(browser_log), 100u << 10);
+  // What was posted, and the addresses.
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(DataFolder())) {
+    if (!entry.is_regular_file()) continue;
+    const std::string text = ReadFile(entry.path());
+    for (const char* secret : {"PHNhbWxw", "/saml-pushy-page/", "idp/sso says"}) {
+      EXPECT_EQ(text.find(secret), text.npos) << secret << " in " << entry.path();
+    }
+  }
 }
 
 TEST_F(ObstacleTest, WithoutHomeTheTemporaryFolderServes) {

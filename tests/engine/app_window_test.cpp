@@ -9,6 +9,7 @@
 
 #include "cef/chromium/AppWindow.h"
 #include "cef/chromium/ChildProcess.h"
+#include "cef/chromium/InstalledChromium.h"
 #include "cef/chromium/Profile.h"
 #include "testing/support/RawChromium.h"
 #include "testing/support/TempDir.h"
@@ -65,10 +66,15 @@ TEST(AppWindowTest, OpensWindowsInARunningChromium) {
   RawChromium chromium(options);
   chromium.Call("Target.setDiscoverTargets", "{\"discover\":true}");
 
+  const auto by_command = [](const std::string& dir, const std::string& title, std::string* err) {
+    std::vector<std::string> command = {engine::FindChromiums(err).at(0).path};
+    if (geteuid() == 0) command.push_back("--no-sandbox");
+    return OpenAppWindowByCommand(command, dir, title, err);
+  };
   const struct {
     bool (*open)(const std::string&, const std::string&, std::string*);
     std::string title;
-  } kWindows[] = {{OpenAppWindow, "Zwölf & <b>100%</b> &amp;"}, {OpenAppWindowByCommand, "Second"}};
+  } kWindows[] = {{OpenAppWindow, "Zwölf & <b>100%</b> &amp;"}, {by_command, "Second"}};
   for (const auto& one : kWindows) {
     SCOPED_TRACE(one.title);
     ASSERT_TRUE(one.open(profile->dir(), one.title, &err)) << err;
@@ -83,7 +89,7 @@ TEST(AppWindowTest, FailsInTimeWhereNobodyAnswers) {
   std::string err;
   EXPECT_FALSE(OpenAppWindow(folder.path(), "x", &err));
   EXPECT_NE(err, "");
-  EXPECT_FALSE(OpenAppWindowByCommand(folder.path(), "x", &err));
+  EXPECT_FALSE(OpenAppWindowByCommand({"/bin/false"}, folder.path(), "x", &err));
 
   for (const std::string answer : {"ACK", "SHUTDOWN", "AC", ""}) {
     SCOPED_TRACE(answer);

@@ -3,11 +3,13 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <functional>
+#include <regex>
 
 #include "cef/chromium/ChildProcess.h"
 #include "cef/chromium/ChromiumProcess.h"
@@ -95,6 +97,40 @@ TEST(ChildProcessTest, StartsWithACleanState) {
   for (int fd : {result[0], in[0], in[1], stray[0], stray[1]}) close(fd);
 }
 
+// 927 MB in 22 seconds came from one page, and every run added a megabyte.
+TEST(ChromiumOutputTest, TheLogStaysSmallAndPrivate) {
+  TempDir folder;
+  const std::string log = folder.write("log", std::string(2 << 20, 'o'));
+  chmod(log.c_str(), 0644);
+  for (int run = 0; run < 5; ++run) {
+    std::string err;
+    const auto output = engine::ChromiumOutput::Start(log, &err);
+    ASSERT_TRUE(output) << err;
+    const std::string line = std::string(999, 'x') + "\n";
+    for (int i = 0; i < 2000; ++i) {
+      ASSERT_EQ(write(output->writer(), line.data(), line.size()), 1000);
+    }
+    dprintf(output->writer(), "No usable sandbox!\n\n");
+    output->CloseWriter();
+    EXPECT_EQ(output->LastLine(), "No usable sandbox!");
+    EXPECT_TRUE(output->TellsOfNoSandbox());
+    EXPECT_LT(fs::file_size(log), 2u << 20);
+  }
+  EXPECT_GT(fs::file_size(log), 400u << 10);
+  EXPECT_EQ(fs::status(log).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+  // What else may stand at its place is let alone, and nothing waits for it.
+  const std::string fifo = folder.file("fifo"), link = folder.file("link");
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+  fs::create_symlink(folder.write("target", ""), link);
+  for (const std::string& odd : {fifo, link, folder.path()}) {
+    std::string err;
+    const auto output = engine::ChromiumOutput::Start(odd, &err);
+    dprintf(output->writer(), "text\n");
+    output->Note("note");
+  }
+  EXPECT_EQ(ReadFile(folder.file("target")), "");
+}
+
 TEST_F(ChromiumProcessTest, EveryWayToEndLeavesNothingBehind) {
   struct {
     const char* name;
@@ -121,6 +157,27 @@ TEST_F(ChromiumProcessTest, EveryWayToEndLeavesNothingBehind) {
     EXPECT_LT(Clock::now() - begin, seconds(1));
     EXPECT_TRUE(watch.WaitForAll(seconds(2)));
     EXPECT_FALSE(fs::exists(options_.run_folder));
+  }
+}
+
+// The component updater and the list of accounts, which nothing switches off, get no further than
+// this machine.
+TEST_F(ChromiumProcessTest, NobodyIsAskedUnasked) {
+  std::string err;
+  const auto profile = engine::Profile::Open(options_.profile_dir, &err);
+  const std::string log = folder_.file("net-log");
+  options_.switches = {{"log-net-log", log}};
+  RawChromium chromium(NextRun());
+  chromium.OpenPage("data:text/html,x");
+  const auto end = Clock::now() + seconds(20);
+  const auto asked = [&](const char* what) {
+    return ReadFile(log).find(what) != std::string::npos;
+  };
+  while ((!asked("ListAccounts") || !asked("cup2key")) && Clock::now() < end) usleep(100000);
+  const std::string text = ReadFile(log);
+  const std::regex address("\"url\":\"(https?://[^/\"]*)");
+  for (std::sregex_iterator it(text.begin(), text.end(), address), last; it != last; ++it) {
+    EXPECT_EQ((*it)[1], "http://127.0.0.1:9");
   }
 }
 

@@ -116,6 +116,13 @@ TEST_F(DoctorTest, NamesWhatIsInTheWay) {
         "failure chromium-start: .*it says: no luck", "failure display: .*is gone",
         "warning log-file: .*is full and cannot be renamed", "failure home: .*c is not a folder",
         "failure data-folder: .*c is not a folder"}},
+      {R"(hide /etc/chromium; mkdir -p /etc/chromium/policies/managed
+          echo '{"RemoteDebuggingAllowed":false}' >/etc/chromium/policies/managed/all.json)",
+       {"failure chromium-policy: .*RemoteDebuggingAllowed in .*/all.json"}},
+      {R"(exec unshare --user --map-user=65534 --keep-caps /bin/bash -ec '
+          echo 0 >/proc/sys/user/max_user_namespaces
+          exec setpriv --ambient-caps=-all --inh-caps=-all "$0" --json' "$0")",
+       {"warning chromium-sandbox: .*without its sandbox"}},
       {"export FAKE_API_HASH=x DISPLAY=127.0.0.1:77; hide \"$DATA\" -o mode=700,size=16k\n"
        "mkdir -p \"$LOG\"; hide \"${LOG%/*}\" -o ro\n"
        "for file in passwd nsswitch.conf; do mount --bind /dev/null /etc/$file; done\n"

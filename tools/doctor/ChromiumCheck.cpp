@@ -2,9 +2,11 @@
 
 #include <unistd.h>
 
+#include <chrono>
 #include <future>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "libs/kxaccess/RunPaths.h"
 #include "cef/chromium/ChromiumProcess.h"
@@ -26,7 +28,6 @@ using engine::JsonValue;
 constexpr std::chrono::seconds kStartLimit{14};
 constexpr std::chrono::seconds kAnswerLimit{2};
 constexpr std::chrono::seconds kEndLimit{1};
-constexpr char kOutputFile[] = "/output";
 constexpr char kUnknownCommand[] = "wasn't found";
 
 struct Answer {
@@ -70,21 +71,16 @@ std::unique_ptr<engine::Profile> OpenProfile(std::string* error) {
 }
 
 // As the framework starts it, but without a window.
-std::unique_ptr<engine::ChromiumProcess> Start(const std::string& profile,
-                                               const std::string& run_folder, std::string* error) {
+std::unique_ptr<engine::ChromiumProcess> Start(const engine::InstalledChromium& chromium,
+                                               bool sandbox, const std::string& profile,
+                                               std::string* error) {
   engine::ChromiumOptions options;
+  options.chromium = chromium;
   options.profile_dir = profile;
   options.private_profile = true;
-  options.switches = {{"headless", "new"}, {"no-sandbox", ""}};
-  options.output_file = run_folder + kOutputFile;
-  options.run_folder = run_folder;
+  options.switches = {{"headless", "new"}};
+  if (!sandbox) options.switches.emplace_back("no-sandbox", "");
   return engine::ChromiumProcess::Start(options, error);
-}
-
-// The last line that Chromium has printed, as a half sentence; empty when it has not.
-std::string LastWords(const std::string& run_folder) {
-  const std::string last = engine::LastOutputLine(run_folder + kOutputFile);
-  return last.empty() ? last : "; it says: " + last;
 }
 
 // What is wrong with the Chromium behind the connection, as far as our commands go.
@@ -105,19 +101,14 @@ Finding Examine(DevToolsConnection& connection, const std::string& program) {
   return Ok("chromium", name);
 }
 
-}  // namespace
-
-Finding CheckChromium() {
+// Looks at one that is installed; *no_sandbox tells whether it could not have its sandbox.
+Finding Try(const engine::InstalledChromium& chromium, bool sandbox, bool* no_sandbox) {
+  const std::string& program = chromium.path;
   std::string error;
-  const std::string program = engine::FindChromium(&error);
-  if (program.empty()) return Failure("chromium", error);
-  if (!engine::IoThread::Get().Start()) return Failure("process-limits", "no descriptors left");
-
   // In the order of their making; they are given up in the reverse order.
   const auto profile = OpenProfile(&error);
-  const std::string folder = profile ? engine::MakeRunFolder(&error) : std::string();
-  if (folder.empty()) return Failure("chromium-start", "cannot be tried: " + error);
-  const auto process = Start(profile->dir(), folder, &error);
+  if (!profile) return Failure("chromium-start", "cannot be tried: " + error);
+  const auto process = Start(chromium, sandbox, profile->dir(), &error);
   if (!process) return Failure("chromium-start", program + ": " + error);
   // Left alone at the end, as the IO thread may still hold it.
   auto* connection = new DevToolsConnection;
@@ -129,11 +120,48 @@ Finding CheckChromium() {
     connection->Send("", "Browser.close");
     process->WaitForExit(kEndLimit);
   } else {
-    finding = Failure("chromium-start", program + ": " + error + LastWords(folder));
+    engine::ChromiumOutput& output = process->output();
+    *no_sandbox = output.TellsOfNoSandbox();
+    const std::string words = output.LastLine();
+    if (!words.empty()) error += "; it says: " + words;
+    finding = Failure(output.TellsOfPolicy() ? "chromium-policy" : "chromium-start",
+                      program + ": " + error);
   }
   process->Kill();
   connection->WaitClosed(kEndLimit);
   return finding;
+}
+
+Finding Look(const engine::InstalledChromium& chromium) {
+  const std::string policy = engine::ForbiddingPolicy(chromium);
+  if (!policy.empty()) return Failure("chromium-policy", policy);
+  const bool root = geteuid() == 0;
+  bool no_sandbox = false;
+  const Finding finding = Try(chromium, !root, &no_sandbox);
+  if (!no_sandbox || root) return finding;
+  const Finding without = Try(chromium, false, &no_sandbox);
+  if (without.severity != Severity::kOk) return without;
+  return Warning("chromium-sandbox", without.found + ", runs without its sandbox only");
+}
+
+}  // namespace
+
+// The first one that can be used counts; if there is none, the first one that is installed.
+Finding CheckChromium() {
+  std::string error;
+  const std::vector<engine::InstalledChromium> installed = engine::FindChromiums(&error);
+  if (installed.empty()) return Failure("chromium", error);
+  if (!engine::IoThread::Get().Start()) return Failure("process-limits", "no descriptors left");
+  Finding first;
+  const auto end = std::chrono::steady_clock::now() + kStartLimit;
+  for (const engine::InstalledChromium& chromium : installed) {
+    const Finding finding = Look(chromium);
+    if (finding.severity != Severity::kFailure) return finding;
+    if (first.problem.empty()) first = finding;
+    // A run waits no longer either.
+    if (std::chrono::steady_clock::now() >= end) break;
+  }
+  return first;
 }
 
 }  // namespace doctor

@@ -38,7 +38,8 @@ const std::vector<Problem> kProblems = {
     {"temporary-folder", true, "No window appears",
      "The folder for temporary files cannot be written, or its disk is full",
      "Make room there, or let TMPDIR name a folder that you can write", kBrowserFailed},
-    {"chromium", true, "No window appears", "No Chromium is installed at one of the usual places",
+    {"chromium", true, "No window appears",
+     "None of Chromium, Chrome, Edge and Brave is installed at one of the usual places",
      "Install the package chromium", kBrowserFailed},
     {"chromium-start", true, "No window appears, not even after a quarter of a minute",
      "Chromium does not start or does not answer",
@@ -46,6 +47,15 @@ const std::vector<Problem> kProblems = {
     {"chromium-calls", true, "No window appears, or the window never finishes",
      "Chromium is too old, or too new: it does not know a command that is needed",
      "Update the package chromium", kBrowserFailed},
+    {"chromium-policy", true, "No window appears",
+     "The administrator's policies do not let other programs use the browser",
+     "Let the administrator allow RemoteDebuggingAllowed and DeveloperToolsAvailability, or "
+     "install "
+     "another of Chromium, Chrome, Edge and Brave",
+     kBrowserFailed},
+    {"chromium-sandbox", true, "Pages are shown without Chromium's sandbox",
+     "The system forbids users to make namespaces, which the sandbox is built from",
+     "Let root install the package chromium-sandbox, or allow user namespaces", kSignedIn},
     {"display", true, "No window appears", "There is no X display, or it does not let you in",
      "Sign in from a graphical session; under Wayland install XWayland; over ssh use ssh -X; see "
      "that DISPLAY and XAUTHORITY are those of the session",

@@ -28,9 +28,9 @@ constexpr Switch kBuiltIn[] = {
     {"disable-background-networking", ""},
     {"disable-component-update", ""},
     // The component updater and the list of signed-in accounts ask all the same. Port 9 is one that
-    // Chromium connects to under no circumstances.
-    {"component-updater", "url-source=http://127.0.0.1:9/"},
-    {"gaia-url", "http://127.0.0.1:9/"},
+    // Chromium connects to under no circumstances; the address is one that nobody has.
+    {"component-updater", "url-source=http://192.0.2.1:9/"},
+    {"gaia-url", "http://192.0.2.1:9/"},
     {"disable-sync", ""},
     {"disable-default-apps", ""},
     {"disable-domain-reliability", ""},

@@ -11,9 +11,6 @@ namespace engine {
 // The number of an error by its name, "net::ERR_X" or "ERR_X"; -2 (failed) for an unknown name.
 int NetErrorCode(std::string_view name);
 
-// The name of an error ("ERR_X") by its number; "ERR_FAILED" for an unknown number.
-const char* NetErrorName(int code);
-
 // The certificate status bit that belongs to a certificate error; 0 for any other error.
 uint32_t CertStatusBit(int net_error);
 

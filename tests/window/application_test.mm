@@ -1,15 +1,12 @@
 #import <AppKit/AppKit.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <csignal>
 #include <functional>
-#include <thread>
 
 #import "GUI/cefBrowser/MacCefBrowserAppDelegate.h"
 #import "GUI/cefBrowser/MacCefBrowserApplication.h"
 #import "platform/AppKitSeam.h"
-#include "platform/RaiseWindow.h"
 #import "platform/guard.h"
 #include "tests/window/WindowTest.h"
 
@@ -100,35 +97,6 @@ TEST_F(ApplicationTest, LeadsTheMenusQuitItemToTheDelegate) {
   [menu performActionForItemAtIndex:[menu numberOfItems] - 1];
   EXPECT_NE(recorder->sender, nil);
   [NSApp setDelegate:nil];
-}
-
-// The window manager lists windows in stacking order, the topmost last.
-unsigned long Topmost() {
-  const auto root = TestDisplay().Run({"xprop", "-root", "-notype", "_NET_CLIENT_LIST_STACKING"});
-  const size_t last = root.output.rfind("0x");
-  return last == std::string::npos ? 0 : std::stoul(root.output.substr(last), nullptr, 16);
-}
-
-TEST_F(ApplicationTest, RaisesAWindowAndIgnoresWhatIsNone) {
-  g_on_event = [] {};
-  EventWindow* back = MakeWindow(@"back");
-  [back orderFront:nil];
-  EventWindow* front = MakeWindow(@"front");
-  [front orderFront:nil];
-  const std::string id = TestDisplay().WaitForWindow("^back$");
-  ASSERT_FALSE(id.empty());
-  ASSERT_FALSE(TestDisplay().WaitForWindow("^front$").empty());
-
-  RaiseWindow(nullptr);
-  RaiseWindow(reinterpret_cast<void*>(0x7fffffff));
-  RaiseWindow(reinterpret_cast<void*>(std::stoul(id)));
-  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-  while (Topmost() != std::stoul(id) && std::chrono::steady_clock::now() < end) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  }
-  EXPECT_EQ(Topmost(), std::stoul(id));
-  [back close];
-  [front close];
 }
 
 TEST(AppKitProcess, KeepsItsNameAndItsHandlers) {

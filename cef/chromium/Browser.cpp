@@ -148,8 +148,6 @@ void Browser::Navigate(const std::string& frame_id, const std::string& url) {
                    });
 }
 
-void Browser::Send(const std::string& method) { connection_.Send(session_, method); }
-
 void Browser::NotifyLoadError(const std::string& frame_id, const std::string& error_text,
                               const std::string& url) {
   const CefRefPtr<CefClient> client = this->client();
@@ -166,68 +164,10 @@ CefRefPtr<CefFrame> Browser::FrameById(const std::string& frame_id) {
 
 CefRefPtr<CefBrowserHost> Browser::GetHost() { return new BrowserHost(this); }
 
-void Browser::StepInHistory(int step) {
-  CefRefPtr<Browser> self = this;
-  connection_.Send(session_, "Page.getNavigationHistory", {},
-                   [self, step](const JsonValue* result, const std::string&) {
-                     const JsonValue* entries = result ? MemberAt(*result, "entries") : nullptr;
-                     if (!entries || !entries->IsArray()) return;
-                     const int64_t index = NumberAt(*result, "currentIndex") + step;
-                     if (index < 0 || index >= static_cast<int64_t>(entries->Size())) return;
-                     const auto& entry = (*entries)[static_cast<rapidjson::SizeType>(index)];
-                     self->connection_.Send(self->session_, "Page.navigateToHistoryEntry",
-                                            JsonObject().Add("entryId", NumberAt(entry, "id")));
-                   });
-}
-
-void Browser::GoBack() { StepInHistory(-1); }
-
-void Browser::GoForward() { StepInHistory(1); }
-
-void Browser::Reload() { Send("Page.reload"); }
-
-void Browser::ReloadIgnoreCache() {
-  connection_.Send(session_, "Page.reload", JsonObject().Add("ignoreCache", true));
-}
-
-void Browser::StopLoad() { Send("Page.stopLoading"); }
-
 bool Browser::IsSame(CefRefPtr<CefBrowser> that) {
   return that.get() && that->GetIdentifier() == identifier_;
 }
 
-bool Browser::HasDocument() {
-  FrameRecord frame;
-  return table_.FindFrame(target_id_, &frame) && !frame.url.empty();
-}
-
 CefRefPtr<CefFrame> Browser::GetMainFrame() { return FrameById(target_id_); }
-
-CefRefPtr<CefFrame> Browser::GetFrame(int64 identifier) {
-  for (const auto& [id, frame] : table_.Frames(target_id_)) {
-    if (frame.identifier == identifier) return FrameById(id);
-  }
-  return nullptr;
-}
-
-CefRefPtr<CefFrame> Browser::GetFrame(const CefString& name) {
-  for (const auto& [id, frame] : table_.Frames(target_id_)) {
-    if (frame.name == name.ToString()) return FrameById(id);
-  }
-  return nullptr;
-}
-
-size_t Browser::GetFrameCount() { return table_.Frames(target_id_).size(); }
-
-void Browser::GetFrameIdentifiers(std::vector<int64>& identifiers) {
-  identifiers.clear();
-  for (const auto& entry : table_.Frames(target_id_))
-    identifiers.push_back(entry.second.identifier);
-}
-
-void Browser::GetFrameNames(std::vector<CefString>& names) {
-  names.clear();
-  for (const auto& entry : table_.Frames(target_id_)) names.push_back(entry.second.name);
-}
 
 }  // namespace engine

@@ -6,7 +6,6 @@
 #include <atomic>
 #include <mutex>
 #include <string>
-#include <vector>
 
 #include "include/cef_browser.h"
 #include "include/cef_client.h"
@@ -47,42 +46,20 @@ class Browser : public CefBrowser {
   // for one that is no address the client gets OnLoadError. Does nothing for an empty one.
   void Navigate(const std::string& frame_id, const std::string& url);
 
-  // Sends a command to the page's session.
-  void Send(const std::string& method);
-
   CefRefPtr<CefFrame> FrameById(const std::string& frame_id);
   // Reports a failed navigation to the client. UI thread.
   void NotifyLoadError(const std::string& frame_id, const std::string& error_text,
                        const std::string& url);
 
-  BrowserTable& table() const { return table_; }
-  DevToolsConnection& connection() const { return connection_; }
-
   CefRefPtr<CefBrowserHost> GetHost() override;
-  bool CanGoBack() override { return false; }
-  void GoBack() override;
-  bool CanGoForward() override { return false; }
-  void GoForward() override;
-  bool IsLoading() override { return false; }
-  void Reload() override;
-  void ReloadIgnoreCache() override;
-  void StopLoad() override;
   int GetIdentifier() override { return identifier_; }
   bool IsSame(CefRefPtr<CefBrowser> that) override;
   bool IsPopup() override { return popup_; }
-  bool HasDocument() override;
   CefRefPtr<CefFrame> GetMainFrame() override;
-  CefRefPtr<CefFrame> GetFocusedFrame() override { return GetMainFrame(); }
-  CefRefPtr<CefFrame> GetFrame(int64 identifier) override;
-  CefRefPtr<CefFrame> GetFrame(const CefString& name) override;
-  size_t GetFrameCount() override;
-  void GetFrameIdentifiers(std::vector<int64>& identifiers) override;
-  void GetFrameNames(std::vector<CefString>& names) override;
 
  private:
   void CloseOnUi(bool force);
   void CloseTarget(int attempts);
-  void StepInHistory(int step);
 
   DevToolsConnection& connection_;
   BrowserTable& table_;

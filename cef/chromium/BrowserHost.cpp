@@ -4,16 +4,6 @@
 
 namespace engine {
 
-bool BrowserHost::TryCloseBrowser() {
-  if (browser_->IsForcedToClose()) return true;
-  browser_->Close(false);
-  return false;
-}
-
-void BrowserHost::SetFocus(bool focus) {
-  if (focus) browser_->Send("Page.bringToFront");
-}
-
 CefRefPtr<CefRequestContext> BrowserHost::GetRequestContext() {
   return browser_->context().get() ? browser_->context() : RequestContext::Global();
 }

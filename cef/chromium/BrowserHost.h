@@ -13,15 +13,9 @@ class BrowserHost : public CefBrowserHost {
  public:
   explicit BrowserHost(CefRefPtr<Browser> browser) : browser_(browser) {}
 
-  CefRefPtr<CefBrowser> GetBrowser() override { return browser_.get(); }
   void CloseBrowser(bool force_close) override { browser_->Close(force_close); }
-  bool TryCloseBrowser() override;
-  void SetFocus(bool focus) override;
   // Null: the window belongs to Chromium's process. It comes to the front by itself when it opens.
   CefWindowHandle GetWindowHandle() override { return nullptr; }
-  CefWindowHandle GetOpenerWindowHandle() override { return nullptr; }
-  bool HasView() override { return false; }
-  CefRefPtr<CefClient> GetClient() override { return browser_->client(); }
   CefRefPtr<CefRequestContext> GetRequestContext() override;
 
  private:

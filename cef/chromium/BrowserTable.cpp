@@ -16,7 +16,6 @@ void BrowserTable::Add(const CefRefPtr<Browser>& browser) {
   FrameRecord& main = frames_[browser->target_id()];
   main.target_id = browser->target_id();
   main.session = browser->session();
-  main.identifier = ++last_identifier_;
 }
 
 CefRefPtr<Browser> BrowserTable::Remove(const std::string& target_id) {
@@ -82,19 +81,13 @@ void BrowserTable::RemoveSession(const std::string& session) {
   sessions_.erase(session);
 }
 
-void BrowserTable::SetFrame(const std::string& session, const std::string& frame_id,
-                            const std::string& parent_id, const std::string& url,
-                            const std::string& name) {
+void BrowserTable::SetFrame(const std::string& session, const std::string& frame_id) {
   std::lock_guard<std::mutex> lock(mutex_);
   const auto owner = sessions_.find(session);
   if (owner == sessions_.end() || frame_id.empty()) return;
   FrameRecord& frame = frames_[frame_id];
-  if (frame.identifier == 0) frame.identifier = ++last_identifier_;
   frame.target_id = owner->second;
   frame.session = session;
-  if (!parent_id.empty()) frame.parent_id = parent_id;
-  if (!url.empty()) frame.url = url;
-  if (!name.empty()) frame.name = name;
 }
 
 void BrowserTable::RemoveFrame(const std::string& frame_id) {
@@ -110,15 +103,6 @@ bool BrowserTable::FindFrame(const std::string& frame_id, FrameRecord* record) c
   if (found == frames_.end()) return false;
   *record = found->second;
   return true;
-}
-
-std::map<std::string, FrameRecord> BrowserTable::Frames(const std::string& target_id) const {
-  std::lock_guard<std::mutex> lock(mutex_);
-  std::map<std::string, FrameRecord> frames;
-  for (const auto& entry : frames_) {
-    if (entry.second.target_id == target_id) frames.insert(entry);
-  }
-  return frames;
 }
 
 }  // namespace engine

@@ -3,7 +3,6 @@
 #ifndef CEF_CHROMIUM_BROWSERTABLE_H_
 #define CEF_CHROMIUM_BROWSERTABLE_H_
 
-#include <cstdint>
 #include <map>
 #include <mutex>
 #include <string>
@@ -18,11 +17,7 @@ class Browser;
 // What is known of a frame. The main frame's id is the id of the browser's target.
 struct FrameRecord {
   std::string target_id;  // of its browser
-  std::string parent_id;  // empty for a main frame
   std::string session;    // that last spoke for the frame
-  std::string url;
-  std::string name;
-  int64_t identifier = 0;  // as the client sees it
 };
 
 // Holds a reference to every open browser. Any thread.
@@ -49,16 +44,11 @@ class BrowserTable {
   void AddSession(const std::string& session, const std::string& target_id);
   void RemoveSession(const std::string& session);
 
-  // Records a frame of the browser that `session` speaks for, or that it has moved there. An empty
-  // url or name leaves what is known.
-  void SetFrame(const std::string& session, const std::string& frame_id,
-                const std::string& parent_id, const std::string& url = {},
-                const std::string& name = {});
+  // Records a frame of the browser that `session` speaks for, or that it has moved there.
+  void SetFrame(const std::string& session, const std::string& frame_id);
   void RemoveFrame(const std::string& frame_id);
   // False when the frame is unknown.
   bool FindFrame(const std::string& frame_id, FrameRecord* record) const;
-  // The frames of a browser with their ids.
-  std::map<std::string, FrameRecord> Frames(const std::string& target_id) const;
 
  private:
   CefRefPtr<Browser> Find(const std::string& target_id) const;  // with mutex_ held
@@ -67,7 +57,6 @@ class BrowserTable {
   std::vector<CefRefPtr<Browser>> browsers_;     // guarded by mutex_
   std::map<std::string, std::string> sessions_;  // to target ids; guarded by mutex_
   std::map<std::string, FrameRecord> frames_;    // guarded by mutex_
-  int64_t last_identifier_ = 0;                  // guarded by mutex_
 };
 
 }  // namespace engine

@@ -1,7 +1,5 @@
 #include "cef/chromium/CookieManager.h"
 
-#include <ctime>
-
 #include "cef/chromium/MessageLoop.h"
 
 namespace engine {
@@ -14,8 +12,6 @@ void ToCefCookie(const StoredCookie& stored, CefCookie& cookie) {
   CefString(&cookie.path).FromString(stored.path);
   cookie.secure = stored.secure;
   cookie.httponly = stored.http_only;
-  cookie.has_expires = !stored.session;
-  if (!stored.session) cef_time_from_timet(static_cast<time_t>(stored.expires), &cookie.expires);
 }
 
 NewCookie ToNewCookie(const CefString& url, const CefCookie& cookie) {
@@ -27,9 +23,6 @@ NewCookie ToNewCookie(const CefString& url, const CefCookie& cookie) {
   result.path = CefString(&cookie.path).ToString();
   result.secure = cookie.secure != 0;
   result.http_only = cookie.httponly != 0;
-  result.expires = cookie.has_expires != 0;
-  time_t expiry = 0;
-  if (result.expires && cef_time_to_timet(&cookie.expires, &expiry)) result.expiry = expiry;
   return result;
 }
 
@@ -66,22 +59,11 @@ void PostCompletion(CefRefPtr<CefCompletionCallback> callback) {
   if (callback.get()) MessageLoop::Get().PostTask([callback] { callback->OnComplete(); });
 }
 
-void CookieManager::SetSupportedSchemes(const std::vector<CefString>&, bool,
-                                        CefRefPtr<CefCompletionCallback> callback) {
-  PostCompletion(callback);
-}
-
 void CookieManager::Visit(CookieStore::Filter filter, CefRefPtr<CefCookieVisitor> visitor) {
   CookieStore* store = &store_;
   store_.Get(std::move(filter), [store, visitor](const CookieStore::Cookies& cookies) {
     MessageLoop::Get().PostTask([store, cookies, visitor] { VisitOnUi(*store, cookies, visitor); });
   });
-}
-
-bool CookieManager::VisitAllCookies(CefRefPtr<CefCookieVisitor> visitor) {
-  if (!visitor.get()) return false;
-  Visit([](const StoredCookie&) { return true; }, visitor);
-  return true;
 }
 
 bool CookieManager::VisitUrlCookies(const CefString& url, bool includeHttpOnly,

@@ -16,9 +16,6 @@ class CookieManager : public CefCookieManager {
   explicit CookieManager(CookieStore& store) : store_(store) {}
 
   // The schemes are fixed; only the callback is run.
-  void SetSupportedSchemes(const std::vector<CefString>& schemes, bool include_defaults,
-                           CefRefPtr<CefCompletionCallback> callback) override;
-  bool VisitAllCookies(CefRefPtr<CefCookieVisitor> visitor) override;
   bool VisitUrlCookies(const CefString& url, bool includeHttpOnly,
                        CefRefPtr<CefCookieVisitor> visitor) override;
   bool SetCookie(const CefString& url, const CefCookie& cookie,

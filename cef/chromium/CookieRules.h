@@ -16,8 +16,6 @@ struct StoredCookie {
   std::string path;
   bool http_only = false;
   bool secure = false;
-  bool session = true;
-  double expires = -1;  // seconds since 1970; no meaning for session cookies
 };
 
 // The parts of an address. scheme and host are in lower case; IPv6 hosts keep their brackets; path

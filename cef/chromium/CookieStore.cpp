@@ -16,8 +16,6 @@ StoredCookie ParseCookie(const JsonValue& json) {
   cookie.path = TextAt(json, "path");
   cookie.http_only = FlagAt(json, "httpOnly");
   cookie.secure = FlagAt(json, "secure");
-  cookie.session = FlagAt(json, "session");
-  cookie.expires = static_cast<double>(NumberAt(json, "expires"));
   return cookie;
 }
 
@@ -41,7 +39,6 @@ std::string ToJson(const NewCookie& cookie) {
   json.Add("secure", cookie.secure).Add("httpOnly", cookie.http_only);
   if (!cookie.domain.empty()) json.Add("domain", WithDot(cookie.domain));
   if (!cookie.path.empty()) json.Add("path", cookie.path);
-  if (cookie.expires) json.Add("expires", cookie.expiry);
   return json.str();
 }
 

@@ -22,8 +22,6 @@ struct NewCookie {
   std::string path;    // empty: the address's default path
   bool secure = false;
   bool http_only = false;
-  bool expires = false;
-  int64_t expiry = 0;  // seconds since 1970
 };
 
 // Operations may be ordered from any thread and are carried out one after the other, in the order

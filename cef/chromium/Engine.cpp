@@ -135,7 +135,7 @@ bool Engine::Initialize(const CefSettings& settings, CefRefPtr<CefApp> app) {
     return false;
   }
   app_ = app;
-  global_context_ = new RequestContext(cookies_, cache_path, nullptr);
+  global_context_ = new RequestContext(cookies_, nullptr);
   running_ = true;
   static const int registered = std::atexit([] { Engine::Get().Shutdown(); });
   static_cast<void>(registered);

@@ -30,9 +30,6 @@ class Engine {
   // False after at most 15 seconds; standard error then says why.
   bool Initialize(const CefSettings& settings, CefRefPtr<CefApp> app);
 
-  // Ends Chromium; also called when the process exits. Main thread.
-  void Shutdown();
-
   // CefRunMessageLoop: when the engine does not run, it hands over what signals wait and returns.
   void RunMessageLoop();
 
@@ -49,6 +46,8 @@ class Engine {
   Engine();
 
   void Wire();
+  // Ends Chromium, when the process exits.
+  void Shutdown();
   void OnConnectionClosed();
   void OnDisplayLost();
   void SayWhatEndedIt();

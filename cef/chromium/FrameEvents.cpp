@@ -3,17 +3,15 @@
 namespace engine {
 
 void SubscribeFrameEvents(DevToolsConnection& connection, BrowserTable& table) {
-  connection.On(
-      "Page.frameAttached", [&table](const std::string& session, const JsonValue& params) {
-        table.SetFrame(session, TextAt(params, "frameId"), TextAt(params, "parentFrameId"));
-      });
-  connection.On("Page.frameNavigated", [&table](const std::string& session,
-                                                const JsonValue& params) {
-    const JsonValue* frame = MemberAt(params, "frame");
-    if (!frame) return;
-    table.SetFrame(session, TextAt(*frame, "id"), TextAt(*frame, "parentId"),
-                   TextAt(*frame, "url") + TextAt(*frame, "urlFragment"), TextAt(*frame, "name"));
-  });
+  connection.On("Page.frameAttached",
+                [&table](const std::string& session, const JsonValue& params) {
+                  table.SetFrame(session, TextAt(params, "frameId"));
+                });
+  connection.On("Page.frameNavigated",
+                [&table](const std::string& session, const JsonValue& params) {
+                  const JsonValue* frame = MemberAt(params, "frame");
+                  if (frame) table.SetFrame(session, TextAt(*frame, "id"));
+                });
   connection.On("Page.frameDetached", [&table](const std::string&, const JsonValue& params) {
     // With "swap" the frame lives on in another process.
     if (TextAt(params, "reason") != "swap") table.RemoveFrame(TextAt(params, "frameId"));

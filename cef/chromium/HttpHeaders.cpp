@@ -19,21 +19,6 @@ CefString HeaderValue(const HeaderMap& headers, const CefString& name) {
   return CefString();
 }
 
-void SetHeader(HeaderMap& headers, const CefString& name, const CefString& value, bool overwrite) {
-  const std::string wanted = name.ToString();
-  if (wanted.empty()) return;
-  for (auto it = headers.begin(); it != headers.end();) {
-    if (!EqualIgnoringCase(it->first.ToString(), wanted)) {
-      ++it;
-    } else if (overwrite) {
-      it = headers.erase(it);
-    } else {
-      return;
-    }
-  }
-  headers.emplace(name, value);
-}
-
 std::string MediaType(const std::string& content_type) {
   std::string type = content_type.substr(0, content_type.find(';'));
   const auto is_blank = [](unsigned char c) { return std::isspace(c) != 0; };

@@ -18,9 +18,6 @@ bool EqualIgnoringCase(const std::string& a, const std::string& b);
 // The first value of a header; empty when there is none. Letter case of the name does not matter.
 CefString HeaderValue(const HeaderMap& headers, const CefString& name);
 
-// Sets a header; one that is there already is kept unless `overwrite`.
-void SetHeader(HeaderMap& headers, const CefString& name, const CefString& value, bool overwrite);
-
 // The media type of a Content-Type value: lower case, without parameters.
 std::string MediaType(const std::string& content_type);
 

@@ -36,7 +36,7 @@ void LoadErrors::OnRequest(const std::string& session, const JsonValue& params) 
   // Later navigations of the frame go through the session that speaks for it now.
   FrameRecord frame;
   if (!table_.FindFrame(frame_id, &frame) || frame.session != session) {
-    table_.SetFrame(session, frame_id, "");
+    table_.SetFrame(session, frame_id);
   }
   navigations_[TextAt(params, "requestId")] = {browser->target_id(), frame_id,
                                                url + TextAt(*request, "urlFragment")};

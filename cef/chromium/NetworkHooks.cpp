@@ -1,13 +1,11 @@
 #include "cef/chromium/NetworkHooks.h"
 
-#include <cstdlib>
 #include <utility>
 
 #include "cef/chromium/HttpHeaders.h"
 #include "cef/chromium/Request.h"
 #include "cef/chromium/RequestCallback.h"
 #include "cef/chromium/Response.h"
-#include "include/cef_request_context_handler.h"
 #include "include/cef_request_handler.h"
 
 namespace engine {
@@ -29,12 +27,6 @@ cef_resource_type_t ResourceType(const std::string& type, bool main_frame) {
   if (type == "Document") return main_frame ? RT_MAIN_FRAME : RT_SUB_FRAME;
   const auto found = kTypes.find(type);
   return found == kTypes.end() ? RT_SUB_RESOURCE : found->second;
-}
-
-// The number in "interception-job-7.1": the same for every hop.
-uint64 RequestNumber(const std::string& id) {
-  const size_t digits = id.find_first_of("0123456789");
-  return digits == std::string::npos ? 0 : std::strtoull(id.c_str() + digits, nullptr, 10);
 }
 
 bool EndsWith(const std::string& text, const std::string& end) {
@@ -63,7 +55,6 @@ bool IsRedirect(int64_t status, const HeaderMap& headers) {
 CefRefPtr<CefResponse> MakeResponse(const JsonValue& params, HeaderMap headers) {
   Response::Data data;
   data.status = static_cast<int>(NumberAt(params, "responseStatusCode"));
-  data.status_text = TextAt(params, "responseStatusText");
   data.mime_type = MediaType(HeaderValue(headers, "Content-Type").ToString());
   data.headers = std::move(headers);
   return new Response(std::move(data));
@@ -74,7 +65,8 @@ CefRefPtr<CefResourceRequestHandler> FindHandler(const CefRefPtr<Browser>& brows
                                                  const CefRefPtr<CefRequest>& request) {
   const cef_resource_type_t type = request->GetResourceType();
   const bool navigation = type == RT_MAIN_FRAME || type == RT_SUB_FRAME;
-  const CefString initiator = request->GetHeaderByName("Origin");
+  HeaderMap headers;
+  request->GetHeaderMap(headers);
   bool disable_default_handling = false;
   CefRefPtr<CefResourceRequestHandler> handler;
   const CefRefPtr<CefClient> client = browser->client();
@@ -82,13 +74,9 @@ CefRefPtr<CefResourceRequestHandler> FindHandler(const CefRefPtr<Browser>& brows
     const CefRefPtr<CefRequestHandler> requests = client->GetRequestHandler();
     if (requests.get()) {
       handler = requests->GetResourceRequestHandler(browser.get(), frame, request, navigation,
-                                                    false, initiator, disable_default_handling);
+                                                    false, HeaderValue(headers, "Origin"),
+                                                    disable_default_handling);
     }
-  }
-  const CefRefPtr<CefRequestContext> context = browser->context();
-  if (!handler.get() && context.get() && context->GetHandler().get()) {
-    handler = context->GetHandler()->GetResourceRequestHandler(
-        browser.get(), frame, request, navigation, false, initiator, disable_default_handling);
   }
   return handler;
 }
@@ -140,8 +128,7 @@ void NetworkHooks::OnPaused(const JsonValue& params) {
   }
 }
 
-bool NetworkHooks::Describe(const std::string& id, const JsonValue& params,
-                            Pending* pending) const {
+bool NetworkHooks::Describe(const JsonValue& params, Pending* pending) const {
   const JsonValue* request = MemberAt(params, "request");
   if (!request) return false;
   const std::string type = TextAt(params, "resourceType");
@@ -159,17 +146,15 @@ bool NetworkHooks::Describe(const std::string& id, const JsonValue& params,
 
   Request::Data data;
   data.url = pending->url + TextAt(*request, "urlFragment");
-  data.method = TextAt(*request, "method");
   data.headers = RequestHeaders(*request, &data.referrer);
   data.resource_type = ResourceType(type, pending->main_frame);
-  data.identifier = RequestNumber(id);
   pending->request = new Request(std::move(data));
   return true;
 }
 
 void NetworkHooks::OnRequest(const std::string& id, const JsonValue& params) {
   Pending pending;
-  const bool described = Describe(id, params, &pending);
+  const bool described = Describe(params, &pending);
   NotifyRedirect(TextAt(params, "redirectedRequestId"), pending.url);
   if (!described) {
     Continue(id);

@@ -17,9 +17,9 @@ namespace engine {
 // client is called in place, on the IO thread, and then the request goes on.
 //
 // Requests for the window's icon call no hook, nor do data and about pages and what comes from a
-// page's memory. A worker's requests count as the newest browser's. Changes that the client makes
-// to a request are not carried out, a cookie filter and a resource handler are asked for but not
-// used.
+// page's memory. A worker's requests count as the newest browser's. The request is sent as it is:
+// flags that the client sets have no effect, a cookie filter and a resource handler are asked for
+// but not used.
 class NetworkHooks {
  public:
   // Both must live as long as the process.
@@ -54,7 +54,7 @@ class NetworkHooks {
   void OnRequest(const std::string& id, const JsonValue& params);
   void OnResponse(const std::string& id, const JsonValue& params);
   void NotifyRedirect(const std::string& former_id, const std::string& new_url);
-  bool Describe(const std::string& id, const JsonValue& params, Pending* pending) const;
+  bool Describe(const JsonValue& params, Pending* pending) const;
 
   void Continue(const std::string& id);
   void Abort(const std::string& id);

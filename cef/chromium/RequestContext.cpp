@@ -11,7 +11,7 @@ CefRefPtr<CefRequestContext> RequestContext::Global() { return Engine::Get().glo
 CefRefPtr<CefRequestContext> RequestContext::Share(CefRefPtr<CefRequestContext> other,
                                                    CefRefPtr<CefRequestContextHandler> handler) {
   if (!other.get() || !handler.get()) return other;
-  return new RequestContext(Engine::Get().cookies(), other->GetCachePath().ToString(), handler);
+  return new RequestContext(Engine::Get().cookies(), handler);
 }
 
 CefRefPtr<CefCookieManager> RequestContext::GetCookieManager(
@@ -27,14 +27,6 @@ CefRefPtr<CefCookieManager> RequestContext::GetCookieManager(
   }
   PostCompletion(callback);
   return new CookieManager(store_);
-}
-
-void RequestContext::ClearCertificateExceptions(CefRefPtr<CefCompletionCallback> callback) {
-  PostCompletion(callback);
-}
-
-void RequestContext::ClearHttpAuthCredentials(CefRefPtr<CefCompletionCallback> callback) {
-  PostCompletion(callback);
 }
 
 void RequestContext::CloseAllConnections(CefRefPtr<CefCompletionCallback> callback) {

@@ -4,7 +4,6 @@
 #define CEF_CHROMIUM_REQUESTCONTEXT_H_
 
 #include <atomic>
-#include <string>
 
 #include "include/cef_request_context.h"
 #include "include/cef_request_context_handler.h"
@@ -22,24 +21,15 @@ class RequestContext : public CefRequestContext {
   static CefRefPtr<CefRequestContext> Share(CefRefPtr<CefRequestContext> other,
                                             CefRefPtr<CefRequestContextHandler> handler);
 
-  RequestContext(CookieStore& store, const std::string& cache_path,
-                 CefRefPtr<CefRequestContextHandler> handler)
-      : store_(store), cache_path_(cache_path), handler_(handler) {}
+  RequestContext(CookieStore& store, CefRefPtr<CefRequestContextHandler> handler)
+      : store_(store), handler_(handler) {}
 
-  bool IsSame(CefRefPtr<CefRequestContext> other) override { return other.get() == this; }
-  bool IsSharingWith(CefRefPtr<CefRequestContext> other) override { return other.get() != nullptr; }
-  bool IsGlobal() override { return !handler_.get(); }
-  CefRefPtr<CefRequestContextHandler> GetHandler() override { return handler_; }
-  CefString GetCachePath() override { return cache_path_; }
   CefRefPtr<CefCookieManager> GetCookieManager(CefRefPtr<CefCompletionCallback> callback) override;
-  // Chromium offers none of these three without closing; only the callbacks are run.
-  void ClearCertificateExceptions(CefRefPtr<CefCompletionCallback> callback) override;
-  void ClearHttpAuthCredentials(CefRefPtr<CefCompletionCallback> callback) override;
+  // Chromium offers no such thing without closing; only the callback is run.
   void CloseAllConnections(CefRefPtr<CefCompletionCallback> callback) override;
 
  private:
   CookieStore& store_;
-  const std::string cache_path_;
   const CefRefPtr<CefRequestContextHandler> handler_;
   std::atomic<bool> handler_told_{false};
 

@@ -1,53 +1,32 @@
-// CefResponse: what a client sees of one answer, or one that it makes itself.
+// CefResponse: what a client sees of one answer.
 
 #ifndef CEF_CHROMIUM_RESPONSE_H_
 #define CEF_CHROMIUM_RESPONSE_H_
 
-#include <mutex>
 #include <string>
+#include <utility>
 
-#include "cef/chromium/HttpHeaders.h"
 #include "include/cef_response.h"
 
 namespace engine {
 
-// Any thread. Changes made by the client stay in this object.
+// IO thread, like Request; nothing in it changes.
 class Response : public CefResponse {
  public:
   struct Data {
-    cef_errorcode_t error = ERR_NONE;
     int status = 0;
-    CefString status_text;
-    CefString mime_type;
-    CefString charset;
-    CefString url;
+    std::string mime_type;
     HeaderMap headers;
   };
 
-  Response() = default;
   explicit Response(Data data) : data_(std::move(data)) {}
 
-  bool IsReadOnly() override { return false; }
-  cef_errorcode_t GetError() override;
-  void SetError(cef_errorcode_t error) override;
-  int GetStatus() override;
-  void SetStatus(int status) override;
-  CefString GetStatusText() override;
-  void SetStatusText(const CefString& statusText) override;
-  CefString GetMimeType() override;
-  void SetMimeType(const CefString& mimeType) override;
-  CefString GetCharset() override;
-  void SetCharset(const CefString& charset) override;
-  CefString GetURL() override;
-  void SetURL(const CefString& url) override;
-  CefString GetHeaderByName(const CefString& name) override;
-  void SetHeaderByName(const CefString& name, const CefString& value, bool overwrite) override;
-  void GetHeaderMap(HeaderMap& headerMap) override;
-  void SetHeaderMap(const HeaderMap& headerMap) override;
+  int GetStatus() override { return data_.status; }
+  CefString GetMimeType() override { return data_.mime_type; }
+  void GetHeaderMap(HeaderMap& headerMap) override { headerMap = data_.headers; }
 
  private:
-  std::mutex mutex_;
-  Data data_;  // guarded by mutex_
+  const Data data_;
 
   IMPLEMENT_REFCOUNTING(Response);
 };

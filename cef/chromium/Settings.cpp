@@ -9,10 +9,6 @@ namespace {
 constexpr int kLowestDebuggingPort = 1024;
 constexpr int kHighestDebuggingPort = 65535;
 
-void Append(CefCommandLine& command_line, const char* name, const cef_string_t& value) {
-  command_line.AppendSwitchWithValue(name, CefString(&value));
-}
-
 // Information is the lowest level that there is no way to: the texts that pages write to their
 // console have it, of which there can be any number.
 void ApplyLog(const CefSettings& settings, CefCommandLine& command_line) {
@@ -29,11 +25,8 @@ void ApplyLog(const CefSettings& settings, CefCommandLine& command_line) {
 
 void ApplySettings(const CefSettings& settings, CefCommandLine& command_line) {
   if (settings.no_sandbox) command_line.AppendSwitch("no-sandbox");
-  Append(command_line, "user-agent", settings.user_agent);
-  Append(command_line, "js-flags", settings.javascript_flags);
-  Append(command_line, "accept-lang", settings.accept_language_list);
-  const CefString locale(&settings.locale);
-  command_line.AppendSwitchWithValue("lang", locale.empty() ? CefString("en-US") : locale);
+  command_line.AppendSwitchWithValue("user-agent", CefString(&settings.user_agent));
+  command_line.AppendSwitchWithValue("lang", "en-US");
   if (settings.remote_debugging_port >= kLowestDebuggingPort &&
       settings.remote_debugging_port <= kHighestDebuggingPort) {
     command_line.AppendSwitchWithValue("remote-debugging-port",

@@ -13,7 +13,6 @@ class SslInfo : public CefSSLInfo {
   explicit SslInfo(cef_cert_status_t status) : status_(status) {}
 
   cef_cert_status_t GetCertStatus() override { return status_; }
-  CefRefPtr<CefX509Certificate> GetX509Certificate() override { return nullptr; }
 
  private:
   const cef_cert_status_t status_;

@@ -138,9 +138,7 @@ void Targets::AttachPart(const std::string& parent_session, const std::string& s
   const CefRefPtr<Browser> browser = table_.BySession(parent_session);
   if (browser.get()) table_.AddSession(session, browser->target_id());
   if (TextAt(info, "type") == "iframe") {
-    if (browser.get()) {
-      table_.SetFrame(session, TextAt(info, "targetId"), TextAt(info, "parentFrameId"));
-    }
+    if (browser.get()) table_.SetFrame(session, TextAt(info, "targetId"));
     SetUpPage(session, false);
   } else {
     connection_.Send(session, "Target.setAutoAttach", AutoAttach(false));

@@ -2,14 +2,10 @@
 
 #include "cef/wrapper/exports.h"
 
-#include "cef/chromium/CommandLine.h"
-#include "cef/chromium/CookieManager.h"
 #include "cef/chromium/Engine.h"
 #include "cef/chromium/IoThread.h"
 #include "cef/chromium/MessageLoop.h"
-#include "cef/chromium/Request.h"
 #include "cef/chromium/RequestContext.h"
-#include "cef/chromium/Response.h"
 
 using engine::Engine;
 using engine::IoThread;
@@ -24,14 +20,9 @@ bool cef_initialize(const CefMainArgs&, const CefSettings& settings, CefRefPtr<C
   return Engine::Get().Initialize(settings, application);
 }
 
-void cef_shutdown() { Engine::Get().Shutdown(); }
-
 void cef_run_message_loop() { Engine::Get().RunMessageLoop(); }
 
 void cef_quit_message_loop() { MessageLoop::Get().Quit(); }
-
-// The loop is the framework's own; a program that turns its own cannot be served.
-void cef_do_message_loop_work() {}
 
 bool cef_currently_on(CefThreadId thread_id) {
   switch (thread_id) {
@@ -76,8 +67,6 @@ bool cef_browser_host_create_browser(const CefWindowInfo&, CefRefPtr<CefClient> 
   return Engine::Get().CreateBrowser({client, request_context, url.ToString()});
 }
 
-CefRefPtr<CefCommandLine> cef_command_line_create() { return new engine::CommandLine; }
-
 CefRefPtr<CefCommandLine> cef_command_line_get_global() { return Engine::Get().command_line(); }
 
 CefRefPtr<CefRequestContext> cef_request_context_get_global_context() {
@@ -88,16 +77,6 @@ CefRefPtr<CefRequestContext> cef_request_context_create_context_shared(
     CefRefPtr<CefRequestContext> other, CefRefPtr<CefRequestContextHandler> handler) {
   return engine::RequestContext::Share(other, handler);
 }
-
-CefRefPtr<CefCookieManager> cef_cookie_manager_get_global_manager(
-    CefRefPtr<CefCompletionCallback> callback) {
-  const CefRefPtr<CefRequestContext> context = engine::RequestContext::Global();
-  return context.get() ? context->GetCookieManager(callback) : nullptr;
-}
-
-CefRefPtr<CefRequest> cef_request_create() { return new engine::Request; }
-
-CefRefPtr<CefResponse> cef_response_create() { return new engine::Response; }
 
 // Every browser has a plain window.
 CefRefPtr<CefBrowserView> cef_browser_view_get_for_browser(CefRefPtr<CefBrowser>) {

@@ -6,7 +6,7 @@
 #include "include/internal/cef_export.h"
 
 // Changes whenever what crosses the border between client and framework changes.
-#define CEF_API_HASH_PLATFORM "eb-cef-80.1"
+#define CEF_API_HASH_PLATFORM "eb-cef-80.2"
 
 extern "C" {
 

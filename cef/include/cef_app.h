@@ -8,11 +8,8 @@
 #include "include/cef_browser_process_handler.h"
 #include "include/cef_command_line.h"
 #include "include/cef_frame.h"
-#include "include/cef_render_process_handler.h"
 #include "include/cef_request.h"
-#include "include/cef_resource_bundle_handler.h"
 #include "include/cef_response.h"
-#include "include/cef_scheme.h"
 
 // The application's side of the process. Implemented by the client.
 class CefApp : public virtual CefBaseRefCounted {
@@ -21,11 +18,8 @@ class CefApp : public virtual CefBaseRefCounted {
   // empty for the browser process.
   virtual void OnBeforeCommandLineProcessing(const CefString& /*process_type*/,
                                              CefRefPtr<CefCommandLine> /*command_line*/) {}
-  virtual void OnRegisterCustomSchemes(CefRawPtr<CefSchemeRegistrar> /*registrar*/) {}
-  virtual CefRefPtr<CefResourceBundleHandler> GetResourceBundleHandler() { return nullptr; }
   // Called on several threads.
   virtual CefRefPtr<CefBrowserProcessHandler> GetBrowserProcessHandler() { return nullptr; }
-  virtual CefRefPtr<CefRenderProcessHandler> GetRenderProcessHandler() { return nullptr; }
 };
 
 // Starts the framework; the calling thread becomes the UI thread. `application` may be null,
@@ -37,17 +31,11 @@ class CefApp : public virtual CefBaseRefCounted {
 bool CefInitialize(const CefMainArgs& args, const CefSettings& settings,
                    CefRefPtr<CefApp> application, void* windows_sandbox_info);
 
-// Ends the framework. UI thread, after the message loop.
-void CefShutdown();
-
 // Runs the events of the UI thread, the window system's among them, until CefQuitMessageLoop.
 // Returns at once when CEF is not initialised.
 void CefRunMessageLoop();
 
 // Lets the running loop end once it is idle. UI thread. It is not remembered for a later loop.
 void CefQuitMessageLoop();
-
-// Runs one round of what CefRunMessageLoop does, without waiting.
-void CefDoMessageLoopWork();
 
 #endif  // CEF_INCLUDE_CEF_APP_H_

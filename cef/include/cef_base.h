@@ -17,16 +17,9 @@ class CefBaseRefCounted {
   // True when this was the last reference and the object is gone.
   virtual bool Release() const = 0;
   virtual bool HasOneRef() const = 0;
-  virtual bool HasAtLeastOneRef() const = 0;
 
  protected:
   virtual ~CefBaseRefCounted() = default;
-};
-
-// An object that its creator owns; valid while the call that hands it over runs.
-class CefBaseScoped {
- public:
-  virtual ~CefBaseScoped() = default;
 };
 
 // The counter that IMPLEMENT_REFCOUNTING puts into a class.
@@ -38,7 +31,6 @@ class CefRefCount {
   // True when the count has reached zero.
   bool Release() const { return !base::AtomicRefCountDec(&count_); }
   bool HasOneRef() const { return base::AtomicRefCountIsOne(&count_); }
-  bool HasAtLeastOneRef() const { return !base::AtomicRefCountIsZero(&count_); }
 
  private:
   mutable base::AtomicRefCount count_ = 0;
@@ -48,36 +40,17 @@ class CefRefCount {
 
 // Counts references of `ClassName`. Stands last in the class, followed by a semicolon; what comes
 // after it is private.
-#define IMPLEMENT_REFCOUNTING(ClassName)                                           \
- public:                                                                           \
-  void AddRef() const override { ref_count_.AddRef(); }                            \
-  bool Release() const override {                                                  \
-    if (!ref_count_.Release()) return false;                                       \
-    delete static_cast<const ClassName*>(this);                                    \
-    return true;                                                                   \
-  }                                                                                \
-  bool HasOneRef() const override { return ref_count_.HasOneRef(); }               \
-  bool HasAtLeastOneRef() const override { return ref_count_.HasAtLeastOneRef(); } \
-                                                                                   \
- private:                                                                          \
+#define IMPLEMENT_REFCOUNTING(ClassName)                             \
+ public:                                                             \
+  void AddRef() const override { ref_count_.AddRef(); }              \
+  bool Release() const override {                                    \
+    if (!ref_count_.Release()) return false;                         \
+    delete static_cast<const ClassName*>(this);                      \
+    return true;                                                     \
+  }                                                                  \
+  bool HasOneRef() const override { return ref_count_.HasOneRef(); } \
+                                                                     \
+ private:                                                            \
   CefRefCount ref_count_
-
-// Gives a class a lock of its own. Needs include/base/cef_lock.h.
-#define IMPLEMENT_LOCKING(ClassName)                                    \
- public:                                                                \
-  class AutoLock {                                                      \
-   public:                                                              \
-    explicit AutoLock(ClassName* base) : base_(base) { base_->Lock(); } \
-    ~AutoLock() { base_->Unlock(); }                                    \
-                                                                        \
-   private:                                                             \
-    ClassName* base_;                                                   \
-    DISALLOW_COPY_AND_ASSIGN(AutoLock);                                 \
-  };                                                                    \
-  void Lock() { lock_.Acquire(); }                                      \
-  void Unlock() { lock_.Release(); }                                    \
-                                                                        \
- private:                                                               \
-  base::Lock lock_
 
 #endif  // CEF_INCLUDE_CEF_BASE_H_

@@ -3,8 +3,6 @@
 #ifndef CEF_INCLUDE_CEF_BROWSER_H_
 #define CEF_INCLUDE_CEF_BROWSER_H_
 
-#include <vector>
-
 #include "include/cef_base.h"
 #include "include/cef_frame.h"
 #include "include/cef_request_context.h"
@@ -19,32 +17,14 @@ class CefBrowser : public virtual CefBaseRefCounted {
  public:
   virtual CefRefPtr<CefBrowserHost> GetHost() = 0;
 
-  virtual bool CanGoBack() = 0;
-  virtual void GoBack() = 0;
-  virtual bool CanGoForward() = 0;
-  virtual void GoForward() = 0;
-  virtual bool IsLoading() = 0;
-  virtual void Reload() = 0;
-  virtual void ReloadIgnoreCache() = 0;
-  virtual void StopLoad() = 0;
-
   // Unique in the process, from 1.
   virtual int GetIdentifier() = 0;
   // False for null.
   virtual bool IsSame(CefRefPtr<CefBrowser> that) = 0;
   // True for a window that a page has opened.
   virtual bool IsPopup() = 0;
-  virtual bool HasDocument() = 0;
 
   virtual CefRefPtr<CefFrame> GetMainFrame() = 0;
-  virtual CefRefPtr<CefFrame> GetFocusedFrame() = 0;
-  // Null when there is no such frame.
-  virtual CefRefPtr<CefFrame> GetFrame(int64 identifier) = 0;
-  virtual CefRefPtr<CefFrame> GetFrame(const CefString& name) = 0;
-  virtual size_t GetFrameCount() = 0;
-  // Replace the contents of the vector.
-  virtual void GetFrameIdentifiers(std::vector<int64>& identifiers) = 0;
-  virtual void GetFrameNames(std::vector<CefString>& names) = 0;
 };
 
 // The part of a browser that belongs to the browser process: its window and its life.
@@ -59,20 +39,10 @@ class CefBrowserHost : public virtual CefBaseRefCounted {
                             CefRefPtr<CefDictionaryValue> extra_info,
                             CefRefPtr<CefRequestContext> request_context);
 
-  virtual CefRefPtr<CefBrowser> GetBrowser() = 0;
-
   // Starts to close; repeated calls do no harm. With `force_close` the page is not asked. DoClose
   // may run inside the call, OnBeforeClose comes later. From any thread.
   virtual void CloseBrowser(bool force_close) = 0;
-  // For the window's own close: true when it may close now. UI thread.
-  virtual bool TryCloseBrowser() = 0;
-
-  virtual void SetFocus(bool focus) = 0;
   virtual CefWindowHandle GetWindowHandle() = 0;
-  virtual CefWindowHandle GetOpenerWindowHandle() = 0;
-  // True when the browser lives in a CefBrowserView.
-  virtual bool HasView() = 0;
-  virtual CefRefPtr<CefClient> GetClient() = 0;
   virtual CefRefPtr<CefRequestContext> GetRequestContext() = 0;
 };
 

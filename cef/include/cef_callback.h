@@ -5,13 +5,6 @@
 
 #include "include/cef_base.h"
 
-// Continues or ends something that waits. Implemented by the framework.
-class CefCallback : public virtual CefBaseRefCounted {
- public:
-  virtual void Continue() = 0;
-  virtual void Cancel() = 0;
-};
-
 // Told that something has been completed. Implemented by the client; runs on the UI thread, never
 // from inside the call that it was given to.
 class CefCompletionCallback : public virtual CefBaseRefCounted {

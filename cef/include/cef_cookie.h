@@ -3,8 +3,6 @@
 #ifndef CEF_INCLUDE_CEF_COOKIE_H_
 #define CEF_INCLUDE_CEF_COOKIE_H_
 
-#include <vector>
-
 #include "include/cef_base.h"
 #include "include/cef_callback.h"
 
@@ -33,15 +31,8 @@ class CefDeleteCookiesCallback : public virtual CefBaseRefCounted {
 // what it returns only says whether it was started. Callbacks may be null. From any thread.
 class CefCookieManager : public virtual CefBaseRefCounted {
  public:
-  // The jar of the global request context; null before CefInitialize. `callback` runs once the jar
-  // is ready.
-  static CefRefPtr<CefCookieManager> GetGlobalManager(CefRefPtr<CefCompletionCallback> callback);
-
-  virtual void SetSupportedSchemes(const std::vector<CefString>& schemes, bool include_defaults,
-                                   CefRefPtr<CefCompletionCallback> callback) = 0;
-  // False when `visitor` is null. Longer paths first, then older cookies.
-  virtual bool VisitAllCookies(CefRefPtr<CefCookieVisitor> visitor) = 0;
-  // Only cookies that would be sent to `url`. False when the address is empty or `visitor` null.
+  // The cookies that would be sent to `url`: longer paths first, then older cookies. False when the
+  // address is empty or `visitor` null.
   virtual bool VisitUrlCookies(const CefString& url, bool includeHttpOnly,
                                CefRefPtr<CefCookieVisitor> visitor) = 0;
   // The address supplies what the cookie leaves open. False when the address is empty or invalid.

@@ -20,21 +20,10 @@ class CefRequestContext : public virtual CefBaseRefCounted {
   static CefRefPtr<CefRequestContext> CreateContext(CefRefPtr<CefRequestContext> other,
                                                     CefRefPtr<CefRequestContextHandler> handler);
 
-  // False for null.
-  virtual bool IsSame(CefRefPtr<CefRequestContext> other) = 0;
-  virtual bool IsSharingWith(CefRefPtr<CefRequestContext> other) = 0;
-  virtual bool IsGlobal() = 0;
-  virtual CefRefPtr<CefRequestContextHandler> GetHandler() = 0;
-  // Empty when nothing is kept on disk.
-  virtual CefString GetCachePath() = 0;
-
   // `callback` may be null; it runs on the UI thread once the jar is ready.
   virtual CefRefPtr<CefCookieManager> GetCookieManager(
       CefRefPtr<CefCompletionCallback> callback) = 0;
 
-  // Forgets the certificates that were accepted in spite of an error.
-  virtual void ClearCertificateExceptions(CefRefPtr<CefCompletionCallback> callback) = 0;
-  virtual void ClearHttpAuthCredentials(CefRefPtr<CefCompletionCallback> callback) = 0;
   // Always pass a callback: the genuine framework crashes without one. It may never run when the
   // message loop ends first.
   virtual void CloseAllConnections(CefRefPtr<CefCompletionCallback> callback) = 0;

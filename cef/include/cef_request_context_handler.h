@@ -4,10 +4,7 @@
 #define CEF_INCLUDE_CEF_REQUEST_CONTEXT_HANDLER_H_
 
 #include "include/cef_base.h"
-#include "include/cef_browser.h"
-#include "include/cef_frame.h"
-#include "include/cef_request.h"
-#include "include/cef_resource_request_handler.h"
+#include "include/cef_request_context.h"
 #include "include/cef_web_plugin.h"
 
 // Implemented by the client.
@@ -23,14 +20,6 @@ class CefRequestContextHandler : public virtual CefBaseRefCounted {
                                   CefRefPtr<CefWebPluginInfo> /*plugin_info*/,
                                   PluginPolicy* /*plugin_policy*/) {
     return false;
-  }
-  // IO thread, for requests that the browser's client does not handle. Browser and frame may be
-  // null.
-  virtual CefRefPtr<CefResourceRequestHandler> GetResourceRequestHandler(
-      CefRefPtr<CefBrowser> /*browser*/, CefRefPtr<CefFrame> /*frame*/,
-      CefRefPtr<CefRequest> /*request*/, bool /*is_navigation*/, bool /*is_download*/,
-      const CefString& /*request_initiator*/, bool& /*disable_default_handling*/) {
-    return nullptr;
   }
 };
 

@@ -10,7 +10,6 @@
 #include "include/cef_request_callback.h"
 #include "include/cef_resource_handler.h"
 #include "include/cef_response.h"
-#include "include/cef_response_filter.h"
 
 class CefCookieAccessFilter;
 
@@ -18,13 +17,12 @@ class CefCookieAccessFilter;
 class CefResourceRequestHandler : public virtual CefBaseRefCounted {
  public:
   typedef cef_return_value_t ReturnValue;
-  typedef cef_urlrequest_status_t URLRequestStatus;
 
   // Asked first. Null: every cookie passes.
   virtual CefRefPtr<CefCookieAccessFilter> GetCookieAccessFilter(CefRefPtr<CefBrowser> /*browser*/,
                                                                  CefRefPtr<CefFrame> /*frame*/,
                                                                  CefRefPtr<CefRequest> /*request*/);
-  // Before the request leaves; it may be changed here.
+  // Before the request leaves.
   virtual ReturnValue OnBeforeResourceLoad(CefRefPtr<CefBrowser> /*browser*/,
                                            CefRefPtr<CefFrame> /*frame*/,
                                            CefRefPtr<CefRequest> /*request*/,
@@ -47,20 +45,6 @@ class CefResourceRequestHandler : public virtual CefBaseRefCounted {
                                   CefRefPtr<CefResponse> /*response*/) {
     return false;
   }
-  virtual CefRefPtr<CefResponseFilter> GetResourceResponseFilter(
-      CefRefPtr<CefBrowser> /*browser*/, CefRefPtr<CefFrame> /*frame*/,
-      CefRefPtr<CefRequest> /*request*/, CefRefPtr<CefResponse> /*response*/) {
-    return nullptr;
-  }
-  virtual void OnResourceLoadComplete(CefRefPtr<CefBrowser> /*browser*/,
-                                      CefRefPtr<CefFrame> /*frame*/,
-                                      CefRefPtr<CefRequest> /*request*/,
-                                      CefRefPtr<CefResponse> /*response*/,
-                                      URLRequestStatus /*status*/,
-                                      int64 /*received_content_length*/) {}
-  virtual void OnProtocolExecution(CefRefPtr<CefBrowser> /*browser*/, CefRefPtr<CefFrame> /*frame*/,
-                                   CefRefPtr<CefRequest> /*request*/,
-                                   bool& /*allow_os_execution*/) {}
 };
 
 // Decides about single cookies. Implemented by the client; runs on the IO thread.

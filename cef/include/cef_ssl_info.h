@@ -4,15 +4,12 @@
 #define CEF_INCLUDE_CEF_SSL_INFO_H_
 
 #include "include/cef_base.h"
-#include "include/cef_x509_certificate.h"
 
 // Implemented by the framework.
 class CefSSLInfo : public virtual CefBaseRefCounted {
  public:
   // Bits of cef_cert_status_t.
   virtual cef_cert_status_t GetCertStatus() = 0;
-  // May be null.
-  virtual CefRefPtr<CefX509Certificate> GetX509Certificate() = 0;
 };
 
 #endif  // CEF_INCLUDE_CEF_SSL_INFO_H_

@@ -1,17 +1,10 @@
-// A browser plug-in.
+// A browser plug-in. Nothing here describes one: the class exists because signatures name it.
 
 #ifndef CEF_INCLUDE_CEF_WEB_PLUGIN_H_
 #define CEF_INCLUDE_CEF_WEB_PLUGIN_H_
 
 #include "include/cef_base.h"
 
-// Implemented by the framework.
-class CefWebPluginInfo : public virtual CefBaseRefCounted {
- public:
-  virtual CefString GetName() = 0;
-  virtual CefString GetPath() = 0;
-  virtual CefString GetVersion() = 0;
-  virtual CefString GetDescription() = 0;
-};
+class CefWebPluginInfo : public virtual CefBaseRefCounted {};
 
 #endif  // CEF_INCLUDE_CEF_WEB_PLUGIN_H_

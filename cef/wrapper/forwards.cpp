@@ -35,13 +35,9 @@ bool CefInitialize(const CefMainArgs& args, const CefSettings& settings,
   return Forward(CefFunctions().cef_initialize, args, settings, application, windows_sandbox_info);
 }
 
-void CefShutdown() { Forward(CefFunctions().cef_shutdown); }
-
 void CefRunMessageLoop() { Forward(CefFunctions().cef_run_message_loop); }
 
 void CefQuitMessageLoop() { Forward(CefFunctions().cef_quit_message_loop); }
-
-void CefDoMessageLoopWork() { Forward(CefFunctions().cef_do_message_loop_work); }
 
 bool CefCurrentlyOn(CefThreadId threadId) {
   return Forward(CefFunctions().cef_currently_on, threadId);
@@ -63,10 +59,6 @@ bool CefBrowserHost::CreateBrowser(const CefWindowInfo& windowInfo, CefRefPtr<Ce
                  extra_info, request_context);
 }
 
-CefRefPtr<CefCommandLine> CefCommandLine::CreateCommandLine() {
-  return Forward(CefFunctions().cef_command_line_create);
-}
-
 CefRefPtr<CefCommandLine> CefCommandLine::GetGlobalCommandLine() {
   return Forward(CefFunctions().cef_command_line_get_global);
 }
@@ -80,15 +72,6 @@ CefRefPtr<CefRequestContext> CefRequestContext::CreateContext(
   if (!other.get()) return nullptr;
   return Forward(CefFunctions().cef_request_context_create_context_shared, other, handler);
 }
-
-CefRefPtr<CefCookieManager> CefCookieManager::GetGlobalManager(
-    CefRefPtr<CefCompletionCallback> callback) {
-  return Forward(CefFunctions().cef_cookie_manager_get_global_manager, callback);
-}
-
-CefRefPtr<CefRequest> CefRequest::Create() { return Forward(CefFunctions().cef_request_create); }
-
-CefRefPtr<CefResponse> CefResponse::Create() { return Forward(CefFunctions().cef_response_create); }
 
 CefRefPtr<CefBrowserView> CefBrowserView::GetForBrowser(CefRefPtr<CefBrowser> browser) {
   if (!browser.get()) return nullptr;

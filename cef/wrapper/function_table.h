@@ -11,11 +11,8 @@
 #include "include/cef_browser.h"
 #include "include/cef_client.h"
 #include "include/cef_command_line.h"
-#include "include/cef_cookie.h"
-#include "include/cef_request.h"
 #include "include/cef_request_context.h"
 #include "include/cef_request_context_handler.h"
-#include "include/cef_response.h"
 #include "include/cef_task.h"
 #include "include/views/cef_browser_view.h"
 #include "include/views/cef_window.h"
@@ -26,10 +23,8 @@
   CEF_FUNCTION(bool, cef_initialize,                                                              \
                (const CefMainArgs& args, const CefSettings& settings,                             \
                 CefRefPtr<CefApp> application, void* windows_sandbox_info))                       \
-  CEF_FUNCTION(void, cef_shutdown, ())                                                            \
   CEF_FUNCTION(void, cef_run_message_loop, ())                                                    \
   CEF_FUNCTION(void, cef_quit_message_loop, ())                                                   \
-  CEF_FUNCTION(void, cef_do_message_loop_work, ())                                                \
   CEF_FUNCTION(bool, cef_currently_on, (CefThreadId thread_id))                                   \
   CEF_FUNCTION(bool, cef_post_task, (CefThreadId thread_id, CefRefPtr<CefTask> task))             \
   CEF_FUNCTION(bool, cef_post_delayed_task,                                                       \
@@ -39,15 +34,10 @@
       (const CefWindowInfo& window_info, CefRefPtr<CefClient> client, const CefString& url,       \
        const CefBrowserSettings& settings, CefRefPtr<CefDictionaryValue> extra_info,              \
        CefRefPtr<CefRequestContext> request_context))                                             \
-  CEF_FUNCTION(CefRefPtr<CefCommandLine>, cef_command_line_create, ())                            \
   CEF_FUNCTION(CefRefPtr<CefCommandLine>, cef_command_line_get_global, ())                        \
   CEF_FUNCTION(CefRefPtr<CefRequestContext>, cef_request_context_get_global_context, ())          \
   CEF_FUNCTION(CefRefPtr<CefRequestContext>, cef_request_context_create_context_shared,           \
                (CefRefPtr<CefRequestContext> other, CefRefPtr<CefRequestContextHandler> handler)) \
-  CEF_FUNCTION(CefRefPtr<CefCookieManager>, cef_cookie_manager_get_global_manager,                \
-               (CefRefPtr<CefCompletionCallback> callback))                                       \
-  CEF_FUNCTION(CefRefPtr<CefRequest>, cef_request_create, ())                                     \
-  CEF_FUNCTION(CefRefPtr<CefResponse>, cef_response_create, ())                                   \
   CEF_FUNCTION(CefRefPtr<CefBrowserView>, cef_browser_view_get_for_browser,                       \
                (CefRefPtr<CefBrowser> browser))
 

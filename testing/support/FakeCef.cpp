@@ -1,9 +1,6 @@
 #include "testing/support/FakeCef.h"
 
 #include "cef/wrapper/function_table.h"
-#include "include/base/cef_bind.h"
-#include "include/cef_api_hash.h"
-#include "include/wrapper/cef_closure_task.h"
 
 namespace {
 
@@ -20,102 +17,36 @@ const char* NameOf(CefThreadId thread) {
   }
 }
 
-const char* FakeApiHash(int) { return g_fake->apiHash.c_str(); }
+void FakeQuitMessageLoop() { g_fake->Add("QuitMessageLoop()"); }
 
-bool FakeInitialize(const CefMainArgs&, const CefSettings& settings, CefRefPtr<CefApp> app, void*) {
-  g_fake->Add("Initialize()");
-  if (!g_fake->initializeResult) return false;
-  g_fake->settings = settings;
-  g_fake->app = app;
-  g_fake->initialized = true;
-  if (!app.get()) return true;
-  app->OnBeforeCommandLineProcessing(CefString(), g_fake->commandLine.get());
-  const CefRefPtr<CefBrowserProcessHandler> handler = app->GetBrowserProcessHandler();
-  if (handler.get()) handler->OnContextInitialized();
-  return true;
-}
+bool FakeCurrentlyOn(CefThreadId thread) { return g_fake->currentThread == thread; }
 
-void FakeShutdown() {
-  g_fake->Add("Shutdown()");
-  g_fake->initialized = false;
-}
-
-void FakeRunMessageLoop() {
-  g_fake->Add("RunMessageLoop()");
-  g_fake->quit = false;
-  while (g_fake->RunTasks(TID_UI) + g_fake->RunTasks(TID_IO) != 0) {
-  }
-}
-
-void FakeQuitMessageLoop() {
-  g_fake->Add("QuitMessageLoop()");
-  g_fake->quit = true;
-}
-
-void FakeDoMessageLoopWork() { g_fake->RunTasks(TID_UI); }
-
-bool FakeCurrentlyOn(CefThreadId thread) {
-  return g_fake->initialized && g_fake->currentThread == thread;
-}
-
-void OpenBrowser(CefRefPtr<FakeBrowser> browser) {
-  g_fake->browsers.push_back(browser);
-  const CefRefPtr<CefClient> client = browser->client;
-  const CefRefPtr<CefLifeSpanHandler> handler =
-      client.get() ? client->GetLifeSpanHandler() : nullptr;
-  if (handler.get()) handler->OnAfterCreated(browser.get());
-}
-
-bool FakeCreateBrowser(const CefWindowInfo&, CefRefPtr<CefClient> client, const CefString& url,
+bool FakeCreateBrowser(const CefWindowInfo&, CefRefPtr<CefClient>, const CefString& url,
                        const CefBrowserSettings& settings, CefRefPtr<CefDictionaryValue>,
                        CefRefPtr<CefRequestContext> context) {
   g_fake->Add("CreateBrowser(url=" + url.ToString() + ")");
-  if (!g_fake->initialized || !g_fake->createBrowserResult) return false;
-  g_fake->createdUrl = url;
   g_fake->createdSettings = settings;
   g_fake->createdContext = context;
-  const CefRefPtr<FakeBrowser> browser = g_fake->MakeBrowser(client);
-  browser->mainFrame->url = url;
-  g_fake->Post(TID_UI, base::Bind(&OpenBrowser, browser));
   return true;
 }
 
-CefRefPtr<CefCommandLine> FakeCreateCommandLine() { return new FakeCommandLine; }
+CefRefPtr<CefCommandLine> FakeGlobalCommandLine() { return g_fake->commandLine.get(); }
 
-CefRefPtr<CefCommandLine> FakeGlobalCommandLine() {
-  return g_fake->initialized ? g_fake->commandLine.get() : nullptr;
-}
-
-CefRefPtr<CefRequestContext> FakeGlobalContext() {
-  return g_fake->initialized ? g_fake->globalContext.get() : nullptr;
-}
+CefRefPtr<CefRequestContext> FakeGlobalContext() { return g_fake->globalContext.get(); }
 
 CefRefPtr<CefRequestContext> FakeCreateContext(CefRefPtr<CefRequestContext> other,
                                                CefRefPtr<CefRequestContextHandler> handler) {
   g_fake->Add(std::string("CreateContext(handler=") + (handler.get() ? "yes" : "no") + ")");
-  const CefRefPtr<FakeRequestContext> context = new FakeRequestContext("shared", handler);
+  const CefRefPtr<FakeRequestContext> context = new FakeRequestContext;
   context->cookieManager = static_cast<FakeRequestContext*>(other.get())->cookieManager;
-  if (handler.get()) {
-    g_fake->Post(TID_UI, base::Bind(&CefRequestContextHandler::OnRequestContextInitialized, handler,
-                                    CefRefPtr<CefRequestContext>(context.get())));
-  }
   return context.get();
 }
-
-CefRefPtr<CefCookieManager> FakeGlobalManager(CefRefPtr<CefCompletionCallback> callback) {
-  if (!g_fake->initialized) return nullptr;
-  return g_fake->globalContext->GetCookieManager(callback);
-}
-
-CefRefPtr<CefRequest> FakeCreateRequest() { return new FakeRequest; }
-
-CefRefPtr<CefResponse> FakeCreateResponse() { return new FakeResponse; }
 
 CefRefPtr<CefBrowserView> FakeViewOf(CefRefPtr<CefBrowser>) { return g_fake->browserView.get(); }
 
 bool FakePostTask(CefThreadId thread, CefRefPtr<CefTask> task) {
   g_fake->Add(std::string("PostTask(") + NameOf(thread) + ")");
-  if (!g_fake->initialized || !g_fake->acceptTasks) return false;
+  if (!g_fake->acceptTasks) return false;
   g_fake->Post(thread, task);
   return true;
 }
@@ -127,26 +58,17 @@ bool FakePostDelayedTask(CefThreadId thread, CefRefPtr<CefTask> task, int64) {
 
 }  // namespace
 
-FakeCef::FakeCef() : apiHash(CEF_API_HASH_PLATFORM) {
+FakeCef::FakeCef() {
   g_fake = this;
   CefFunctionTable table;
-  table.cef_api_hash = &FakeApiHash;
-  table.cef_initialize = &FakeInitialize;
-  table.cef_shutdown = &FakeShutdown;
-  table.cef_run_message_loop = &FakeRunMessageLoop;
   table.cef_quit_message_loop = &FakeQuitMessageLoop;
-  table.cef_do_message_loop_work = &FakeDoMessageLoopWork;
   table.cef_currently_on = &FakeCurrentlyOn;
   table.cef_post_task = &FakePostTask;
   table.cef_post_delayed_task = &FakePostDelayedTask;
   table.cef_browser_host_create_browser = &FakeCreateBrowser;
-  table.cef_command_line_create = &FakeCreateCommandLine;
   table.cef_command_line_get_global = &FakeGlobalCommandLine;
   table.cef_request_context_get_global_context = &FakeGlobalContext;
   table.cef_request_context_create_context_shared = &FakeCreateContext;
-  table.cef_cookie_manager_get_global_manager = &FakeGlobalManager;
-  table.cef_request_create = &FakeCreateRequest;
-  table.cef_response_create = &FakeCreateResponse;
   table.cef_browser_view_get_for_browser = &FakeViewOf;
   CefSetFunctionTable(&table);
 }
@@ -155,8 +77,6 @@ FakeCef::~FakeCef() {
   CefSetFunctionTable(nullptr);
   g_fake = nullptr;
 }
-
-FakeCef* FakeCef::Instance() { return g_fake; }
 
 void FakeCef::Add(const std::string& line) {
   const std::lock_guard<std::mutex> lock(mutex_);
@@ -191,10 +111,6 @@ void FakeCef::Post(CefThreadId thread, CefRefPtr<CefTask> task) {
   tasks_[thread].push_back(task);
 }
 
-void FakeCef::Post(CefThreadId thread, const base::Closure& closure) {
-  Post(thread, CefCreateClosureTask(closure));
-}
-
 bool FakeCef::TakeTask(CefThreadId thread, CefRefPtr<CefTask>& task) {
   const std::lock_guard<std::mutex> lock(mutex_);
   std::deque<CefRefPtr<CefTask>>& queue = tasks_[thread];
@@ -213,12 +129,6 @@ size_t FakeCef::RunTasks(CefThreadId thread, size_t limit) {
   task = nullptr;
   currentThread = caller;
   return count;
-}
-
-size_t FakeCef::QueuedTasks(CefThreadId thread) const {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  const auto queue = tasks_.find(thread);
-  return queue == tasks_.end() ? 0 : queue->second.size();
 }
 
 CefRefPtr<FakeBrowser> FakeCef::MakeBrowser(CefRefPtr<CefClient> client) {

@@ -11,10 +11,8 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "include/base/cef_callback_forward.h"
 #include "include/cef_app.h"
 #include "include/cef_task.h"
 #include "testing/support/FakeCefBrowser.h"
@@ -30,9 +28,6 @@ class FakeCef {
   FakeCef(const FakeCef&) = delete;
   FakeCef& operator=(const FakeCef&) = delete;
 
-  // The living one, null when there is none.
-  static FakeCef* Instance();
-
   // Adds `line` to the trace; tests add the calls of their own callbacks here.
   void Add(const std::string& line);
   std::vector<std::string> Trace() const;
@@ -40,43 +35,26 @@ class FakeCef {
   std::vector<std::string> Trace(const std::vector<std::string>& beginnings) const;
   void ClearTrace();
 
-  // Queues without a line in the trace, whatever acceptTasks says.
   void Post(CefThreadId thread, CefRefPtr<CefTask> task);
-  void Post(CefThreadId thread, const base::Closure& closure);
   // Runs what is queued for `thread`, and what that queues, with `thread` as the current one.
   // Returns how many ran; it stops at `limit`, so that tasks which post themselves end.
   size_t RunTasks(CefThreadId thread, size_t limit = 1000);
-  size_t QueuedTasks(CefThreadId thread) const;
 
   // A browser that is open, in no queue and known to nobody; its number is the next free one.
   CefRefPtr<FakeBrowser> MakeBrowser(CefRefPtr<CefClient> client);
 
   // The thread that the caller counts as; none for a foreign one. UI at the start.
   std::optional<CefThreadId> currentThread = TID_UI;
-  // False: as before CefInitialize. CefInitialize sets it.
-  bool initialized = true;
   bool acceptTasks = true;
-  bool initializeResult = true;
-  bool createBrowserResult = true;
-  std::string apiHash;
-  // With true, CloseBrowser asks DoClose and queues OnBeforeClose; otherwise it only leaves a line.
-  bool closeCallsBack = false;
 
-  // What the last CefInitialize was given.
-  CefSettings settings;
-  CefRefPtr<CefApp> app;
-
-  // What CreateBrowser was given last, and the browsers that came of it.
-  CefString createdUrl;
+  // What CreateBrowser was given last. No browser comes of it.
   CefBrowserSettings createdSettings;
   CefRefPtr<CefRequestContext> createdContext;
-  std::vector<CefRefPtr<FakeBrowser>> browsers;
 
   CefRefPtr<FakeCommandLine> commandLine = new FakeCommandLine;
-  CefRefPtr<FakeRequestContext> globalContext = new FakeRequestContext("global", nullptr);
+  CefRefPtr<FakeRequestContext> globalContext = new FakeRequestContext;
   // Given to every browser that is asked for its view; null: no view.
   CefRefPtr<FakeBrowserView> browserView;
-  bool quit = false;
 
  private:
   bool TakeTask(CefThreadId thread, CefRefPtr<CefTask>& task);

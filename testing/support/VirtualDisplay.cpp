@@ -188,7 +188,3 @@ std::string VirtualDisplay::WaitForWindow(const std::string& title_pattern,
   }
   return {};
 }
-
-bool VirtualDisplay::Screenshot(const std::string& path) const {
-  return Run({"import", "-window", "root", path}).status == 0;
-}

@@ -45,9 +45,6 @@ class VirtualDisplay {
   std::string WaitForWindow(const std::string& title_pattern,
                             std::chrono::milliseconds limit = std::chrono::seconds(10)) const;
 
-  // Writes a picture of the whole screen; the file's extension names the format (".png").
-  bool Screenshot(const std::string& path) const;
-
  private:
   void StartServer();
   void StartOpenbox();

@@ -53,7 +53,6 @@ class RecordingClient : public CefClient,
   std::vector<Seen> responses() const;
   // The responses of one path, query ignored.
   std::vector<Seen> ResponsesFor(const std::string& path) const;
-  int open_browsers() const { return static_cast<int>(browsers_.size()); }
   void Record(const std::string& line);
 
   CefRefPtr<CefDisplayHandler> GetDisplayHandler() override { return this; }

@@ -150,7 +150,7 @@ TEST_F(BrowserTest, ShortcutsOpenNoFurtherBrowser) {
   EXPECT_THAT(Lives(), ElementsAre("created 1", "do-close 1", "before-close 1"));
 }
 
-TEST_F(BrowserTest, PageThatHasCrashedIsSetUpAgainByAReload) {
+TEST_F(BrowserTest, PageThatHasCrashedIsSetUpAgainWhenItIsLoadedAgain) {
   server_.Page("/page", "<title>up</title><script>console.log('here')</script>");
   int titles = 0;
   client_->on_title = [&](CefRefPtr<CefBrowser> browser, const std::string&) {
@@ -158,7 +158,7 @@ TEST_F(BrowserTest, PageThatHasCrashedIsSetUpAgainByAReload) {
     if (titles != 1) return;
     for (const int pid : DescendantsRunning("--type=renderer")) kill(pid, SIGKILL);
     Post(
-        TID_UI, [browser] { browser->Reload(); }, 300);
+        TID_UI, [this, browser] { browser->GetMainFrame()->LoadURL(server_.Url("/page")); }, 300);
   };
   Run(server_.Url("/page"));
   EXPECT_EQ(client_->ResponsesFor("/page").size(), 2u) << "the hooks are asked";

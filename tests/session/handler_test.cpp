@@ -138,8 +138,7 @@ TEST_F(Handler, CancelsTheLoadThatEndsTheStep) {
 
 TEST_F(Handler, ShowsLoadErrorsInTheFrameThatFailed) {
   auto browser = Open();
-  auto frame = browser->AddSubFrame();
-  const std::string id = std::to_string(frame->GetIdentifier());
+  const CefRefPtr<FakeFrame> frame = new FakeFrame(7, false);
   struct Case {
     const char* url;
     const char* shown;
@@ -153,7 +152,7 @@ TEST_F(Handler, ShowsLoadErrorsInTheFrameThatFailed) {
         "<html><body bgcolor=\"white\"><h2>This site can not be reached </h2><br><h3>" +
         std::string(c.shown) + "<br> Error : net::ERR_NAME_NOT_RESOLVED (-105).</h3></body></html>";
     EXPECT_THAT(cef.Trace(),
-                ElementsAre("LoadURL(id=" + id + ", url=" + GetDataURI(page, "text/html") + ")"));
+                ElementsAre("LoadURL(id=7, url=" + GetDataURI(page, "text/html") + ")"));
   }
   cef.ClearTrace();
   handler->OnLoadError(browser.get(), frame.get(), ERR_ABORTED, "net::ERR_ABORTED", "https://a/");

@@ -1,8 +1,6 @@
-// Strings, structures with strings in them, moments and text encodings of the CEF API.
+// Strings, structures with strings in them and text encodings of the CEF API.
 
 #include <gtest/gtest.h>
-
-#include <cstring>
 
 #include "include/cef_base.h"
 #include "include/cef_parser.h"
@@ -99,28 +97,6 @@ TEST(CefStructTest, CopiesHaveTheirOwnTexts) {
     EXPECT_EQ(c->secure, 1);
   }
   EXPECT_EQ(CefSettings().size, sizeof(cef_settings_t));
-}
-
-TEST(CefTimeTest, ConvertsMomentsAndRefusesImpossibleOnes) {
-  const struct {
-    double seconds;
-    cef_time_t fields;
-  } cases[] = {
-      {0, {1970, 1, 4, 1, 0, 0, 0, 0}},
-      {-0.25, {1969, 12, 3, 31, 23, 59, 59, 750}},
-      {951782400.5, {2000, 2, 2, 29, 0, 0, 0, 500}},
-      {4102444799, {2099, 12, 4, 31, 23, 59, 59, 0}},
-  };
-  for (const auto& c : cases) {
-    const CefTime time(c.seconds);
-    EXPECT_EQ(std::memcmp(static_cast<const cef_time_t*>(&time), &c.fields, sizeof c.fields), 0);
-    EXPECT_EQ(CefTime(c.fields).GetDoubleT(), c.seconds);
-  }
-  EXPECT_EQ(CefTime(-0.25).GetTimeT(), -1);
-  time_t ignored = 0;
-  for (const cef_time_t& impossible : {cef_time_t{}, cef_time_t{2021, 2, 0, 31, 0, 0, 0, 0}}) {
-    EXPECT_FALSE(cef_time_to_timet(&impossible, &ignored));
-  }
 }
 
 TEST(CefParserTest, EncodesForAddresses) {

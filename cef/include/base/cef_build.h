@@ -4,11 +4,7 @@
 #define CEF_INCLUDE_BASE_CEF_BUILD_H_
 
 #if defined(__APPLE__)
-#define OS_MACOSX 1
-#define OS_POSIX 1
 #elif defined(__linux__)
-#define OS_LINUX 1
-#define OS_POSIX 1
 #else
 #error "Neither macOS nor Linux"
 #endif

@@ -30,8 +30,6 @@ class BoundCall : public RefCountedThreadSafe<BoundCall<R, Args...>> {
 template <typename R, typename... Args>
 class Callback<R(Args...)> {
  public:
-  typedef R RunType(Args...);
-
   // A null callback; it must not be run.
   Callback() = default;
 

@@ -20,14 +20,10 @@ namespace logging {
                                 : ::cef::logging::CheckFailed(__FILE__, __LINE__, #condition))
 
 #if defined(NDEBUG) && !defined(DCHECK_ALWAYS_ON)
-#define DCHECK_IS_ON() 0
 // Still compiled, never evaluated: what only a DCHECK mentions is no unused variable.
 #define DCHECK(condition) static_cast<void>(sizeof(static_cast<bool>(condition)))
 #else
-#define DCHECK_IS_ON() 1
 #define DCHECK(condition) CHECK(condition)
 #endif
-
-#define NOTREACHED() DCHECK(false)
 
 #endif  // CEF_INCLUDE_BASE_CEF_LOGGING_H_

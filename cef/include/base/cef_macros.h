@@ -14,11 +14,4 @@
   void operator=(const TypeName&) = delete
 #endif
 
-// As above, and no default constructor either.
-#ifndef DISALLOW_IMPLICIT_CONSTRUCTORS
-#define DISALLOW_IMPLICIT_CONSTRUCTORS(TypeName) \
-  TypeName() = delete;                           \
-  DISALLOW_COPY_AND_ASSIGN(TypeName)
-#endif
-
 #endif  // CEF_INCLUDE_BASE_CEF_MACROS_H_

@@ -1,4 +1,4 @@
-// Intrusive reference counting: two base classes that count, and the smart pointer that holds.
+// Intrusive reference counting: a base class that counts, and the smart pointer that holds.
 // A fresh object counts 0; the first scoped_refptr makes it 1.
 
 #ifndef CEF_INCLUDE_BASE_CEF_REF_COUNTED_H_
@@ -11,28 +11,6 @@
 #include "include/base/cef_macros.h"
 
 namespace base {
-
-// For objects of one thread. `T` derives from RefCounted<T> and is deleted by the last Release.
-template <class T>
-class RefCounted {
- public:
-  RefCounted() = default;
-
-  void AddRef() const { ++count_; }
-  void Release() const {
-    if (--count_ == 0) delete static_cast<const T*>(this);
-  }
-  bool HasOneRef() const { return count_ == 1; }
-  bool HasAtLeastOneRef() const { return count_ >= 1; }
-
- protected:
-  ~RefCounted() = default;
-
- private:
-  mutable int count_ = 0;
-
-  DISALLOW_COPY_AND_ASSIGN(RefCounted);
-};
 
 template <class T, typename Traits>
 class RefCountedThreadSafe;
@@ -55,8 +33,6 @@ class RefCountedThreadSafe {
   void Release() const {
     if (!AtomicRefCountDec(&count_)) Traits::Destruct(static_cast<const T*>(this));
   }
-  bool HasOneRef() const { return AtomicRefCountIsOne(&count_); }
-  bool HasAtLeastOneRef() const { return !AtomicRefCountIsZero(&count_); }
 
  protected:
   ~RefCountedThreadSafe() = default;
@@ -70,21 +46,6 @@ class RefCountedThreadSafe {
   DISALLOW_COPY_AND_ASSIGN(RefCountedThreadSafe);
 };
 
-// A count around any copyable value.
-template <typename T>
-class RefCountedData : public RefCountedThreadSafe<RefCountedData<T>> {
- public:
-  RefCountedData() : data() {}
-  explicit RefCountedData(const T& value) : data(value) {}
-
-  T data;
-
- private:
-  friend struct DefaultRefCountedThreadSafeTraits<RefCountedData>;
-  friend class RefCountedThreadSafe<RefCountedData<T>>;
-  ~RefCountedData() = default;
-};
-
 }  // namespace base
 
 // Holds one reference to a `T`, or nothing. Converts to `T*` on its own; newer generations of the
@@ -92,8 +53,6 @@ class RefCountedData : public RefCountedThreadSafe<RefCountedData<T>> {
 template <class T>
 class scoped_refptr {
  public:
-  typedef T element_type;
-
   scoped_refptr() = default;
   scoped_refptr(T* object) : ptr_(object) {
     if (ptr_) ptr_->AddRef();
@@ -124,16 +83,10 @@ class scoped_refptr {
     return *this = other.get();
   }
 
-  void swap(T** other) { std::swap(ptr_, *other); }
-  void swap(scoped_refptr<T>& other) { swap(&other.ptr_); }
+  void swap(scoped_refptr<T>& other) { std::swap(ptr_, other.ptr_); }
 
  private:
   T* ptr_ = nullptr;
 };
-
-template <typename T>
-scoped_refptr<T> make_scoped_refptr(T* object) {
-  return scoped_refptr<T>(object);
-}
 
 #endif  // CEF_INCLUDE_BASE_CEF_REF_COUNTED_H_

@@ -8,10 +8,4 @@
 template <class T>
 using CefRefPtr = scoped_refptr<T>;
 
-// Not owned; valid during the call that hands it over.
-template <class T>
-using CefRawPtr = T*;
-
-#define CEF_RAW_PTR_GET(r) r
-
 #endif  // CEF_INCLUDE_INTERNAL_CEF_PTR_H_

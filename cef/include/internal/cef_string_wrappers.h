@@ -93,15 +93,6 @@ class CefStringBase {
   void clear() {
     if (string_) traits::clear(string_);
   }
-  // Exchanges texts and attachments.
-  void swap(CefStringBase& str) {
-    std::swap(string_, str.string_);
-    std::swap(owner_, str.owner_);
-  }
-
-  bool IsOwner() const { return owner_; }
-  // Null when nothing was ever set.
-  const struct_type* GetStruct() const { return string_; }
   struct_type* GetWritableStruct() {
     AllocIfNeeded();
     return string_;
@@ -118,10 +109,6 @@ class CefStringBase {
     ClearAndFree();
     string_ = str;
     owner_ = owner;
-  }
-  void Detach() {
-    string_ = nullptr;
-    owner_ = false;
   }
   // Set the text; empty input clears it. False when the input was not valid text.
   bool FromString(const char_type* src, size_t src_len, bool copy) {
@@ -153,9 +140,6 @@ class CefStringBase {
   }
 
   bool operator<(const CefStringBase& str) const { return compare(str) < 0; }
-  bool operator<=(const CefStringBase& str) const { return compare(str) <= 0; }
-  bool operator>(const CefStringBase& str) const { return compare(str) > 0; }
-  bool operator>=(const CefStringBase& str) const { return compare(str) >= 0; }
   bool operator==(const CefStringBase& str) const { return compare(str) == 0; }
   bool operator!=(const CefStringBase& str) const { return compare(str) != 0; }
 

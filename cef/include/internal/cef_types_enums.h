@@ -34,13 +34,7 @@ typedef enum {
 // The framework's threads. UI is the one that called CefInitialize.
 typedef enum {
   TID_UI = 0,
-  TID_FILE_BACKGROUND = 1,
-  TID_FILE = TID_FILE_BACKGROUND,
-  TID_FILE_USER_VISIBLE = 2,
-  TID_FILE_USER_BLOCKING = 3,
-  TID_PROCESS_LAUNCHER = 4,
   TID_IO = 5,
-  TID_RENDERER = 6,
 } cef_thread_id_t;
 
 // What a request is for. SUB_RESOURCE stands for everything without a kind of its own.
@@ -67,67 +61,8 @@ typedef enum {
 
 // Bits for CefRequest::SetFlags. ALLOW_STORED_CREDENTIALS keeps cookies and authentication data.
 typedef enum {
-  UR_FLAG_NONE = 0,
-  UR_FLAG_SKIP_CACHE = 1 << 0,
-  UR_FLAG_ONLY_FROM_CACHE = 1 << 1,
-  UR_FLAG_DISABLE_CACHE = 1 << 2,
   UR_FLAG_ALLOW_STORED_CREDENTIALS = 1 << 3,
-  UR_FLAG_REPORT_UPLOAD_PROGRESS = 1 << 4,
-  UR_FLAG_NO_DOWNLOAD_DATA = 1 << 5,
-  UR_FLAG_NO_RETRY_ON_5XX = 1 << 6,
-  UR_FLAG_STOP_ON_REDIRECT = 1 << 7,
 } cef_urlrequest_flags_t;
-
-// How far a request has come.
-typedef enum {
-  UR_UNKNOWN = 0,
-  UR_SUCCESS,
-  UR_IO_PENDING,
-  UR_CANCELED,
-  UR_FAILED,
-} cef_urlrequest_status_t;
-
-// What led to a navigation: one source, and qualifier bits above it.
-typedef enum {
-  TT_LINK = 0,
-  TT_EXPLICIT = 1,
-  TT_AUTO_SUBFRAME = 3,
-  TT_MANUAL_SUBFRAME = 4,
-  TT_FORM_SUBMIT = 7,
-  TT_RELOAD = 8,
-  TT_SOURCE_MASK = 0xFF,
-  TT_BLOCKED_FLAG = 0x00800000,
-  TT_FORWARD_BACK_FLAG = 0x01000000,
-  TT_DIRECT_LOAD_FLAG = 0x02000000,
-  TT_CHAIN_START_FLAG = 0x10000000,
-  TT_CHAIN_END_FLAG = 0x20000000,
-  TT_CLIENT_REDIRECT_FLAG = 0x40000000,
-  TT_SERVER_REDIRECT_FLAG = 0x80000000,
-  TT_IS_REDIRECT_MASK = 0xC0000000,
-  TT_QUALIFIER_MASK = 0xFFFFFF00,
-} cef_transition_type_t;
-
-// Where a link wants to open.
-typedef enum {
-  WOD_UNKNOWN,
-  WOD_CURRENT_TAB,
-  WOD_SINGLETON_TAB,
-  WOD_NEW_FOREGROUND_TAB,
-  WOD_NEW_BACKGROUND_TAB,
-  WOD_NEW_POPUP,
-  WOD_NEW_WINDOW,
-  WOD_SAVE_TO_DISK,
-  WOD_OFF_THE_RECORD,
-  WOD_IGNORE_ACTION,
-} cef_window_open_disposition_t;
-
-// How a renderer process ended.
-typedef enum {
-  TS_ABNORMAL_TERMINATION,
-  TS_PROCESS_WAS_KILLED,
-  TS_PROCESS_CRASHED,
-  TS_PROCESS_OOM,
-} cef_termination_status_t;
 
 // Whether a plug-in runs.
 typedef enum {
@@ -136,25 +71,6 @@ typedef enum {
   PLUGIN_POLICY_BLOCK,
   PLUGIN_POLICY_DISABLE,
 } cef_plugin_policy_t;
-
-// How much of the referrer a request tells.
-typedef enum {
-  REFERRER_POLICY_CLEAR_REFERRER_ON_TRANSITION_FROM_SECURE_TO_INSECURE,
-  REFERRER_POLICY_DEFAULT = REFERRER_POLICY_CLEAR_REFERRER_ON_TRANSITION_FROM_SECURE_TO_INSECURE,
-  REFERRER_POLICY_REDUCE_REFERRER_GRANULARITY_ON_TRANSITION_CROSS_ORIGIN,
-  REFERRER_POLICY_ORIGIN_ONLY_ON_TRANSITION_CROSS_ORIGIN,
-  REFERRER_POLICY_NEVER_CLEAR_REFERRER,
-  REFERRER_POLICY_ORIGIN,
-  REFERRER_POLICY_CLEAR_REFERRER_ON_TRANSITION_CROSS_ORIGIN,
-  REFERRER_POLICY_ORIGIN_CLEAR_ON_TRANSITION_FROM_SECURE_TO_INSECURE,
-  REFERRER_POLICY_NO_REFERRER,
-} cef_referrer_policy_t;
-
-// The kinds of processes that exchange messages.
-typedef enum {
-  PID_BROWSER,
-  PID_RENDERER,
-} cef_process_id_t;
 
 // Why a certificate was not accepted, one bit a reason; the last ones are properties, no errors.
 typedef enum {

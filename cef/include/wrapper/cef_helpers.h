@@ -11,8 +11,6 @@
 
 #define CEF_REQUIRE_UI_THREAD() DCHECK(CefCurrentlyOn(TID_UI));
 #define CEF_REQUIRE_IO_THREAD() DCHECK(CefCurrentlyOn(TID_IO));
-#define CEF_REQUIRE_FILE_THREAD() DCHECK(CefCurrentlyOn(TID_FILE));
-#define CEF_REQUIRE_RENDERER_THREAD() DCHECK(CefCurrentlyOn(TID_RENDERER));
 
 // Traits for base::RefCountedThreadSafe: the object is deleted on `thread`. When that thread takes
 // no tasks (before CefInitialize, after the end) the object is left alone for good.
@@ -28,9 +26,6 @@ struct CefDeleteOnThread {
   }
 };
 
-struct CefDeleteOnUIThread : public CefDeleteOnThread<TID_UI> {};
 struct CefDeleteOnIOThread : public CefDeleteOnThread<TID_IO> {};
-struct CefDeleteOnFileThread : public CefDeleteOnThread<TID_FILE> {};
-struct CefDeleteOnRendererThread : public CefDeleteOnThread<TID_RENDERER> {};
 
 #endif  // CEF_INCLUDE_WRAPPER_CEF_HELPERS_H_

@@ -17,6 +17,7 @@
 
 #include "cef/chromium/ChildProcess.h"
 #include "cef/chromium/ChromiumProcess.h"
+#include "cef/chromium/MessageLoop.h"
 #include "cef/chromium/PrivateFolder.h"
 
 namespace engine {
@@ -64,11 +65,17 @@ bool SendAll(int fd, const std::string& message, Clock::time_point end) {
   return true;
 }
 
+// False also when a signal comes.
+bool Await(int fd, Clock::time_point end) {
+  const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
+  return MessageLoop::Get().AwaitReadable(fd, left);
+}
+
 // Reads to the end of the stream or as many bytes as the longest answer has.
 std::string ReadAnswer(int fd, Clock::time_point end) {
   constexpr size_t kLongest = sizeof("SHUTDOWN") - 1;
   std::string answer;
-  while (answer.size() < kLongest && answer != "ACK" && WaitFor(fd, POLLIN, end)) {
+  while (answer.size() < kLongest && answer != "ACK" && Await(fd, end)) {
     char buffer[kLongest];
     const ssize_t count = recv(fd, buffer, kLongest - answer.size(), 0);
     if (count < 0 && (errno == EINTR || errno == EAGAIN)) continue;
@@ -175,7 +182,7 @@ bool OpenAppWindowByCommand(const std::vector<std::string>& command, const std::
   bool accepted = false;
   if (child > 0) {
     const int ended = OpenProcess(child);
-    WaitReadable(ended, kCommandLimit);
+    Await(ended, Clock::now() + kCommandLimit);
     if (ended >= 0) close(ended);
     kill(-child, SIGKILL);
     const int status = ReapChild(child);

@@ -12,7 +12,8 @@ namespace engine {
 // Asks the Chromium that runs on the profile for a window that shows an empty page with the title
 // (UTF-8). Takes two seconds at most. True if Chromium has accepted: the window then appears as a
 // new page target without opener, its address being AppWindowUrl(title). False and a reason in *err
-// otherwise. Any thread.
+// otherwise. A signal that waits for the message loop ends the wait for the answer; the window may
+// come all the same. UI thread.
 bool OpenAppWindow(const std::string& profile_dir, const std::string& title, std::string* err);
 
 // The same by a second command line, slower, for when the message is not understood. `command` is

@@ -10,12 +10,15 @@ namespace {
 
 // Windows come within 100 ms; a machine that needs longer than this will not show one at all.
 constexpr int64_t kWindowLimitMs = 3000;
+// When the run is to end.
+constexpr int64_t kLastWindowLimitMs = 1000;
 
 }  // namespace
 
 void BrowserFactory::SetUp(std::vector<Opener> openers, std::function<void()> on_failure) {
   openers_ = std::move(openers);
   on_failure_ = std::move(on_failure);
+  MessageLoop::Get().OnSignalHeld([this] { AwaitWindow(kLastWindowLimitMs, openers_.size()); });
 }
 
 void BrowserFactory::Order(BrowserOrder order) {
@@ -40,21 +43,35 @@ void BrowserFactory::OpenNext() {
 }
 
 void BrowserFactory::Try(size_t opener) {
-  while (opener < openers_.size() && !openers_[opener](&last_error_)) ++opener;
-  if (opener >= openers_.size()) {
-    if (Take()) Fail(last_error_.empty() ? "no window has appeared" : last_error_);
-    return;
+  MessageLoop& loop = MessageLoop::Get();
+  while (opener < openers_.size()) {
+    const bool opens = openers_[opener++](&last_error_);
+    if (loop.SignalWaits()) {
+      // Even a way that the signal has disturbed may bring its window.
+      AwaitWindow(kLastWindowLimitMs, openers_.size());
+      return;
+    }
+    if (opens) {
+      AwaitWindow(kWindowLimitMs, opener);
+      return;
+    }
   }
+  if (!Take()) return;
+  if (loop.SignalWaits()) last_error_ = "a signal has ended the wait for it";
+  Fail(last_error_.empty() ? "no window has appeared" : last_error_);
+}
+
+void BrowserFactory::AwaitWindow(int64_t limit_ms, size_t next_opener) {
   MessageLoop::Get().PostDelayedTask(
-      [this, opener, order = current_] {
+      [this, next_opener, order = current_] {
         if (order != current_) return;
         {
           std::lock_guard<std::mutex> lock(mutex_);
           if (!waiting_) return;
         }
-        Try(opener + 1);
+        Try(next_opener);
       },
-      kWindowLimitMs);
+      limit_ms);
 }
 
 std::optional<BrowserOrder> BrowserFactory::Take() {

@@ -24,14 +24,16 @@ struct BrowserOrder {
 };
 
 // Lives as long as the process. From the order to the end of OnAfterCreated, signals are held back:
-// a signal closes the browsers there are, and would miss the one that is about to be.
+// a signal closes the browsers there are, and would miss the one that is about to be. A window that
+// is not there within a second of the signal does not come any more.
 class BrowserFactory {
  public:
-  // A way to have Chromium open a window; false with a reason when it failed at once. UI thread.
+  // A way to have Chromium open a window; false with a reason when it failed at once. It must not
+  // keep a signal waiting. UI thread.
   using Opener = std::function<bool(std::string* err)>;
 
-  // Tries `openers` in turn, waiting three seconds for a window each time. When none comes, says so
-  // on standard error and calls `on_failure` (UI thread).
+  // Tries `openers` in turn, waiting three seconds for a window each time; a signal ends the
+  // search. When none comes, says so on standard error and calls `on_failure` (UI thread).
   void SetUp(std::vector<Opener> openers, std::function<void()> on_failure);
 
   // Any thread.
@@ -44,12 +46,16 @@ class BrowserFactory {
   // The browser of the taken order has been announced. UI thread.
   void Finish();
 
+  // Why the last opener will have promised in vain. UI thread.
+  void Note(const std::string& reason) { last_error_ = reason; }
+
   // Chromium is gone: everything ordered fails. UI thread.
   void FailAll();
 
  private:
   void OpenNext();
   void Try(size_t opener);
+  void AwaitWindow(int64_t limit_ms, size_t next_opener);
   void Fail(const std::string& reason);
 
   std::vector<Opener> openers_;

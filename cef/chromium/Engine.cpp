@@ -17,7 +17,6 @@
 namespace engine {
 namespace {
 
-constexpr std::chrono::seconds kCreateTargetLimit{3};
 // Chromium ends without its display; this is for one that does not notice.
 constexpr int64_t kWithoutDisplayMs = 1000;
 
@@ -43,7 +42,7 @@ void Engine::Wire() {
   const auto by_command = [this](std::string* err) {
     return OpenAppWindowByCommand(launch_.command(), launch_.profile_dir(), kBlankTitle, err);
   };
-  const auto by_target = [this](std::string* err) { return OpenByTarget(err); };
+  const auto by_target = [this](std::string*) { return OpenByTarget(); };
   factory_.SetUp({by_message, by_command, by_target}, [this] {
     // Nothing else would end the run.
     if (table_.empty()) MessageLoop::Get().Quit();
@@ -72,10 +71,14 @@ void Engine::Wire() {
   MessageLoop::Get().OnDisplayLost([this] { OnDisplayLost(); });
 }
 
-bool Engine::OpenByTarget(std::string* err) {
-  return connection_.Call("", "Target.createTarget",
-                          JsonObject().Add("url", "about:blank").Add("newWindow", true),
-                          kCreateTargetLimit, err);
+bool Engine::OpenByTarget() {
+  connection_.Send("", "Target.createTarget",
+                   JsonObject().Add("url", "about:blank").Add("newWindow", true),
+                   [this](const JsonValue* result, const std::string& error) {
+                     if (result) return;
+                     MessageLoop::Get().PostTask([this, error] { factory_.Note(error); });
+                   });
+  return true;
 }
 
 // A Chromium that never answered is gone as well, but nothing depends on it yet.

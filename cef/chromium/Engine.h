@@ -51,7 +51,7 @@ class Engine {
   void OnConnectionClosed();
   void OnDisplayLost();
   void SayWhatEndedIt();
-  bool OpenByTarget(std::string* err);
+  bool OpenByTarget();
 
   DevToolsConnection connection_;
   Launch launch_{connection_};

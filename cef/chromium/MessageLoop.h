@@ -42,8 +42,9 @@ class MessageLoop {
   // nothing and is not remembered. Any thread.
   void Quit();
 
-  // Waits outside of Run() until the descriptor is readable. False when `limit` has passed or one
-  // of the three signals has come first; that stays for HandOverSignals() or Run(). UI thread.
+  // Waits until the descriptor is readable; tasks and events wait meanwhile. False when `limit` has
+  // passed or one of the three signals has come first; that stays for HandOverSignals() or Run().
+  // UI thread, or any before Init().
   bool AwaitReadable(int fd, std::chrono::milliseconds limit);
 
   // Hands over the signals that wait, as Run() does. UI thread.
@@ -67,12 +68,20 @@ class MessageLoop {
   // The same, not before `ms` milliseconds have passed; equal due times keep the posting order.
   bool PostDelayedTask(Task task, int64_t ms);
 
+  // The same as PostTask(), but an alert that keeps the task waiting ends as if it had been
+  // refused.
+  bool PostUrgentTask(Task task);
+
   // True on the thread that called Init(); false everywhere before that.
   bool OnUiThread() const;
 
   // Between the two calls, which nest, signals are kept instead of being handed over. Any thread.
   void HoldSignals();
   void ReleaseSignals();
+  // Whether a signal waits to be handed over. UI thread.
+  bool SignalWaits();
+  // Called on the UI thread, as a task, when a signal arrives while signals are held; before Run().
+  void OnSignalHeld(Task handler) { on_signal_held_ = std::move(handler); }
 
   // For the loop's own descriptor watcher: takes what arrived and makes a waiting Run() go on.
   void OnDescriptorReadable();
@@ -91,6 +100,7 @@ class MessageLoop {
   void LoseDisplay();
   void CollectSignals();
   void DeliverSignals();
+  void LetAlertsStay();
   static void Deliver(int number);
 
   std::mutex mutex_;
@@ -102,6 +112,7 @@ class MessageLoop {
   std::atomic<bool> running_{false};
   std::atomic<bool> quit_{false};
   std::atomic<bool> break_alerts_{false};
+  std::atomic<int> urgent_tasks_{0};
   std::atomic<int> holds_{0};
 
   // Owned for the life of the process.
@@ -111,6 +122,7 @@ class MessageLoop {
 
   std::deque<int> pending_signals_;  // UI thread only
   Task on_display_lost_;             // UI thread only
+  Task on_signal_held_;              // UI thread only
   bool launched_ = false;            // UI thread only
   bool display_lost_ = false;        // UI thread only
 };

@@ -135,6 +135,17 @@ bool MessageLoop::PostDelayedTask(Task task, int64_t ms) {
   return true;
 }
 
+bool MessageLoop::PostUrgentTask(Task task) {
+  if (!initialised_) return false;
+  ++urgent_tasks_;
+  Fill(pending_fd_);
+  return PostTask([=] {
+    --urgent_tasks_;
+    LetAlertsStay();
+    task();
+  });
+}
+
 void MessageLoop::Quit() {
   if (!running_) return;
   quit_ = true;
@@ -197,7 +208,7 @@ void MessageLoop::BreakAlerts() {
 }
 
 bool MessageLoop::AwaitReadable(int fd, std::chrono::milliseconds limit) {
-  const auto end = Clock::now() + limit;
+  const auto end = Clock::now() + (pending_signals_.empty() ? limit : limit.zero());
   pollfd watched[] = {{fd, POLLIN, 0}, {signal_fd_, POLLIN, 0}};
   for (;;) {
     const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
@@ -269,7 +280,7 @@ void MessageLoop::OnDescriptorReadable() {
   Drain(wake_fd_);
   CollectSignals();
   if (!HaveDisplay()) return;
-  const bool interrupted = break_alerts_ || !pending_signals_.empty();
+  const bool interrupted = break_alerts_ || urgent_tasks_ > 0 || !pending_signals_.empty();
   if (interrupted && [NSApp modalWindow] != nil) [NSApp abortModal];
   PostWakeEvent();
 }
@@ -279,6 +290,7 @@ void MessageLoop::CollectSignals() {
   while (read(signal_fd_, &info, sizeof info) == static_cast<ssize_t>(sizeof info)) {
     pending_signals_.push_back(static_cast<int>(info.ssi_signo));
     Fill(pending_fd_);
+    if (holds_ > 0 && on_signal_held_) PostTask(on_signal_held_);
   }
 }
 
@@ -286,9 +298,21 @@ void MessageLoop::DeliverSignals() {
   while (holds_ == 0 && !pending_signals_.empty()) {
     const int number = pending_signals_.front();
     pending_signals_.pop_front();
-    if (pending_signals_.empty() && !break_alerts_) Drain(pending_fd_);
+    LetAlertsStay();
     Deliver(number);
   }
+}
+
+bool MessageLoop::SignalWaits() {
+  CollectSignals();
+  return !pending_signals_.empty();
+}
+
+// Unless something still wants them to end. Whoever counts an urgent task meanwhile fills it again.
+void MessageLoop::LetAlertsStay() {
+  if (!pending_signals_.empty() || break_alerts_) return;
+  Drain(pending_fd_);
+  if (urgent_tasks_ > 0) Fill(pending_fd_);
 }
 
 // What the kernel would have done, had the signal not been blocked.

@@ -5,11 +5,13 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <thread>
 
 #include "cef/chromium/AppWindow.h"
 #include "cef/chromium/ChildProcess.h"
 #include "cef/chromium/InstalledChromium.h"
+#include "cef/chromium/MessageLoop.h"
 #include "cef/chromium/Profile.h"
 #include "testing/support/RawChromium.h"
 #include "testing/support/TempDir.h"
@@ -91,12 +93,16 @@ TEST(AppWindowTest, FailsInTimeWhereNobodyAnswers) {
   EXPECT_NE(err, "");
   EXPECT_FALSE(OpenAppWindowByCommand({"/bin/false"}, folder.path(), "x", &err));
 
-  for (const std::string answer : {"ACK", "SHUTDOWN", "AC", ""}) {
+  engine::MessageLoop::Get().Init();
+  for (const std::string answer : {"ACK", "SHUTDOWN", "AC", "", "signal"}) {
     SCOPED_TRACE(answer);
+    const bool signal = answer == "signal";
+    if (signal) raise(SIGTERM);
     TempDir profile;
-    FakeChromium chromium(profile.path(), answer);
+    FakeChromium chromium(profile.path(), signal ? "" : answer);
     const auto begin = std::chrono::steady_clock::now();
     EXPECT_EQ(OpenAppWindow(profile.path(), "x", &err), answer == "ACK");
-    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(2500));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin,
+              std::chrono::milliseconds(signal ? 500 : 2500));
   }
 }

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <csignal>
 #include <list>
 
 #include "cef/chromium/BrowserFactory.h"
@@ -60,6 +62,23 @@ TEST_F(BrowserFactoryTest, WaysAreTriedUntilOneBringsAWindow) {
       {"one"});
   EXPECT_THAT(tried_, ElementsAre("a", "b", "c"));
   EXPECT_THAT(opened_, ElementsAre("one"));
+}
+
+// Three ways in vain took longer than whoever sends the signal waits.
+TEST_F(BrowserFactoryTest, ASignalEndsTheSearch) {
+  static bool arrived;
+  for (const int64_t when : {0, 300}) {
+    arrived = false;
+    const auto former = std::signal(SIGTERM, [](int) { arrived = true; });
+    MessageLoop::Get().PostDelayedTask([] { std::raise(SIGTERM); }, when);
+    const auto begin = std::chrono::steady_clock::now();
+    tried_.clear();
+    Run({Opener("a", kPromises), Opener("b", kOpens)}, {"one"});
+    std::signal(SIGTERM, former);
+    EXPECT_TRUE(arrived);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::milliseconds(2500));
+    EXPECT_THAT(tried_, ElementsAre("a"));
+  }
 }
 
 TEST_F(BrowserFactoryTest, WithoutAWindowTheOrderFailsAloud) {

@@ -149,8 +149,8 @@ void CefBrowserClient::Navigate(const EmbBrowserInfo& info) {
   KXLOG(3, kCefModule, "calling CefRunMessageLoop");
   CefRunMessageLoop();
   const EmbBrowserHandler* handler = EmbBrowserHandler::GetInstance();
-  if (handler && !handler->m_IsClosing_) {
-    KXLOG(1, kCefModule, "the message loop has ended, but no browser was closed");
+  if (handler && !handler->HasOpened()) {
+    KXLOG(1, kCefModule, "the message loop has ended, but no browser has opened");
   }
 
   if (!WriteReturnData(m_pBrowserCtrl->GetReturnData(), paths.channel)) return;

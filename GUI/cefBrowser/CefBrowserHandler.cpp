@@ -36,6 +36,7 @@ void EmbBrowserHandler::CloseAllBrowsers(bool forceClose) {
     CefPostTask(TID_UI, base::Bind(&EmbBrowserHandler::CloseAllBrowsers, this, forceClose));
     return;
   }
+  if (forceClose) forced_ = true;
   if (m_BrowserList_.empty()) return;
 
   // A close may come back at once and shorten the list.
@@ -67,7 +68,12 @@ bool EmbBrowserHandler::OnConsoleMessage(CefRefPtr<CefBrowser>, cef_log_severity
 
 void EmbBrowserHandler::OnAfterCreated(CefRefPtr<CefBrowser> browser) {
   KXLOG(4, kCefModule, "EmbBrowserHandler::OnAfterCreated");
+  has_opened_ = true;
   m_BrowserList_.push_back(browser);
+  if (RunIsOver()) {
+    browser->GetHost()->CloseBrowser(true);
+    return;
+  }
   BringToFront(browser->GetHost()->GetWindowHandle());
 }
 
@@ -85,7 +91,11 @@ void EmbBrowserHandler::OnBeforeClose(CefRefPtr<CefBrowser> browser) {
       break;
     }
   }
-  if (!m_BrowserList_.empty()) return;
+  if (!m_BrowserList_.empty()) {
+    // The user would take the window that is left for one that still has a purpose.
+    if (RunIsOver()) CloseAllBrowsers(true);
+    return;
+  }
 
   KXLOG(3, kCefModule, "Calling CefQuitMessageLoop");
   CefQuitMessageLoop();
@@ -123,7 +133,8 @@ bool EmbBrowserHandler::OnCertificateError(CefRefPtr<CefBrowser> browser, cef_er
   std::wstring first;
   std::wstring second;
   GetCertDialogMsgs(sslInfo, certError, requestUrl.ToWString(), first, second);
-  const bool accepted = DisplayCertWarning(L"Corvane Secure", first + L"\n" + second);
+  const bool accepted =
+      !RunIsOver() && DisplayCertWarning(L"Corvane Secure", first + L"\n" + second);
   callback->Continue(accepted);
   if (!accepted) {
     KXLOG(3, kCefModule,

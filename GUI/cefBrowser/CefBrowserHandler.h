@@ -30,9 +30,13 @@ class EmbBrowserHandler : public CefClient,
   // The most recently made handler, null when none lives. No reference is taken.
   static EmbBrowserHandler* GetInstance();
 
-  // Asks every open browser to close; with force, pages are not asked. From any thread: elsewhere
-  // than on the UI thread it posts itself there. With no browser open it does nothing.
+  // Asks every open browser to close. With force, pages are not asked, and a browser that is just
+  // opening is closed as soon as it is there. From any thread: elsewhere than on the UI thread it
+  // posts itself there.
   void CloseAllBrowsers(bool forceClose);
+
+  // Whether a browser has ever opened. UI thread.
+  bool HasOpened() const { return has_opened_; }
 
   // CefClient: this object answers for itself.
   CefRefPtr<CefDisplayHandler> GetDisplayHandler() override { return this; }
@@ -45,7 +49,8 @@ class EmbBrowserHandler : public CefClient,
   bool OnConsoleMessage(CefRefPtr<CefBrowser> browser, cef_log_severity_t level,
                         const CefString& message, const CefString& source, int line) override;
 
-  // CefLifeSpanHandler [UI].
+  // CefLifeSpanHandler [UI]. When the run is over, a window that is left or still opens is closed
+  // by force; as long as the user closes windows, each goes for itself.
   void OnAfterCreated(CefRefPtr<CefBrowser> browser) override;
   bool DoClose(CefRefPtr<CefBrowser> browser) override;
   void OnBeforeClose(CefRefPtr<CefBrowser> browser) override;
@@ -94,7 +99,8 @@ class EmbBrowserHandler : public CefClient,
   bool m_UseViews_;
   // In creation order; touched on the UI thread only.
   std::list<CefRefPtr<CefBrowser>> m_BrowserList_;
-  // Set once the window is on its way to closing, never back; a further quit is then ignored.
+  // Set once the last window, or the one that ends the run, is on its way to closing, never back; a
+  // further quit is then ignored.
   std::atomic<bool> m_IsClosing_{false};
   CefRefPtr<CefResourceManager> m_ResourceManager_;
   CefRefPtr<CefEmbBrowserLogin> m_Session_;
@@ -102,8 +108,15 @@ class EmbBrowserHandler : public CefClient,
   static EmbBrowserHandler* s_instance;
 
  private:
-  // The session has reported the end of its step.
+  // The step has ended, and the run with it: the session has said so, or the user has refused a
+  // certificate.
   void CloseFinished(const CefRefPtr<CefBrowser>& browser);
+  // No window may stay open, and nobody is asked anything any more. UI thread.
+  bool RunIsOver() const { return forced_ || m_IsClosing_; }
+
+  // UI thread only.
+  bool forced_ = false;  // all browsers are being closed by force
+  bool has_opened_ = false;
 
   IMPLEMENT_REFCOUNTING(EmbBrowserHandler);
 };

@@ -80,7 +80,9 @@ void Browser::Close(bool force) {
     CloseOnUi(force);
   } else {
     CefRefPtr<Browser> self = this;
-    MessageLoop::Get().PostTask([self, force] { self->CloseOnUi(force); });
+    const auto close = [self, force] { self->CloseOnUi(force); };
+    // The end of a step does not wait for the answer to a question in another window.
+    force ? MessageLoop::Get().PostUrgentTask(close) : MessageLoop::Get().PostTask(close);
   }
 }
 

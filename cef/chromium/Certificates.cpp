@@ -80,7 +80,8 @@ void Certificates::Ask(int question, const CefRefPtr<Browser>& browser, const st
                        const std::string& error, const std::string& url) {
   const CefRefPtr<CefClient> client = browser->client();
   const CefRefPtr<CefRequestHandler> handler = client.get() ? client->GetRequestHandler() : nullptr;
-  if (!handler.get()) {
+  // A run that is ending asks nobody: the question would keep it from ending.
+  if (!handler.get() || browser->IsForcedToClose()) {
     Answer(question, false, "");
     return;
   }

@@ -11,8 +11,11 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
+#include <regex>
+#include <sstream>
 #include <thread>
 
 #include "libs/kxaccess/InstallPaths.h"
@@ -52,11 +55,11 @@ std::string CommandLine(pid_t process) {
   return ReadFile("/proc/" + std::to_string(process) + "/cmdline");
 }
 
-// One of these stands near the end of each run's log.
+// Exactly one of these stands near the end of each run's log.
 constexpr std::array kEndings = {
     "Calling CefQuitMessageLoop",
     "CefInitialize failed, no browser could be started",
-    "the message loop has ended, but no browser was closed",
+    "the message loop has ended, but no browser has opened",
     "failed to load cef library",
     "failed to load resource file",
     "Error loading some or all Message Catalog files.",
@@ -65,10 +68,10 @@ constexpr std::array kEndings = {
 };
 
 void ExpectSaysHowItEnded(const std::string& log) {
-  for (const char* ending : kEndings) {
-    if (log.find(ending) != std::string::npos) return;
-  }
-  ADD_FAILURE() << "the log does not say how the run ended:\n" << log;
+  const auto count = std::count_if(kEndings.begin(), kEndings.end(), [&](const char* ending) {
+    return log.find(ending) != std::string::npos;
+  });
+  EXPECT_EQ(count, 1) << "the log does not say how the run ended:\n" << log;
 }
 
 // True when the lock that all writers of the log share can be had.
@@ -237,6 +240,17 @@ std::string E2eTest::LogOf(pid_t process) const {
     if (record.process == process) own += record.text + "\n";
   }
   return own;
+}
+
+std::vector<std::string> E2eTest::ErrorsIn(const std::string& log) {
+  // The level stands between the time and the user.
+  const std::regex error("^[0-9/]+ [0-9:.]+ 1 ");
+  std::istringstream lines(log);
+  std::vector<std::string> errors;
+  for (std::string line; std::getline(lines, line);) {
+    if (std::regex_search(line, error)) errors.push_back(line);
+  }
+  return errors;
 }
 
 bool E2eTest::WaitFor(const std::function<bool()>& condition, std::chrono::milliseconds limit) {

@@ -86,6 +86,8 @@ class E2eTest : public testing::Test {
 
   // The lines that a process has written to the log since the test began.
   std::string LogOf(pid_t process) const;
+  // Those of the lines that tell of an error: level 1.
+  static std::vector<std::string> ErrorsIn(const std::string& log);
   // Waits until the condition holds; false when the limit passes first.
   static bool WaitFor(const std::function<bool()>& condition,
                       std::chrono::milliseconds limit = kPatience);

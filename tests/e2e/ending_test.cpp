@@ -116,14 +116,6 @@ TEST_F(EndingTest, UserQuits) {
   EXPECT_EQ(Report(starter).verdict, "closed by user");
 }
 
-TEST_F(EndingTest, TimeLimitEndsTheStepInOrder) {
-  Subprocess starter(SignsInAt(kNever, {"--timeout", "4"}));
-  const StarterReport report = Report(starter);
-  EXPECT_EQ(report.verdict, "timed out") << report.log;
-  EXPECT_EQ(report.helper_exit_status, 0);
-  EXPECT_THAT(report.log, HasSubstr("Handling the Signal:15 received"));
-}
-
 TEST_F(EndingTest, GatheredCookiesAreHandedBackWhateverBreaksOff) {
   const std::function<void(const Subprocess&)> ends[] = {
       [](const Subprocess& program) { program.Signal(SIGTERM); },

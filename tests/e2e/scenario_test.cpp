@@ -98,6 +98,9 @@ TEST_P(ScenarioTest, EndsAsItsFileSays) {
   ExpectMatch(report.logout_url, expect.logout_url, "samlidplogoutrequesturl");
   EXPECT_EQ(report.slo_state, expect.slo_state);
   EXPECT_EQ(report.helper_exit_status, 0);
+  // A result that lies ready until the limit comes is a fault, too.
+  EXPECT_EQ(report.log.find("Handling the Signal") == std::string::npos,
+            expect.verdict != "timed out");
   for (const std::string& text : expect.log) EXPECT_THAT(report.log, testing::HasSubstr(text));
 }
 

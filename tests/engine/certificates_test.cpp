@@ -2,6 +2,9 @@
 
 #include "testing/gateway/Certificates.h"
 
+#include <chrono>
+#include <thread>
+
 #include "testing/support/TrustStore.h"
 #include "tests/engine/EngineTest.h"
 
@@ -154,6 +157,21 @@ TEST_F(CertificatesTest, OtherRequestsFailWithoutAQuestion) {
   EXPECT_THAT(Questions(), IsEmpty());
   EXPECT_THAT(client_->trace(), Contains("title end"));
   EXPECT_THAT(faulty.server->Requests(), IsEmpty());
+}
+
+// The question was asked all the same, and the run stood there until somebody answered.
+TEST_F(CertificatesTest, NobodyIsAskedOnceTheWindowIsBeingClosed) {
+  FaultyServer faulty(CertificateKind::kUnknownAuthority);
+  client_->on_before_load = [](CefRefPtr<CefBrowser> browser, const std::string&) {
+    // Meanwhile the question joins the queue of the UI thread.
+    Post(TID_UI, [browser] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(500));
+      browser->GetHost()->CloseBrowser(true);
+    });
+    return RV_CONTINUE;
+  };
+  Run(faulty.server->Url("/page", "late.test"));
+  EXPECT_THAT(Questions(), IsEmpty());
 }
 
 TEST_F(CertificatesTest, WindowMayCloseBeforeTheAnswer) {

@@ -1,3 +1,4 @@
+#include <functional>
 #include <thread>
 
 #include "GUI/cefBrowser/CefBrowserHandler.h"
@@ -48,6 +49,17 @@ class Handler : public SessionTest {
                                        response.get());
   }
 
+  void RefuseCertificate(const CefRefPtr<FakeBrowser>& browser) {
+    CefRefPtr<FakeSSLInfo> info = new FakeSSLInfo(CERT_STATUS_AUTHORITY_INVALID);
+    CefRefPtr<FakeRequestCallback> callback = new FakeRequestCallback;
+    EXPECT_TRUE(handler->OnCertificateError(browser.get(), ERR_CERT_AUTHORITY_INVALID, "https://a/",
+                                            info.get(), callback.get()));
+  }
+
+  static std::string Id(const CefRefPtr<FakeBrowser>& browser) {
+    return std::to_string(browser->GetIdentifier());
+  }
+
   CefRefPtr<Scripted> session;
   CefRefPtr<EmbBrowserHandler> handler;
 };
@@ -76,8 +88,34 @@ TEST_F(Handler, EndsTheLoopWithTheLastBrowser) {
   EXPECT_THAT(cef.Trace(), ElementsAre("QuitMessageLoop()", "CloseAllConnections(callback=yes)"));
 }
 
+TEST_F(Handler, LeavesNoWindowBehindWhenTheRunIsOver) {
+  unsetenv("DISPLAY");
+  const std::function<void(const CefRefPtr<FakeBrowser>&)> ends[] = {
+      [this](const auto& browser) { Respond(browser, "https://a/", "end=1"); },
+      [this](const auto& browser) { RefuseCertificate(browser); },
+      [this](const auto&) { handler->CloseAllBrowsers(true); },
+  };
+  for (const auto& end : ends) {
+    session->m_handler = handler = new EmbBrowserHandler(false, session.get());
+    auto first = Open();
+    auto second = Open();
+    end(second);
+    handler->DoClose(second.get());
+    cef.ClearTrace();
+    handler->OnBeforeClose(second.get());
+    EXPECT_THAT(cef.Trace(), ElementsAre("CloseBrowser(id=" + Id(first) + ", force=true)"));
+    cef.ClearTrace();
+    auto late = Open();
+    EXPECT_THAT(cef.Trace(), ElementsAre("CloseBrowser(id=" + Id(late) + ", force=true)"));
+    handler->OnBeforeClose(first.get());
+    cef.ClearTrace();
+    handler->OnBeforeClose(late.get());
+    EXPECT_THAT(cef.Trace(), ElementsAre("QuitMessageLoop()", "CloseAllConnections(callback=yes)"));
+  }
+}
+
 TEST_F(Handler, ClosesAllBrowsersInOrder) {
-  handler->CloseAllBrowsers(true);
+  handler->CloseAllBrowsers(false);
   EXPECT_THAT(cef.Trace(), ElementsAre()) << "without a browser nothing may happen";
 
   Open();
@@ -163,10 +201,7 @@ TEST_F(Handler, AnUnanswerableCertificateQuestionIsARefusal) {
   unsetenv("DISPLAY");
   auto browser = Open();
   cef.ClearTrace();
-  CefRefPtr<FakeSSLInfo> info = new FakeSSLInfo(CERT_STATUS_AUTHORITY_INVALID);
-  CefRefPtr<FakeRequestCallback> callback = new FakeRequestCallback;
-  EXPECT_TRUE(handler->OnCertificateError(browser.get(), ERR_CERT_AUTHORITY_INVALID, "https://a/",
-                                          info.get(), callback.get()));
+  RefuseCertificate(browser);
   EXPECT_THAT(cef.Trace(), ElementsAre("Continue(false)", "CloseBrowser(id=1, force=true)"));
   EXPECT_TRUE(handler->m_IsClosing_);
 }

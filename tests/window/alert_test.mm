@@ -104,9 +104,13 @@ TEST_F(AlertTest, AcceptsOnlyTheFirstButton) {
   }
 }
 
-TEST_F(AlertTest, EndsAsRefusedByASignal) {
+TEST_F(AlertTest, EndsAsRefusedByASignalOrAnUrgentTask) {
   EXPECT_FALSE(Answer(kDetails, [](const std::string&) { kill(getpid(), SIGTERM); }));
   EXPECT_EQ(g_signal, SIGTERM);
+  EXPECT_FALSE(
+      Answer(kDetails, [](const std::string&) { MessageLoop::Get().PostUrgentTask([] {}); }));
+  const auto user = [](const std::string&) { TestDisplay().Xdotool({"key", "Return"}); };
+  EXPECT_TRUE(Answer(kDetails, user)) << "the next one stays";
 }
 
 TEST_F(AlertTest, DoesNotStayWhileASignalIsHeld) {

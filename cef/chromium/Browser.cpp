@@ -153,7 +153,8 @@ void Browser::Navigate(const std::string& frame_id, const std::string& url) {
 void Browser::NotifyLoadError(const std::string& frame_id, const std::string& error_text,
                               const std::string& url) {
   const CefRefPtr<CefClient> client = this->client();
-  if (!client.get() || url.empty()) return;
+  // What a closing window breaks off is no error.
+  if (!client.get() || url.empty() || forced_) return;
   const CefRefPtr<CefLoadHandler> handler = client->GetLoadHandler();
   if (!handler.get()) return;
   handler->OnLoadError(this, FrameById(frame_id),

@@ -47,7 +47,7 @@ class Browser : public CefBrowser {
   void Navigate(const std::string& frame_id, const std::string& url);
 
   CefRefPtr<CefFrame> FrameById(const std::string& frame_id);
-  // Reports a failed navigation to the client. UI thread.
+  // Reports a failed navigation to the client, unless it is being closed by force. UI thread.
   void NotifyLoadError(const std::string& frame_id, const std::string& error_text,
                        const std::string& url);
 

@@ -101,6 +101,12 @@ TEST_P(ScenarioTest, EndsAsItsFileSays) {
   // A result that lies ready until the limit comes is a fault, too.
   EXPECT_EQ(report.log.find("Handling the Signal") == std::string::npos,
             expect.verdict != "timed out");
+  // An error that a file does not name is a false one.
+  for (const std::string& error : ErrorsIn(report.log)) {
+    EXPECT_TRUE(std::any_of(expect.log.begin(), expect.log.end(), [&](const std::string& text) {
+      return error.find(text) != std::string::npos;
+    })) << error;
+  }
   for (const std::string& text : expect.log) EXPECT_THAT(report.log, testing::HasSubstr(text));
 }
 

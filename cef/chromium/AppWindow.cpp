@@ -2,10 +2,8 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <signal.h>
 #include <sys/socket.h>
 #include <sys/un.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -15,10 +13,7 @@
 #include <cstring>
 #include <vector>
 
-#include "cef/chromium/ChildProcess.h"
-#include "cef/chromium/ChromiumProcess.h"
 #include "cef/chromium/MessageLoop.h"
-#include "cef/chromium/PrivateFolder.h"
 
 namespace engine {
 
@@ -27,7 +22,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 constexpr auto kMessageLimit = std::chrono::seconds(2);
-constexpr auto kCommandLimit = std::chrono::seconds(5);
 
 std::vector<std::string> Arguments(const std::string& profile_dir, const std::string& title) {
   std::vector<std::string> arguments = {"--user-data-dir=" + profile_dir};
@@ -158,39 +152,6 @@ bool OpenAppWindow(const std::string& profile_dir, const std::string& title, std
   close(fd);
   if (sent && answer != "ACK") *err = "Chromium's answer was \"" + answer + "\"";
   return answer == "ACK";
-}
-
-bool OpenAppWindowByCommand(const std::vector<std::string>& command, const std::string& profile_dir,
-                            const std::string& title, std::string* err) {
-  // With nobody to take the command line the new process would become a browser itself.
-  bool busy = false;
-  const int running = ConnectToChromium(profile_dir, &busy);
-  if (running >= 0) close(running);
-  if (!busy) {
-    *err = "no Chromium runs on " + profile_dir;
-    return false;
-  }
-  ChildOptions options;
-  options.command = command;
-  const std::string run_folder = MakeRunFolder(err);
-  if (run_folder.empty()) return false;
-  for (const std::string& argument : Arguments(profile_dir, title)) {
-    options.command.push_back(argument);
-  }
-  options.environment = {{"TMPDIR", run_folder}};
-  const pid_t child = StartChild(options, err);
-  bool accepted = false;
-  if (child > 0) {
-    const int ended = OpenProcess(child);
-    Await(ended, Clock::now() + kCommandLimit);
-    if (ended >= 0) close(ended);
-    kill(-child, SIGKILL);
-    const int status = ReapChild(child);
-    accepted = WIFEXITED(status) && WEXITSTATUS(status) == 0;
-    if (!accepted) *err = "Chromium did not take the command line";
-  }
-  RemoveTree(run_folder);
-  return accepted;
 }
 
 }  // namespace engine

@@ -16,12 +16,6 @@ namespace engine {
 // come all the same. UI thread.
 bool OpenAppWindow(const std::string& profile_dir, const std::string& title, std::string* err);
 
-// The same by a second command line, slower, for when the message is not understood. `command` is
-// the program that runs on the profile and the switches without which it would not start. Takes
-// five seconds at most.
-bool OpenAppWindowByCommand(const std::vector<std::string>& command, const std::string& profile_dir,
-                            const std::string& title, std::string* err);
-
 // The address of the empty page: a data URL.
 std::string AppWindowUrl(const std::string& title);
 

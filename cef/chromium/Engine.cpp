@@ -39,11 +39,8 @@ void Engine::Wire() {
   const auto by_message = [this](std::string* err) {
     return OpenAppWindow(launch_.profile_dir(), kBlankTitle, err);
   };
-  const auto by_command = [this](std::string* err) {
-    return OpenAppWindowByCommand(launch_.command(), launch_.profile_dir(), kBlankTitle, err);
-  };
   const auto by_target = [this](std::string*) { return OpenByTarget(); };
-  factory_.SetUp({by_message, by_command, by_target}, [this] {
+  factory_.SetUp({by_message, by_target}, [this] {
     // Nothing else would end the run.
     if (table_.empty()) MessageLoop::Get().Quit();
   });

@@ -130,10 +130,7 @@ Launch::Result Launch::AttemptOnce(const Plan& plan, std::string* err) {
   options.private_profile = profile_->is_private();
   options.run_folder = MakeRunFolder(err);
   if (options.run_folder.empty()) return Result::kGivenUp;
-  command_ = {options.chromium.path};
-  for (const auto& [name, value] : options.switches) {
-    if (name == kNoSandbox) command_.push_back("--" + name);
-  }
+  program_ = options.chromium.path;
   // Without it certificates have one fault only; no reason not to start.
   std::string ignored;
   net_log_ = NetLog::Start(options.run_folder, &ignored);
@@ -176,18 +173,16 @@ Launch::Result Launch::AwaitAnswer(Clock::time_point deadline, std::string* err)
   *err = WhyNoDisplay();
   if (!err->empty()) return Result::kGivenUp;
   if (process_->output().TellsOfPolicy()) {
-    *err = "the policy RemoteDebuggingAllowed forbids that other programs use " + command_.front();
+    *err = "the policy RemoteDebuggingAllowed forbids that other programs use " + program_;
     return Result::kUnfit;
   }
-  *err = command_.front() + " has ended before it answered";
+  *err = program_ + " has ended before it answered";
   const std::string words = process_->output().LastLine();
   if (!words.empty()) *err += "; it says: " + words;
   return Result::kEnded;
 }
 
 std::string Launch::LastWords() const { return process_ ? process_->output().LastWords() : ""; }
-
-std::vector<std::string> Launch::command() const { return command_; }
 
 void Launch::Discard() {
   if (process_) {

@@ -46,8 +46,6 @@ class Launch {
 
   // While Chromium runs.
   const std::string& profile_dir() const { return profile_->dir(); }
-  // The program, and the switches without which it would not start a second time.
-  std::vector<std::string> command() const;
   // Null when there is no log.
   NetLog* net_log() const { return net_log_.get(); }
 
@@ -79,7 +77,7 @@ class Launch {
   std::unique_ptr<Profile> profile_;
   std::unique_ptr<NetLog> net_log_;
   std::unique_ptr<ChromiumProcess> process_;
-  std::vector<std::string> command_;
+  std::string program_;  // the path of the Chromium that is being tried
 };
 
 }  // namespace engine

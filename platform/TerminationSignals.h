@@ -1,15 +1,24 @@
 // Keeps SIGHUP, SIGINT and SIGTERM back until the program can end in good order.
+//
+// On Linux the framework takes the three over and calls the installed handlers from its message
+// loop, once there is a browser; only the first function does anything there. On macOS all of that
+// is done here.
 
 #ifndef PLATFORM_TERMINATIONSIGNALS_H_
 #define PLATFORM_TERMINATIONSIGNALS_H_
 
-// Blocks the three in the calling thread and in every thread that it starts from then on. Called
-// once, first thing, on the main thread. A signal that arrives meanwhile stays pending.
+// Called once, first thing, on the main thread, before there are others. From then on none of the
+// three interrupts anything or ends the process; one that comes is delivered later.
 void HoldTerminationSignals();
 
-// Called when CEF has started and the handlers are installed: lets pending and further signals
-// through to them. On Linux the framework has taken the three over and calls the handlers from its
-// message loop, so there they stay blocked.
+// Holds them again. To be called before CEF starts, from within that start (which resets handlers
+// and signal mask) as early as possible, and whenever handlers have been installed anew: they are
+// remembered for the delivery. Main thread.
+void KeepTerminationSignals();
+
+// Called when there is something that the handlers can end; further calls do nothing. From now on a
+// signal, one that has come meanwhile included, calls its handler from the main thread's run loop,
+// also while an alert is open, and ends that alert. Main thread.
 void DeliverTerminationSignals();
 
 #endif  // PLATFORM_TERMINATIONSIGNALS_H_

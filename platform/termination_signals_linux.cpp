@@ -10,5 +10,7 @@ void HoldTerminationSignals() {
   pthread_sigmask(SIG_BLOCK, &held, nullptr);
 }
 
+void KeepTerminationSignals() {}
+
 // Unblocking here would run the handlers in the middle of arbitrary code.
 void DeliverTerminationSignals() {}

@@ -83,7 +83,7 @@ void handleSignal(int signum) {
   KXLOG(3, kCefModule, "Handling the Signal:%d received", signum);
   CefBrowserClient::m_bsession_timed_out = true;
   // Not tested for emptiness; kept on purpose. The program holds the signals back until there is a
-  // session.
+  // browser.
   CefBrowserClient::m_pBrowserCtrl->closeBrowserOnTimeout();
 }
 
@@ -136,6 +136,7 @@ void CefBrowserClient::Navigate(const EmbBrowserInfo& info) {
   if (m_initalized) {
     m_pBrowserCtrl->OnContextInitialized();
   } else {
+    KeepTerminationSignals();
     // A failed start is not an end: the loop below then returns at once, and the caller still finds
     // return data, though empty.
     if (!CefInitialize(main_args, settings, m_pBrowserCtrl.get(), nullptr)) {
@@ -144,7 +145,7 @@ void CefBrowserClient::Navigate(const EmbBrowserInfo& info) {
     m_initalized = true;
     // Chromium's start resets the handlers that were installed before it.
     SetupSignalHandler();
-    DeliverTerminationSignals();
+    KeepTerminationSignals();
   }
   KXLOG(3, kCefModule, "calling CefRunMessageLoop");
   CefRunMessageLoop();
@@ -152,6 +153,8 @@ void CefBrowserClient::Navigate(const EmbBrowserInfo& info) {
   if (handler && !handler->HasOpened()) {
     KXLOG(1, kCefModule, "the message loop has ended, but no browser has opened");
   }
+  // CEF's IO thread lives on, and requests that end with the browser still come in there.
+  if (m_pBrowserCtrl->m_handler.get()) m_pBrowserCtrl->m_handler->CutOffHooks();
 
   if (!WriteReturnData(m_pBrowserCtrl->GetReturnData(), paths.channel)) return;
   m_pBrowserCtrl.reset();

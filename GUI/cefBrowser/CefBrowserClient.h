@@ -16,8 +16,8 @@ bool SetupSignalHandler();
 
 // Ends the run by closing the session's browser; ignores every number but SIGHUP, SIGINT, SIGQUIT
 // and SIGTERM. It logs and allocates, which a handler that interrupts arbitrary code must not do:
-// the program therefore keeps the signals blocked (platform/TerminationSignals.h), and on Linux the
-// framework calls this function from the message loop, where no lock is held.
+// the program therefore keeps the signals back (platform/TerminationSignals.h), and this function
+// is called from the message loop, where no lock is held.
 void handleSignal(int signum);
 
 // All state is static: one process runs one step. Main thread only.

@@ -13,6 +13,7 @@
 #include "include/views/cef_window.h"
 #include "include/wrapper/cef_closure_task.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
+#include "platform/TerminationSignals.h"
 
 EmbBrowserHandler* EmbBrowserHandler::s_instance = nullptr;
 
@@ -36,7 +37,7 @@ void EmbBrowserHandler::CloseAllBrowsers(bool forceClose) {
     CefPostTask(TID_UI, base::Bind(&EmbBrowserHandler::CloseAllBrowsers, this, forceClose));
     return;
   }
-  if (forceClose) forced_ = true;
+  if (forceClose) m_IsForced_ = true;
   if (m_BrowserList_.empty()) return;
 
   // A close may come back at once and shorten the list.
@@ -68,8 +69,10 @@ bool EmbBrowserHandler::OnConsoleMessage(CefRefPtr<CefBrowser>, cef_log_severity
 
 void EmbBrowserHandler::OnAfterCreated(CefRefPtr<CefBrowser> browser) {
   KXLOG(4, kCefModule, "EmbBrowserHandler::OnAfterCreated");
-  has_opened_ = true;
+  m_HasOpened_ = true;
   m_BrowserList_.push_back(browser);
+  // Now there is something that a signal can close.
+  DeliverTerminationSignals();
   if (RunIsOver()) {
     browser->GetHost()->CloseBrowser(true);
     return;
@@ -164,7 +167,7 @@ EmbBrowserHandler::ReturnValue EmbBrowserHandler::OnBeforeResourceLoad(
   // Names the other hook and lacks its closing parenthesis; kept on purpose.
   KXLOG(4, kCefModule, "EmbBrowserHandler::OnResourceResponse(URL:%ls, Media type = %d",
         url.c_str(), static_cast<int>(request->GetResourceType()));
-  if (!m_Session_->CheckIfCompleted(url)) {
+  if (!AskSession(request, [&] { return m_Session_->CheckIfCompleted(url); })) {
     return m_ResourceManager_->OnBeforeResourceLoad(browser, frame, request, callback);
   }
   CloseFinished(browser);
@@ -191,9 +194,28 @@ bool EmbBrowserHandler::OnResourceResponse(CefRefPtr<CefBrowser> browser, CefRef
   std::string cookies;
   const auto cookie_header = headers.find("Cookie");
   if (cookie_header != headers.end()) cookies = cookie_header->second.ToString();
-  if (!m_Session_->ProcessCookieResponse(request->GetURL().ToString(), cookies)) return false;
+  if (!AskSession(request, [&] {
+        return m_Session_->ProcessCookieResponse(request->GetURL().ToString(), cookies);
+      })) {
+    return false;
+  }
   CloseFinished(browser);
   return true;
+}
+
+void EmbBrowserHandler::CutOffHooks() {
+  const std::lock_guard<std::mutex> lock(m_HookLock_);
+  m_HooksCutOff_ = true;
+}
+
+template <class Hook>
+bool EmbBrowserHandler::AskSession(const CefRefPtr<CefRequest>& request, Hook hook) {
+  // CEF asks about data addresses too, among them the error page above. They lie on no host: taken
+  // for an address off the gateway, one would become the identity provider or its logout address.
+  constexpr char kData[] = "data:";
+  if (request->GetURL().ToString().compare(0, sizeof kData - 1, kData) == 0) return false;
+  const std::lock_guard<std::mutex> lock(m_HookLock_);
+  return !m_HooksCutOff_ && hook();
 }
 
 void EmbBrowserHandler::CloseFinished(const CefRefPtr<CefBrowser>& browser) {

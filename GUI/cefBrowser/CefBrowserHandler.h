@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <list>
+#include <mutex>
 
 #include "GUI/cefBrowser/CefEmbBrowserLogin.h"
 #include "include/cef_client.h"
@@ -36,7 +37,11 @@ class EmbBrowserHandler : public CefClient,
   void CloseAllBrowsers(bool forceClose);
 
   // Whether a browser has ever opened. UI thread.
-  bool HasOpened() const { return has_opened_; }
+  bool HasOpened() const { return m_HasOpened_; }
+
+  // From now on the session's hooks are not called any more, and none is running: what they have
+  // written can be read. From any thread but the hooks' own.
+  void CutOffHooks();
 
   // CefClient: this object answers for itself.
   CefRefPtr<CefDisplayHandler> GetDisplayHandler() override { return this; }
@@ -108,15 +113,23 @@ class EmbBrowserHandler : public CefClient,
   static EmbBrowserHandler* s_instance;
 
  private:
+  // What `hook`, one of the session's, answers for a request; false without asking it when the
+  // address has no host, and after CutOffHooks.
+  template <class Hook>
+  bool AskSession(const CefRefPtr<CefRequest>& request, Hook hook);
+
   // The step has ended, and the run with it: the session has said so, or the user has refused a
   // certificate.
   void CloseFinished(const CefRefPtr<CefBrowser>& browser);
   // No window may stay open, and nobody is asked anything any more. UI thread.
-  bool RunIsOver() const { return forced_ || m_IsClosing_; }
+  bool RunIsOver() const { return m_IsForced_ || m_IsClosing_; }
 
   // UI thread only.
-  bool forced_ = false;  // all browsers are being closed by force
-  bool has_opened_ = false;
+  bool m_IsForced_ = false;  // all browsers are being closed by force
+  bool m_HasOpened_ = false;
+
+  std::mutex m_HookLock_;
+  bool m_HooksCutOff_ = false;
 
   IMPLEMENT_REFCOUNTING(EmbBrowserHandler);
 };

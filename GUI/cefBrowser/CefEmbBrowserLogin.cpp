@@ -7,12 +7,15 @@
 #include "GUI/newUI/CommonWebBrowser.h"
 #include "include/cef_browser.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
+#include "platform/TerminationSignals.h"
 
 CefEmbBrowserLogin::CefEmbBrowserLogin() = default;
 CefEmbBrowserLogin::~CefEmbBrowserLogin() = default;
 
 void CefEmbBrowserLogin::OnBeforeCommandLineProcessing(const CefString&,
                                                        CefRefPtr<CefCommandLine> command_line) {
+  // CEF's start has just reset the signals, and calls here before anything that takes time.
+  KeepTerminationSignals();
   KXLOG(4, kCefModule, "EmbBrowserApp::OnBeforeCommandLineProcessing");
   command_line->AppendSwitch("disable-gpu");
   command_line->AppendSwitch("disable-gpu-compositing");

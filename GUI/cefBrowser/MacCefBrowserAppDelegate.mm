@@ -57,4 +57,7 @@ int MacCreateAppDelegate() {
   return 0;
 }
 
-void BringToFront(void* windowHandle) { RaiseWindow(windowHandle); }
+void BringToFront(void* windowHandle) {
+  // Called from within CEF, which no exception of AppKit's may pass through.
+  if (id thrown = CatchThrown([=] { RaiseWindow(windowHandle); })) showNsObject(thrown);
+}

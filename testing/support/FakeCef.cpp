@@ -1,6 +1,9 @@
 #include "testing/support/FakeCef.h"
 
 #include "cef/wrapper/function_table.h"
+#include "include/base/cef_bind.h"
+#include "include/cef_api_hash.h"
+#include "include/wrapper/cef_closure_task.h"
 
 namespace {
 
@@ -17,16 +20,39 @@ const char* NameOf(CefThreadId thread) {
   }
 }
 
+const char* FakeApiHash(int) { return CEF_API_HASH_PLATFORM; }
+
+bool FakeInitialize(const CefMainArgs&, const CefSettings& settings, CefRefPtr<CefApp> app, void*) {
+  g_fake->settings = settings;
+  app->OnBeforeCommandLineProcessing(CefString(), g_fake->commandLine.get());
+  app->GetBrowserProcessHandler()->OnContextInitialized();
+  return true;
+}
+
+void FakeRunMessageLoop() {
+  while (g_fake->RunTasks(TID_UI) + g_fake->RunTasks(TID_IO) != 0) {
+  }
+}
+
 void FakeQuitMessageLoop() { g_fake->Add("QuitMessageLoop()"); }
 
 bool FakeCurrentlyOn(CefThreadId thread) { return g_fake->currentThread == thread; }
 
-bool FakeCreateBrowser(const CefWindowInfo&, CefRefPtr<CefClient>, const CefString& url,
+void OpenBrowser(CefRefPtr<FakeBrowser> browser) {
+  g_fake->browsers.push_back(browser);
+  browser->client->GetLifeSpanHandler()->OnAfterCreated(browser.get());
+}
+
+bool FakeCreateBrowser(const CefWindowInfo&, CefRefPtr<CefClient> client, const CefString& url,
                        const CefBrowserSettings& settings, CefRefPtr<CefDictionaryValue>,
                        CefRefPtr<CefRequestContext> context) {
   g_fake->Add("CreateBrowser(url=" + url.ToString() + ")");
   g_fake->createdSettings = settings;
   g_fake->createdContext = context;
+  if (g_fake->callsBack) {
+    g_fake->Post(TID_UI,
+                 CefCreateClosureTask(base::Bind(&OpenBrowser, g_fake->MakeBrowser(client))));
+  }
   return true;
 }
 
@@ -61,6 +87,9 @@ bool FakePostDelayedTask(CefThreadId thread, CefRefPtr<CefTask> task, int64) {
 FakeCef::FakeCef() {
   g_fake = this;
   CefFunctionTable table;
+  table.cef_api_hash = &FakeApiHash;
+  table.cef_initialize = &FakeInitialize;
+  table.cef_run_message_loop = &FakeRunMessageLoop;
   table.cef_quit_message_loop = &FakeQuitMessageLoop;
   table.cef_currently_on = &FakeCurrentlyOn;
   table.cef_post_task = &FakePostTask;
@@ -77,6 +106,8 @@ FakeCef::~FakeCef() {
   CefSetFunctionTable(nullptr);
   g_fake = nullptr;
 }
+
+FakeCef* FakeCef::Instance() { return g_fake; }
 
 void FakeCef::Add(const std::string& line) {
   const std::lock_guard<std::mutex> lock(mutex_);

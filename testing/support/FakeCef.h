@@ -28,6 +28,9 @@ class FakeCef {
   FakeCef(const FakeCef&) = delete;
   FakeCef& operator=(const FakeCef&) = delete;
 
+  // The living one, null when there is none.
+  static FakeCef* Instance();
+
   // Adds `line` to the trace; tests add the calls of their own callbacks here.
   void Add(const std::string& line);
   std::vector<std::string> Trace() const;
@@ -47,9 +50,16 @@ class FakeCef {
   std::optional<CefThreadId> currentThread = TID_UI;
   bool acceptTasks = true;
 
-  // What CreateBrowser was given last. No browser comes of it.
+  // With true, what is ordered happens: CreateBrowser queues OnAfterCreated, CloseBrowser asks
+  // DoClose and queues OnBeforeClose. Otherwise both only leave a line.
+  bool callsBack = false;
+
+  // What the last CefInitialize was given.
+  CefSettings settings;
+  // What CreateBrowser was given last, and the browsers that came of it.
   CefBrowserSettings createdSettings;
   CefRefPtr<CefRequestContext> createdContext;
+  std::vector<CefRefPtr<FakeBrowser>> browsers;
 
   CefRefPtr<FakeCommandLine> commandLine = new FakeCommandLine;
   CefRefPtr<FakeRequestContext> globalContext = new FakeRequestContext;

@@ -1,5 +1,7 @@
 #include "testing/support/FakeCefBrowser.h"
 
+#include "include/base/cef_bind.h"
+#include "include/wrapper/cef_closure_task.h"
 #include "testing/support/FakeCef.h"
 
 void FakeFrame::LoadURL(const CefString& address) {
@@ -11,6 +13,15 @@ CefRefPtr<CefRequestContext> FakeBrowserHost::GetRequestContext() { return brows
 void FakeBrowserHost::CloseBrowser(bool force_close) {
   FakeTrace("CloseBrowser(id=" + std::to_string(browser_->GetIdentifier()) +
             ", force=" + (force_close ? "true" : "false") + ")");
+  FakeCef* fake = FakeCef::Instance();
+  if (!fake || !fake->callsBack || closing_) return;
+  closing_ = true;
+  fake->Post(TID_UI, CefCreateClosureTask(base::Bind(&FakeBrowser::Closed, browser_)));
+}
+
+void FakeBrowser::Closed() {
+  const CefRefPtr<CefLifeSpanHandler> handler = client->GetLifeSpanHandler();
+  if (!handler->DoClose(this)) handler->OnBeforeClose(this);
 }
 
 FakeBrowser::FakeBrowser(int id, CefRefPtr<CefClient> client, CefRefPtr<CefRequestContext> context)

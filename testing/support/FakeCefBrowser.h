@@ -25,7 +25,7 @@ class FakeFrame : public CefFrame {
   IMPLEMENT_REFCOUNTING(FakeFrame);
 };
 
-// CloseBrowser leaves "CloseBrowser(id=…, force=…)" and does nothing else.
+// CloseBrowser leaves "CloseBrowser(id=…, force=…)"; see FakeCef::callsBack.
 class FakeBrowserHost : public CefBrowserHost {
  public:
   explicit FakeBrowserHost(FakeBrowser* browser) : browser_(browser) {}
@@ -36,6 +36,7 @@ class FakeBrowserHost : public CefBrowserHost {
 
  private:
   FakeBrowser* const browser_;
+  bool closing_ = false;
 
   IMPLEMENT_REFCOUNTING(FakeBrowserHost);
 };
@@ -52,6 +53,9 @@ class FakeBrowser : public CefBrowser {
   }
   bool IsPopup() override { return false; }
   CefRefPtr<CefFrame> GetMainFrame() override { return mainFrame.get(); }
+
+  // Tells the client that the browser closes and has closed.
+  void Closed();
 
   const CefRefPtr<CefClient> client;
   const CefRefPtr<CefRequestContext> context;

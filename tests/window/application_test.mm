@@ -88,15 +88,43 @@ TEST_F(ApplicationTest, KnowsWhetherItIsSendingAnEvent) {
   [window close];
 }
 
+NSMenuItem* ItemWithAction(NSMenu* menu, SEL action) {
+  for (int i = 0; i < [menu numberOfItems]; ++i) {
+    NSMenuItem* item = (NSMenuItem*)[menu itemAtIndex:i];
+    if (sel_isEqual([item action], action) && ![item hasSubmenu]) return item;
+    if (NSMenuItem* found = ItemWithAction([item submenu], action)) return found;
+  }
+  return nil;
+}
+
 TEST_F(ApplicationTest, LeadsTheMenusQuitItemToTheDelegate) {
   EXPECT_TRUE([[NSBundle mainBundle] loadNibNamed:@"MainMenu" owner:NSApp topLevelObjects:nullptr]);
   QuitRecorder* recorder = [[[QuitRecorder alloc] init] autorelease];
   [NSApp setDelegate:recorder];
-  NSMenu* menu = [[[NSApp mainMenu] itemAtIndex:0] submenu];
-  ASSERT_NE(menu, nil);
-  [menu performActionForItemAtIndex:[menu numberOfItems] - 1];
+  NSMenuItem* quit = ItemWithAction([NSApp mainMenu], @selector(terminate:));
+  ASSERT_NE(quit, nil);
+  [[quit menu] performActionForItemAtIndex:[[quit menu] indexOfItem:quit]];
   EXPECT_NE(recorder->sender, nil);
   [NSApp setDelegate:nil];
+}
+
+// Pages take these keys through the menu: without the items nobody can paste a password.
+TEST_F(ApplicationTest, OffersEditingByKeyToWhateverHasTheFocus) {
+  ASSERT_TRUE([[NSBundle mainBundle] loadNibNamed:@"MainMenu" owner:NSApp topLevelObjects:nullptr]);
+  const std::pair<SEL, NSString*> items[] = {
+    std::pair(@selector(cut:), @"x"),
+    std::pair(@selector(copy:), @"c"),
+    std::pair(@selector(paste:), @"v"),
+    std::pair(@selector(selectAll:), @"a"),
+    std::pair(@selector(performMiniaturize:), @"m"),
+    std::pair(@selector(performClose:), @"w")
+  };
+  for (const auto& [action, key] : items) {
+    NSMenuItem* item = ItemWithAction([NSApp mainMenu], action);
+    ASSERT_NE(item, nil) << sel_getName(action);
+    EXPECT_TRUE([[item keyEquivalent] isEqual:key]) << sel_getName(action);
+    EXPECT_EQ([item target], nil) << sel_getName(action);
+  }
 }
 
 TEST(AppKitProcess, KeepsItsNameAndItsHandlers) {

@@ -169,6 +169,9 @@ TEST_F(ResourcesTest, BrackenSetsUpTheProcess) {
   EXPECT_EQ(g_oResCatalog.getBrandingFilePath(),
             std::wstring(InstallPaths::kBrandingFolder) + L"BrandingResourceCatalog_EN.txt");
   EXPECT_EQ(NSGetUncaughtExceptionHandler(), HandleException);
+  // An interface file's objects are let go of once it is loaded: that must not end the log.
+  [bracken awakeFromNib];
+  [bracken release];
   EXPECT_EQ(bLogInitialized, 1);
   [bracken release];
   EXPECT_EQ(bLogInitialized, 0);

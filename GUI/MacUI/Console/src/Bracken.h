@@ -9,7 +9,8 @@
 void HandleException(NSException* exception);
 
 // One per process. Whatever goes wrong in `init` is reported to the log, and the object is still
-// made. Main thread.
+// made. Its end is the end of the log; one that an interface file makes stays for ever. Main
+// thread.
 @interface Bracken : NSObject
 - (id)init;
 

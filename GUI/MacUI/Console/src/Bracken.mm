@@ -48,6 +48,12 @@ void HandleException(NSException* exception) {
   return self;
 }
 
+// AppKit lets go of what an interface file makes as soon as nobody else holds it, and the end of
+// this object is the end of the log. So it stays for the life of the process.
+- (void)awakeFromNib {
+  [self retain];
+}
+
 - (void)setUp {
   KXLogInitialize();
   KXLogSetModuleName("Corvane");

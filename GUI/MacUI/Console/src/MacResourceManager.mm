@@ -13,10 +13,14 @@ namespace {
 constexpr NSUInteger kMarkerLength = 4;
 
 // The text is passed as the format on purpose: that is how these records have always been written.
+// Compilers warn of it, the more so where no argument follows.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-security"
 void LogAsFormat(int level, NSString* text) {
   const char* format = [text UTF8String];
   if (format != nullptr) KXLOG(level, kStrModuleName, format);
 }
+#pragma GCC diagnostic pop
 
 void LogException(NSException* exception) {
   KXLOG(1, kStrModuleName, "Nsexception occured in UI");

@@ -11,6 +11,13 @@ if(EB_CCACHE AND PROJECT_IS_TOP_LEVEL AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   endforeach()
 endif()
 
+# RapidJSON's headers: packages of it differ in the variables that they set.
+find_package(RapidJSON QUIET)
+find_path(EB_RAPIDJSON_INCLUDE_DIR rapidjson/document.h
+  HINTS ${RAPIDJSON_INCLUDE_DIRS} ${RapidJSON_INCLUDE_DIRS} REQUIRED)
+add_library(ebJson INTERFACE)
+target_include_directories(ebJson SYSTEM INTERFACE ${EB_RAPIDJSON_INCLUDE_DIR})
+
 # What only tests use is compiled without optimisation, which halves the time that takes.
 set(EB_TEST_OPTIONS $<$<CONFIG:RelWithDebInfo>:-O0>)
 
@@ -20,10 +27,12 @@ if(EB_INSTALL_ROOT)
 else()
   set(EB_STAGE ${CMAKE_CURRENT_BINARY_DIR}/package-root)
 endif()
-set(EB_PRODUCT_SUPPORT "/Library/Application Support/Corvane Secure")
-set(EB_FRAMEWORK_DIR "${EB_PRODUCT_SUPPORT}/Chromium Embedded Framework.framework")
-set(EB_APP_BUNDLE "/Applications/Corvane Secure.app")
-set(EB_PROGRAM_DIR "${EB_APP_BUNDLE}/Contents/Helpers/EmbeddedBrowser.app")
+if(APPLE)
+  set(EB_LAYOUT mac)
+else()
+  set(EB_LAYOUT gnustep)
+endif()
+include(InstallLayout)
 
 add_library(ebOptions INTERFACE)
 target_compile_features(ebOptions INTERFACE cxx_std_17)

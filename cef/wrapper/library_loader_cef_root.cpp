@@ -43,10 +43,7 @@ CefScopedLibraryLoader::~CefScopedLibraryLoader() {
   }
 }
 
-bool CefScopedLibraryLoader::LoadInMain() { return Load(false); }
-
-bool CefScopedLibraryLoader::LoadInHelper() { return Load(true); }
-
+// Programs and helpers load the same file.
 bool CefScopedLibraryLoader::Load(bool /*helper*/) {
   if (loaded_) return true;
   loaded_ = LoadFramework(InstallPaths::kFrameworkLibrary);

@@ -1,0 +1,17 @@
+# CHECK_MAC_ARCH (x86_64 or aarch64) and CHECK_MAC_TOOLS, the folder with the compiler's commands.
+list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES CHECK_MAC_ARCH CHECK_MAC_TOOLS)
+set(CMAKE_SYSTEM_NAME Darwin)
+set(CMAKE_SYSTEM_PROCESSOR ${CHECK_MAC_ARCH})
+set(CMAKE_TRY_COMPILE_TARGET_TYPE STATIC_LIBRARY)
+foreach(language C OBJC)
+  set(CMAKE_${language}_COMPILER ${CHECK_MAC_TOOLS}/clang)
+  set(CMAKE_${language}_COMPILER_WORKS ON)
+endforeach()
+foreach(language CXX OBJCXX)
+  set(CMAKE_${language}_COMPILER ${CHECK_MAC_TOOLS}/clang++)
+  set(CMAKE_${language}_COMPILER_WORKS ON)
+endforeach()
+set(CMAKE_AR ${CHECK_MAC_TOOLS}/ar CACHE FILEPATH "")
+set(CMAKE_RANLIB ${CHECK_MAC_TOOLS}/ranlib CACHE FILEPATH "")
+# Asked for, but used by installations only.
+set(CMAKE_INSTALL_NAME_TOOL /bin/false CACHE FILEPATH "")

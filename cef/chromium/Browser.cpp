@@ -140,14 +140,15 @@ void Browser::Navigate(const std::string& frame_id, const std::string& url) {
     params.Add("frameId", frame_id);
   }
   CefRefPtr<Browser> self = this;
-  connection_.Send(session, "Page.navigate", params,
-                   [self, frame_id, target](const JsonValue* result, const std::string& error) {
-                     // Everything else that can go wrong is an event of the network.
-                     if (result || error.find("invalid URL") == std::string::npos) return;
-                     MessageLoop::Get().PostTask([self, frame_id, target] {
-                       self->NotifyLoadError(frame_id, kInvalidUrl, target);
-                     });
-                   });
+  connection_.Send(
+      session, "Page.navigate", params,
+      [self, frame_id, target](const JsonValue* result, const std::string& error) {
+        // Everything else that can go wrong is an event of the network.
+        if (result || error.find("invalid URL") == std::string::npos) return;
+        MessageLoop::Get().PostTask(
+            [self, frame_id, target] { self->NotifyLoadError(frame_id, kInvalidUrl, target); });
+      },
+      DevToolsConnection::kNoLimit);
 }
 
 void Browser::NotifyLoadError(const std::string& frame_id, const std::string& error_text,

@@ -1,24 +1,46 @@
 #include "cef/chromium/DevToolsConnection.h"
 
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
 #include <utility>
+#include <vector>
 
+#include "cef/chromium/DevToolsMessage.h"
 #include "cef/chromium/IoThread.h"
 
 namespace engine {
 namespace {
 
-// Event and console texts may nest deeply; the parser must not recurse with them.
-constexpr unsigned kParseFlags = rapidjson::kParseIterativeFlag;
-
 // JSON-RPC's "method not found".
 constexpr int kMethodNotFound = -32601;
 
 constexpr char kConnectionClosed[] = "the connection to Chromium is closed";
+constexpr char kUnreadable[] = "the reply cannot be read";
+
+// A page may cause such lines at will.
+constexpr int kMostComplaints = 20;
+constexpr size_t kMostOfAMessage = 200;
+
+// For whoever looks into a fault. It does not begin as the lines do that tell a user why a run has
+// failed: none of this ends one.
+void Complain(const std::string& text) {
+  static std::atomic<int> complaints{0};
+  if (++complaints > kMostComplaints) return;
+  fprintf(stderr, "devtools: %s\n", text.c_str());
+  fflush(stderr);
+}
+
+const JsonValue& Nothing() {
+  static const JsonValue nothing(rapidjson::kObjectType);
+  return nothing;
+}
 
 }  // namespace
 
-void DevToolsConnection::On(const std::string& method, EventHandler handler) {
-  handlers_[method] = std::move(handler);
+void DevToolsConnection::On(const std::string& method, EventHandler handler,
+                            std::function<bool()> wanted) {
+  receivers_[method] = {std::move(handler), std::move(wanted)};
 }
 
 void DevToolsConnection::OnClosed(std::function<void()> handler) {
@@ -34,6 +56,7 @@ void DevToolsConnection::Open(int write_fd, int read_fd) {
     transport_ = transport;
     settled_ = false;
     unknown_command_.clear();
+    next_look_ = Clock::time_point::max();
   }
   transport->Start();
 }
@@ -54,7 +77,8 @@ std::string DevToolsConnection::UnknownCommand() const {
 }
 
 void DevToolsConnection::Send(const std::string& session, const std::string& method,
-                              const JsonObject& params, ReplyHandler reply) {
+                              const JsonObject& params, ReplyHandler reply,
+                              std::chrono::milliseconds limit) {
   {
     std::lock_guard<std::mutex> lock(mutex_);
     if (transport_) {
@@ -62,7 +86,10 @@ void DevToolsConnection::Send(const std::string& session, const std::string& met
       JsonObject message;
       message.Add("id", id).Add("method", method).AddJson("params", params.str());
       if (!session.empty()) message.Add("sessionId", session);
-      unanswered_[id] = {method, std::move(reply)};
+      const Clock::time_point deadline =
+          limit == kNoLimit ? Clock::time_point::max() : Clock::now() + limit;
+      unanswered_[id] = {method, std::move(reply), deadline};
+      WatchLimit(deadline);
       transport_->Send(message.str());
       return;
     }
@@ -83,13 +110,16 @@ bool DevToolsConnection::Call(const std::string& session, const std::string& met
   };
   // Shared, since a reply may come after the wait was given up.
   const auto outcome = std::make_shared<Outcome>();
-  Send(session, method, params, [outcome](const JsonValue* result, const std::string& text) {
-    std::lock_guard<std::mutex> lock(outcome->mutex);
-    outcome->done = true;
-    outcome->ok = result != nullptr;
-    outcome->error = text;
-    outcome->arrived.notify_all();
-  });
+  Send(
+      session, method, params,
+      [outcome](const JsonValue* result, const std::string& text) {
+        std::lock_guard<std::mutex> lock(outcome->mutex);
+        outcome->done = true;
+        outcome->ok = result != nullptr;
+        outcome->error = text;
+        outcome->arrived.notify_all();
+      },
+      limit);
   std::unique_lock<std::mutex> lock(outcome->mutex);
   if (!outcome->arrived.wait_for(lock, limit, [&] { return outcome->done; })) {
     outcome->error = "no answer to " + method + " in time";
@@ -103,38 +133,81 @@ bool DevToolsConnection::WaitClosed(std::chrono::milliseconds limit) {
   return closed_.wait_for(lock, limit, [this] { return settled_; });
 }
 
-void DevToolsConnection::OnMessage(const std::string& text) {
-  rapidjson::Document message;
-  message.Parse<kParseFlags>(text.data(), text.size());
-  if (message.HasParseError() || !message.IsObject()) return;
+// One look at a time is under way, and none when nothing is unanswered. It belongs to the pipe.
+void DevToolsConnection::WatchLimit(Clock::time_point deadline) {
+  if (deadline >= next_look_) return;
+  next_look_ = deadline;
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+  IoThread::Get().PostDelayedTask(
+      [this, deadline, pipe = std::weak_ptr<PipeTransport>(transport_)] {
+        if (pipe.lock()) GiveUpLate(deadline);
+      },
+      left.count());
+}
 
-  static const JsonValue kNothing(rapidjson::kObjectType);
-  if (const JsonValue* id = MemberAt(message, "id"); id && id->IsInt()) {
-    const JsonValue* error = MemberAt(message, "error");
-    ReplyHandler reply;
-    {
-      std::lock_guard<std::mutex> lock(mutex_);
-      const auto found = unanswered_.find(id->GetInt());
-      if (found == unanswered_.end()) return;
-      if (error && NumberAt(*error, "code") == kMethodNotFound && unknown_command_.empty()) {
-        unknown_command_ = found->second.method;
+void DevToolsConnection::GiveUpLate(Clock::time_point look) {
+  std::vector<Command> late;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (look != next_look_) return;
+    const Clock::time_point now = Clock::now();
+    Clock::time_point next = Clock::time_point::max();
+    for (auto it = unanswered_.begin(); it != unanswered_.end();) {
+      if (it->second.deadline <= now) {
+        late.push_back(std::move(it->second));
+        it = unanswered_.erase(it);
+      } else {
+        next = std::min(next, it->second.deadline);
+        ++it;
       }
-      reply = std::move(found->second.reply);
-      unanswered_.erase(found);
     }
-    if (!reply) return;
-    const JsonValue* result = MemberAt(message, "result");
-    if (error) {
-      reply(nullptr, TextAt(*error, "message"));
-    } else {
-      reply(result ? result : &kNothing, "");
+    next_look_ = Clock::time_point::max();
+    WatchLimit(next);
+  }
+  for (const Command& command : late) {
+    const std::string error = "no answer to " + command.method + " in time";
+    Complain(error);
+    if (command.reply) command.reply(nullptr, error);
+  }
+}
+
+void DevToolsConnection::OnMessage(const std::string& text) {
+  const std::string method = EventMethod(text);
+  const auto receiver = receivers_.find(method);
+  if (!method.empty() && receiver == receivers_.end()) return;
+  if (!method.empty() && receiver->second.wanted && !receiver->second.wanted()) return;
+
+  rapidjson::Document message;
+  const bool readable = ReadMessage(text, &message);
+  if (!readable) Complain("cannot read a message: " + text.substr(0, kMostOfAMessage));
+  if (const JsonValue* id = MemberAt(message, "id"); id && id->IsInt()) {
+    OnReply(id->GetInt(), message, readable);
+  } else if (receiver != receivers_.end()) {
+    const JsonValue* params = MemberAt(message, "params");
+    receiver->second.handle(TextAt(message, "sessionId"), params ? *params : Nothing());
+  }
+}
+
+void DevToolsConnection::OnReply(int id, const JsonValue& message, bool readable) {
+  const JsonValue* error = MemberAt(message, "error");
+  ReplyHandler reply;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    const auto found = unanswered_.find(id);
+    if (found == unanswered_.end()) return;
+    if (error && NumberAt(*error, "code") == kMethodNotFound && unknown_command_.empty()) {
+      unknown_command_ = found->second.method;
     }
+    reply = std::move(found->second.reply);
+    unanswered_.erase(found);
+  }
+  if (!reply) return;
+  if (!readable || error) {
+    reply(nullptr, error ? TextAt(*error, "message") : kUnreadable);
     return;
   }
-  const auto handler = handlers_.find(TextAt(message, "method"));
-  if (handler == handlers_.end()) return;
-  const JsonValue* params = MemberAt(message, "params");
-  handler->second(TextAt(message, "sessionId"), params ? *params : kNothing);
+  const JsonValue* result = MemberAt(message, "result");
+  reply(result ? result : &Nothing(), "");
 }
 
 void DevToolsConnection::OnPipeClosed() {

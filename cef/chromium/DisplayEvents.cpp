@@ -1,9 +1,10 @@
 #include "cef/chromium/DisplayEvents.h"
 
 #include <functional>
+#include <memory>
 
 #include "cef/chromium/Browser.h"
-#include "cef/chromium/MessageLoop.h"
+#include "cef/chromium/PageQueue.h"
 
 namespace engine {
 namespace {
@@ -23,17 +24,15 @@ constexpr char kTitleScript[] = R"(((blank) => {
   look();
 }))";
 
+constexpr size_t kMostLines = 256;
+constexpr size_t kMostTitles = 64;
+
 using DisplayTask = std::function<void(const CefRefPtr<Browser>&, CefDisplayHandler&)>;
 
-void Post(BrowserTable& table, const std::string& session, DisplayTask task) {
-  const CefRefPtr<Browser> browser = table.BySession(session);
-  if (!browser.get()) return;
-  MessageLoop::Get().PostTask([browser, task = std::move(task)] {
-    const CefRefPtr<CefClient> client = browser->client();
-    if (!client.get()) return;
-    const CefRefPtr<CefDisplayHandler> handler = client->GetDisplayHandler();
-    if (handler.get()) task(browser, *handler);
-  });
+void Tell(const CefRefPtr<Browser>& browser, const DisplayTask& task) {
+  const CefRefPtr<CefClient> client = browser.get() ? browser->client() : nullptr;
+  const CefRefPtr<CefDisplayHandler> handler = client.get() ? client->GetDisplayHandler() : nullptr;
+  if (handler.get()) task(browser, *handler);
 }
 
 cef_log_severity_t Severity(const std::string& level) {
@@ -43,14 +42,36 @@ cef_log_severity_t Severity(const std::string& level) {
   return LOGSEVERITY_INFO;
 }
 
-void PostLine(BrowserTable& table, const std::string& session, const std::string& level,
-              const std::string& message, const std::string& source, int64_t line) {
-  Post(table, session,
-       [severity = Severity(level), message, source, line](const CefRefPtr<Browser>& browser,
-                                                           CefDisplayHandler& handler) {
-         handler.OnConsoleMessage(browser.get(), severity, message, source, static_cast<int>(line));
-       });
-}
+// The consoles of all pages.
+class Console {
+ public:
+  explicit Console(BrowserTable& table) : table_(table) {}
+
+  bool HasRoom() { return lines_->HasRoom(); }
+  void Post(const std::string& session, const std::string& level, const std::string& message,
+            const std::string& source, int64_t line) {
+    const CefRefPtr<Browser> browser = table_.BySession(session);
+    if (!browser.get()) return;
+    lines_->Post(
+        [browser, severity = Severity(level), message = Cut(message), source = Cut(source), line] {
+          Tell(browser, [&](const CefRefPtr<Browser>& from, CefDisplayHandler& handler) {
+            handler.OnConsoleMessage(from.get(), severity, message, source, static_cast<int>(line));
+          });
+        });
+  }
+
+ private:
+  void LeftOut(size_t count) {
+    Tell(table_.Newest(), [count](const CefRefPtr<Browser>& browser, CefDisplayHandler& handler) {
+      handler.OnConsoleMessage(browser.get(), LOGSEVERITY_WARNING,
+                               std::to_string(count) + " console messages were left out", "", 0);
+    });
+  }
+
+  BrowserTable& table_;
+  const std::shared_ptr<PageQueue> lines_ =
+      std::make_shared<PageQueue>(kMostLines, [this](size_t count) { LeftOut(count); });
+};
 
 // What the console shows of a value.
 std::string ArgumentText(const JsonValue& argument) {
@@ -63,10 +84,11 @@ std::string ArgumentText(const JsonValue& argument) {
   return description.empty() ? TextAt(argument, "type") : description;
 }
 
-void OnConsoleCall(BrowserTable& table, const std::string& session, const JsonValue& params) {
+void OnConsoleCall(Console& console, const std::string& session, const JsonValue& params) {
   std::string message;
   if (const JsonValue* arguments = MemberAt(params, "args"); arguments && arguments->IsArray()) {
     for (const JsonValue& argument : arguments->GetArray()) {
+      if (message.size() > kLongestPageText) break;
       if (!message.empty()) message += ' ';
       message += ArgumentText(argument);
     }
@@ -79,50 +101,55 @@ void OnConsoleCall(BrowserTable& table, const std::string& session, const JsonVa
     source = TextAt((*frames)[0], "url");
     line = NumberAt((*frames)[0], "lineNumber") + 1;
   }
-  PostLine(table, session, TextAt(params, "type"), message, source, line);
+  console.Post(session, TextAt(params, "type"), message, source, line);
 }
 
-void OnException(BrowserTable& table, const std::string& session, const JsonValue& params) {
+void OnException(Console& console, const std::string& session, const JsonValue& params) {
   const JsonValue* details = MemberAt(params, "exceptionDetails");
   if (!details) return;
   std::string message = TextAt(*details, "text");
   if (const JsonValue* exception = MemberAt(*details, "exception")) {
     message += " " + ArgumentText(*exception);
   }
-  PostLine(table, session, "error", message, TextAt(*details, "url"),
-           NumberAt(*details, "lineNumber") + 1);
+  console.Post(session, "error", message, TextAt(*details, "url"),
+               NumberAt(*details, "lineNumber") + 1);
 }
 
-void OnLogEntry(BrowserTable& table, const std::string& session, const JsonValue& params) {
+void OnLogEntry(Console& console, const std::string& session, const JsonValue& params) {
   const JsonValue* entry = MemberAt(params, "entry");
   if (!entry) return;
-  PostLine(table, session, TextAt(*entry, "level"), TextAt(*entry, "text"), TextAt(*entry, "url"),
-           NumberAt(*entry, "lineNumber"));
+  console.Post(session, TextAt(*entry, "level"), TextAt(*entry, "text"), TextAt(*entry, "url"),
+               NumberAt(*entry, "lineNumber"));
 }
 
 }  // namespace
 
 void SubscribeDisplayEvents(DevToolsConnection& connection, BrowserTable& table) {
+  const auto titles = std::make_shared<PageQueue>(kMostTitles);
   connection.On("Runtime.bindingCalled",
-                [&table](const std::string& session, const JsonValue& params) {
-                  if (TextAt(params, "name") != kTitleBinding) return;
-                  Post(table, session,
-                       [title = TextAt(params, "payload")](const CefRefPtr<Browser>& browser,
-                                                           CefDisplayHandler& handler) {
-                         handler.OnTitleChange(browser.get(), title);
-                       });
+                [&table, titles](const std::string& session, const JsonValue& params) {
+                  const CefRefPtr<Browser> browser = table.BySession(session);
+                  if (!browser.get() || TextAt(params, "name") != kTitleBinding) return;
+                  titles->Post([browser, title = Cut(TextAt(params, "payload"))] {
+                    Tell(browser, [&](const CefRefPtr<Browser>& from, CefDisplayHandler& handler) {
+                      handler.OnTitleChange(from.get(), title);
+                    });
+                  });
                 });
-  connection.On("Runtime.consoleAPICalled",
-                [&table](const std::string& session, const JsonValue& params) {
-                  OnConsoleCall(table, session, params);
-                });
-  connection.On("Runtime.exceptionThrown",
-                [&table](const std::string& session, const JsonValue& params) {
-                  OnException(table, session, params);
-                });
-  connection.On("Log.entryAdded", [&table](const std::string& session, const JsonValue& params) {
-    OnLogEntry(table, session, params);
-  });
+
+  using Handler = void (*)(Console&, const std::string&, const JsonValue&);
+  const auto console = std::make_shared<Console>(table);
+  const std::pair<const char*, Handler> lines[] = {{"Runtime.consoleAPICalled", OnConsoleCall},
+                                                   {"Runtime.exceptionThrown", OnException},
+                                                   {"Log.entryAdded", OnLogEntry}};
+  for (const auto& [method, handle] : lines) {
+    connection.On(
+        method,
+        [console, handle = handle](const std::string& session, const JsonValue& params) {
+          handle(*console, session, params);
+        },
+        [console] { return console->HasRoom(); });
+  }
 }
 
 void EnableTitles(DevToolsConnection& connection, const std::string& session,

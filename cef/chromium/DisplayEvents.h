@@ -10,7 +10,9 @@
 
 namespace engine {
 
-// Before the connection is opened. Both must live as long as the process.
+// Before the connection is opened. Both must live as long as the process. Texts are cut to
+// kLongestPageText; what a page says faster than the client takes it is left out, and a last line
+// tells how much.
 void SubscribeDisplayEvents(DevToolsConnection& connection, BrowserTable& table);
 
 // Has the pages of a session report their titles: Chromium itself tells of them at navigations

@@ -1,5 +1,7 @@
 #include "cef/chromium/FrameEvents.h"
 
+#include "cef/chromium/PageQueue.h"
+
 namespace engine {
 
 void SubscribeFrameEvents(DevToolsConnection& connection, BrowserTable& table) {

@@ -1,7 +1,6 @@
 #include "cef/chromium/LoadErrors.h"
 
 #include "cef/chromium/Browser.h"
-#include "cef/chromium/MessageLoop.h"
 
 namespace engine {
 namespace {
@@ -9,10 +8,12 @@ namespace {
 // An answer of this generation only: an HTTP error without a body. It is no load error.
 constexpr char kEmptyHttpError[] = "net::ERR_HTTP_RESPONSE_CODE_FAILURE";
 
+constexpr size_t kMostErrors = 64;
+
 }  // namespace
 
 LoadErrors::LoadErrors(DevToolsConnection& connection, BrowserTable& table)
-    : connection_(connection), table_(table) {}
+    : connection_(connection), table_(table), errors_(std::make_shared<PageQueue>(kMostErrors)) {}
 
 void LoadErrors::Subscribe() {
   connection_.On(
@@ -38,19 +39,22 @@ void LoadErrors::OnRequest(const std::string& session, const JsonValue& params) 
   if (!table_.FindFrame(frame_id, &frame) || frame.session != session) {
     table_.SetFrame(session, frame_id);
   }
-  navigations_[TextAt(params, "requestId")] = {browser->target_id(), frame_id,
-                                               url + TextAt(*request, "urlFragment")};
+  navigations_[TextAt(params, "requestId")] = {
+      browser->target_id(), frame_id,
+      Cut(url + TextAt(*request, "urlFragment"), kLongestPageAddress)};
 }
 
 void LoadErrors::OnFailed(const std::string&, const JsonValue& params) {
-  const auto found = navigations_.find(TextAt(params, "requestId"));
+  const std::string request = TextAt(params, "requestId");
+  if (on_failed_) on_failed_(request);
+  const auto found = navigations_.find(request);
   if (found == navigations_.end()) return;
   const Navigation navigation = found->second;
   navigations_.erase(found);
   const std::string error = TextAt(params, "errorText");
   const CefRefPtr<Browser> browser = table_.ByTarget(navigation.target_id);
   if (!browser.get() || error == kEmptyHttpError) return;
-  MessageLoop::Get().PostTask([browser, navigation, error] {
+  errors_->Post([browser, navigation, error] {
     browser->NotifyLoadError(navigation.frame_id, error, navigation.url);
   });
 }

@@ -3,23 +3,32 @@
 #ifndef CEF_CHROMIUM_LOADERRORS_H_
 #define CEF_CHROMIUM_LOADERRORS_H_
 
+#include <functional>
 #include <map>
+#include <memory>
 #include <string>
+#include <utility>
 
 #include "cef/chromium/BrowserTable.h"
 #include "cef/chromium/DevToolsConnection.h"
+#include "cef/chromium/PageQueue.h"
 
 namespace engine {
 
 // Reports a failed navigation of any frame: with the error's name as Chromium gives it
 // ("net::ERR_..."), and the address that failed, after redirects. Data addresses are left out,
-// since clients use them to show their own error page.
+// since clients use them to show their own error page, and so are the frames of a page that fails
+// faster than the client takes it.
 class LoadErrors {
  public:
   // Both must live as long as the process.
   LoadErrors(DevToolsConnection& connection, BrowserTable& table);
 
-  // Before the connection is opened.
+  // Before the connection is opened. `handler` is told the network's id of every request of a page
+  // that has failed or was given up, on the IO thread.
+  void OnAnyFailed(std::function<void(const std::string& network_id)> handler) {
+    on_failed_ = std::move(handler);
+  }
   void Subscribe();
 
   // Forgets the navigations of a browser. IO thread.
@@ -37,6 +46,8 @@ class LoadErrors {
 
   DevToolsConnection& connection_;
   BrowserTable& table_;
+  const std::shared_ptr<PageQueue> errors_;
+  std::function<void(const std::string&)> on_failed_;
   std::map<std::string, Navigation> navigations_;  // by request id; IO thread only
 };
 

@@ -77,26 +77,13 @@ void PipeTransport::OnWritable() {
 }
 
 void PipeTransport::OnReadable() {
-  const size_t filled = received_.size();
-  received_.resize(filled + kReadSize);
-  ssize_t count = read(read_fd_, &received_[filled], kReadSize);
-  const int error = errno;
-  received_.resize(filled + static_cast<size_t>(count > 0 ? count : 0));
+  char piece[kReadSize];
+  const ssize_t count = read(read_fd_, piece, sizeof piece);
   if (count > 0) {
-    TakeMessages();
-  } else if (count == 0 || (error != EAGAIN && error != EINTR)) {
+    received_.Feed(piece, static_cast<size_t>(count), on_message_);
+  } else if (count == 0 || (errno != EAGAIN && errno != EINTR)) {
     Close();
   }
-}
-
-void PipeTransport::TakeMessages() {
-  size_t begin = 0;
-  for (size_t end; (end = received_.find('\0', scanned_)) != std::string::npos; begin = end + 1) {
-    scanned_ = end + 1;
-    on_message_(received_.substr(begin, end - begin));
-  }
-  received_.erase(0, begin);
-  scanned_ = received_.size();
 }
 
 void PipeTransport::Close() {

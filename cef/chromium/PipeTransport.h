@@ -1,4 +1,4 @@
-// Framing of the DevTools pipe: one JSON text and a NUL per message.
+// The two ends of the DevTools pipe: one JSON text and a NUL per message.
 
 #ifndef CEF_CHROMIUM_PIPETRANSPORT_H_
 #define CEF_CHROMIUM_PIPETRANSPORT_H_
@@ -8,13 +8,15 @@
 #include <mutex>
 #include <string>
 
+#include "cef/chromium/MessageBuffer.h"
+
 namespace engine {
 
 // Make it with std::make_shared: the IO thread keeps it alive while the pipe is open. The handlers
 // run on the IO thread and are dropped once the pipe has closed.
 class PipeTransport : public std::enable_shared_from_this<PipeTransport> {
  public:
-  using MessageHandler = std::function<void(const std::string& message)>;
+  using MessageHandler = MessageBuffer::Handler;
   using CloseHandler = std::function<void()>;
 
   // The descriptors become non-blocking and stay the caller's, who must not close them before
@@ -35,7 +37,6 @@ class PipeTransport : public std::enable_shared_from_this<PipeTransport> {
   void OnReadable();
   void OnWritable();
   void WritePending();  // with mutex_ held
-  void TakeMessages();
   void Close();
 
   const int write_fd_;
@@ -49,8 +50,7 @@ class PipeTransport : public std::enable_shared_from_this<PipeTransport> {
   // IO thread only.
   MessageHandler on_message_;
   CloseHandler on_close_;
-  std::string received_;
-  size_t scanned_ = 0;  // bytes of received_ that hold no NUL
+  MessageBuffer received_;
 };
 
 }  // namespace engine

@@ -106,10 +106,12 @@ void Targets::AttachOrdered(const std::string& target, const std::string& sessio
     factory_.Finish();
   });
   // The first page must not outrun the set-up, which waits for the window's renderer.
-  connection_.Send(session, "Runtime.runIfWaitingForDebugger", {},
-                   [this, browser, url = order.url](const JsonValue*, const std::string&) {
-                     MessageLoop::Get().PostTask([this, browser, url] { LoadFirst(browser, url); });
-                   });
+  connection_.Send(
+      session, "Runtime.runIfWaitingForDebugger", {},
+      [this, browser, url = order.url](const JsonValue*, const std::string&) {
+        MessageLoop::Get().PostTask([this, browser, url] { LoadFirst(browser, url); });
+      },
+      DevToolsConnection::kFirstPageLimit);
   connection_.Send(session, "Page.bringToFront");
 }
 

@@ -17,6 +17,14 @@ size_t ClosingBrace(const std::string& text, size_t begin) {
   return std::string::npos;
 }
 
+std::string Bytes(const std::string& hexadecimal) {
+  std::string bytes;
+  for (size_t at = 0; at < hexadecimal.size(); at += 2) {
+    bytes += static_cast<char>(std::strtoul(hexadecimal.substr(at, 2).c_str(), nullptr, 16));
+  }
+  return bytes;
+}
+
 }  // namespace
 
 std::vector<std::string> AddressesIn(const std::string& text) {
@@ -60,6 +68,7 @@ std::string Texts::Value(const std::string& word, const std::string& argument, b
   if (word == "field") return visit_.Parameter(argument);
   if (word == "address") return Address(argument);
   if (word == "pad") return std::string(std::strtoul(argument.c_str(), nullptr, 10), 'x');
+  if (word == "bytes") return Bytes(argument);
   if (word == "set") {
     const auto found = set_.find(argument);
     return found == set_.end() ? "" : found->second;

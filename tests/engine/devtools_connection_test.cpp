@@ -16,7 +16,9 @@
 using engine::DevToolsConnection;
 using engine::JsonObject;
 using engine::JsonValue;
+using engine::MessageBuffer;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 
 namespace {
 
@@ -142,17 +144,108 @@ TEST_F(DevToolsConnectionTest, TheEndOfThePipeAnswersEverybody) {
   std::string error;
   EXPECT_FALSE(connection_.Call("", "A.two", {}, kLimit, &error));
   peer.join();
-  EXPECT_THAT(error, ::testing::HasSubstr("closed"));
+  EXPECT_THAT(error, HasSubstr("closed"));
   EXPECT_EQ(waiting.get_future().get(), error);
   // Also who comes late.
   EXPECT_FALSE(connection_.Call("", "A.three", {}, kLimit, &error));
 }
 
-TEST_F(DevToolsConnectionTest, ASilentPeerEndsTheWaitInTime) {
+TEST_F(DevToolsConnectionTest, EveryCommandHasItsTime) {
   Open();
   std::string error;
   EXPECT_FALSE(connection_.Call("", "A.one", {}, std::chrono::milliseconds(50), &error));
-  EXPECT_THAT(error, ::testing::HasSubstr("A.one"));
+  EXPECT_THAT(error, HasSubstr("A.one"));
+  std::promise<std::string> given_up, answered;
+  int calls = 0;
+  connection_.Send(
+      "", "A.answered", {},
+      [&](const JsonValue* result, const std::string&) { answered.set_value(result ? "ok" : ""); },
+      kLimit);
+  connection_.Send(
+      "", "A.late", {},
+      [&](const JsonValue* result, const std::string& text) {
+        ++calls;
+        given_up.set_value(result ? "" : text);
+      },
+      std::chrono::milliseconds(50));
+  EXPECT_THAT(given_up.get_future().get(), HasSubstr("A.late"));
+  // An answer that comes now is nobody's any more.
+  Reply(R"({"id":3,"result":{}}|{"id":2,"result":{}}|)");
+  EXPECT_EQ(answered.get_future().get(), "ok");
+  EXPECT_EQ(calls, 1);
+}
+
+// Chromium's way to write bytes that are no UTF-8, which is no JSON.
+TEST_F(DevToolsConnectionTest, HalvesOfSurrogatePairsAreRead) {
+  const struct {
+    const char* written;
+    const char* read;
+  } cases[] = {{R"(\udaae)", "\xEF\xBF\xBD"},
+               {R"(\udc80x)", "\xEF\xBF\xBDx"},
+               {R"(\uDAAE\udaae\u0041)", "\xEF\xBF\xBD\xEF\xBF\xBD\x41"},
+               {R"(\ud83d\ude00)", "\xF0\x9F\x98\x80"},
+               {R"(\ud83d\ud83d\ude00)", "\xEF\xBF\xBD\xF0\x9F\x98\x80"},
+               {R"(\\udaae)", "\\udaae"}};
+  std::vector<std::string> events;
+  connection_.On("A.happened", [&](const std::string&, const JsonValue& params) {
+    events.push_back(engine::TextAt(params, "what"));
+  });
+  std::promise<std::string> last;
+  Open();
+  connection_.Send("", "A.last", {}, [&](const JsonValue* result, const std::string&) {
+    last.set_value(result ? engine::TextAt(*result, "what") : "");
+  });
+  for (const auto& entry : cases) {
+    Reply(std::string(R"({"method":"A.happened","params":{"what":")") + entry.written + "\"}}|");
+  }
+  Reply(R"({"id":1,"result":{"what":"\udead"}}|)");
+  EXPECT_EQ(last.get_future().get(), "\xEF\xBF\xBD");
+  ASSERT_EQ(events.size(), std::size(cases));
+  for (size_t i = 0; i < events.size(); ++i) EXPECT_EQ(events[i], cases[i].read);
+}
+
+TEST_F(DevToolsConnectionTest, NothingUnreadableIsLost) {
+  std::vector<std::string> events;
+  connection_.On("A.paused", [&](const std::string&, const JsonValue& params) {
+    events.push_back(engine::TextAt(params, "requestId") +
+                     std::to_string(engine::NumberAt(params, "number")));
+  });
+  std::promise<std::string> failed;
+  Open();
+  connection_.Send("", "A.one", {}, [&](const JsonValue* result, const std::string& error) {
+    failed.set_value(result ? "" : error);
+  });
+  Reply(
+      R"({"method":"A.paused","params":{"requestId":"r","number":7,"request":{"number":8,"x":\}}|)"
+      R"({"id":1,"result":{"a":[1,}}|)");
+  EXPECT_EQ(failed.get_future().get(), "the reply cannot be read");
+  EXPECT_THAT(events, ElementsAre("r7"));
+}
+
+// The body of a large form, in front of and behind what matters; and no end of small parts.
+TEST_F(DevToolsConnectionTest, LargeMessagesAreCutAndStayReadable) {
+  std::vector<std::string> events;
+  connection_.On("A.paused", [&](const std::string&, const JsonValue& params) {
+    const JsonValue* body = engine::MemberAt(params, "body");
+    events.push_back(engine::TextAt(params, "requestId") + engine::TextAt(params, "end"));
+    EXPECT_LE(body ? body->GetStringLength() : 0, MessageBuffer::kLongestText);
+  });
+  std::promise<void> done;
+  Open();
+  connection_.Send("", "A.one", {},
+                   [&](const JsonValue*, const std::string&) { done.set_value(); });
+  std::string parts;
+  while (parts.size() < 2 * MessageBuffer::kLongestMessage) parts += "{\"a\":[1,2,3]},";
+  for (const char* unit : {"x", "\\\"", "\\u00e9", "\\ud83d\\ude00", "\xC3\xA9"}) {
+    std::string body;
+    while (body.size() < 2 * MessageBuffer::kLongestText) body += unit;
+    Reply(R"({"method":"A.paused","params":{"requestId":"r","body":")" + body +
+          R"(","end":"e"}}|)");
+  }
+  Reply(R"({"method":"A.paused","params":{"requestId":"s","parts":[)" + parts +
+        R"(0],"end":"e"}}|{"id":1,"result":{}}|)");
+  ASSERT_EQ(done.get_future().wait_for(kLimit), std::future_status::ready);
+  EXPECT_THAT(events, ElementsAre("re", "re", "re", "re", "re", "s"));
 }
 
 }  // namespace

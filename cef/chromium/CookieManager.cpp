@@ -30,7 +30,7 @@ NewCookie ToNewCookie(const CefString& url, const CefCookie& cookie) {
 CookieStore::Filter Only(const StoredCookie& wanted) {
   return [wanted](const StoredCookie& cookie) {
     return cookie.name == wanted.name && cookie.domain == wanted.domain &&
-           cookie.path == wanted.path;
+           cookie.path == wanted.path && cookie.partition == wanted.partition;
   };
 }
 
@@ -100,13 +100,18 @@ bool CookieManager::DeleteCookies(const CefString& url, const CefString& cookie_
   const std::string name = cookie_name.ToString();
   const DeleteCookiesScope scope = CheckDeleteCookies(url.ToString(), name);
   if (scope == DeleteCookiesScope::kInvalidUrl) return false;
+  const auto done = [callback](int deleted) { PostResult(callback, deleted); };
+  if (scope == DeleteCookiesScope::kAll) {
+    store_.DeleteAll(done);
+    return true;
+  }
   Url parsed;
   ParseUrl(url.ToString(), &parsed);
   store_.Delete(
       [scope, parsed, name](const StoredCookie& cookie) {
         return DeletionConcerns(scope, parsed, name, cookie);
       },
-      [callback](int deleted) { PostResult(callback, deleted); });
+      done);
   return true;
 }
 

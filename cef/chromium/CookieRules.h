@@ -16,6 +16,7 @@ struct StoredCookie {
   std::string path;
   bool http_only = false;
   bool secure = false;
+  std::string partition;  // the key, as Chromium's JSON; "" as a rule
 };
 
 // The parts of an address. scheme and host are in lower case; IPv6 hosts keep their brackets; path

@@ -1,6 +1,7 @@
 #include "cef/chromium/CookieStore.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 #include "cef/chromium/IoThread.h"
@@ -16,11 +17,8 @@ StoredCookie ParseCookie(const JsonValue& json) {
   cookie.path = TextAt(json, "path");
   cookie.http_only = FlagAt(json, "httpOnly");
   cookie.secure = FlagAt(json, "secure");
+  if (const JsonValue* key = MemberAt(json, "partitionKey")) cookie.partition = JsonText(*key);
   return cookie;
-}
-
-JsonObject SetCookies(const std::vector<std::string>& cookies) {
-  return JsonObject().AddJson("cookies", JsonArray(cookies));
 }
 
 // Without a leading dot Chromium takes the domain for the name of a single host. Addresses of IP
@@ -42,10 +40,12 @@ std::string ToJson(const NewCookie& cookie) {
   return json.str();
 }
 
-// The same cookie, long expired: Chromium has no other way to delete one without a page.
+// The same cookie, long expired: Chromium has no other way to delete one without a page. Its value
+// does not matter, but name and value must not both be empty.
 std::string Expired(const StoredCookie& cookie) {
   JsonObject json;
-  json.Add("name", cookie.name).Add("value", cookie.value).Add("path", cookie.path);
+  json.Add("name", cookie.name).Add("value", "expired").Add("path", cookie.path);
+  if (!cookie.partition.empty()) json.AddJson("partitionKey", cookie.partition);
   json.Add("secure", cookie.secure).Add("httpOnly", cookie.http_only).Add("expires", 1);
   if (!cookie.domain.empty() && cookie.domain[0] == '.') {
     json.Add("domain", cookie.domain);
@@ -77,42 +77,64 @@ void CookieStore::RunNext() {
 }
 
 void CookieStore::Fetch(std::function<void(Cookies)> done) {
-  connection_.Send("", "Storage.getCookies", {},
-                   [done = std::move(done)](const JsonValue* result, const std::string&) {
-                     Cookies cookies;
-                     const JsonValue* list = result ? MemberAt(*result, "cookies") : nullptr;
-                     if (list && list->IsArray()) {
-                       for (const JsonValue& json : list->GetArray()) {
-                         cookies.push_back(ParseCookie(json));
-                       }
-                     }
-                     std::stable_sort(cookies.begin(), cookies.end(),
-                                      [](const StoredCookie& a, const StoredCookie& b) {
-                                        return a.path.size() > b.path.size();
-                                      });
-                     done(std::move(cookies));
-                   });
+  connection_.Send(
+      "", "Storage.getCookies", {},
+      [done = std::move(done)](const JsonValue* result, const std::string&) {
+        Cookies cookies;
+        const JsonValue* list = result ? MemberAt(*result, "cookies") : nullptr;
+        if (list && list->IsArray()) {
+          for (const JsonValue& json : list->GetArray()) {
+            cookies.push_back(ParseCookie(json));
+          }
+        }
+        std::stable_sort(cookies.begin(), cookies.end(),
+                         [](const StoredCookie& a, const StoredCookie& b) {
+                           return a.path.size() > b.path.size();
+                         });
+        done(std::move(cookies));
+      },
+      DevToolsConnection::kFirstPageLimit);
 }
 
-void CookieStore::Erase(const Cookies& cookies, std::function<void()> done) {
+void CookieStore::Store(const std::vector<std::string>& cookies, std::function<void(bool)> done) {
+  connection_.Send(
+      "", "Storage.setCookies", JsonObject().AddJson("cookies", JsonArray(cookies)),
+      [done = std::move(done)](const JsonValue* result, const std::string&) {
+        done(result != nullptr);
+      },
+      DevToolsConnection::kFirstPageLimit);
+}
+
+// Chromium takes all of a batch or nothing.
+void CookieStore::Erase(const Cookies& cookies, std::function<void(int)> done) {
   if (cookies.empty()) {
-    done();
+    done(0);
     return;
   }
   std::vector<std::string> expired;
   for (const StoredCookie& cookie : cookies) expired.push_back(Expired(cookie));
-  connection_.Send("", "Storage.setCookies", SetCookies(expired),
-                   [done = std::move(done)](const JsonValue*, const std::string&) { done(); });
+  Store(expired, [this, expired, done = std::move(done)](bool stored) {
+    if (stored || expired.size() == 1) {
+      done(stored ? static_cast<int>(expired.size()) : 0);
+      return;
+    }
+    const auto deleted = std::make_shared<int>(0);
+    const auto left = std::make_shared<size_t>(expired.size());
+    for (const std::string& one : expired) {
+      Store({one}, [deleted, left, done](bool gone) {
+        *deleted += gone ? 1 : 0;
+        if (--*left == 0) done(*deleted);
+      });
+    }
+  });
 }
 
 void CookieStore::Set(const NewCookie& cookie, std::function<void(bool)> done) {
-  Enqueue([this, params = SetCookies({ToJson(cookie)}),
-           done = std::move(done)](std::function<void()> next) {
-    connection_.Send("", "Storage.setCookies", params,
-                     [done, next](const JsonValue* result, const std::string&) {
-                       done(result != nullptr);
-                       next();
-                     });
+  Enqueue([this, json = ToJson(cookie), done = std::move(done)](std::function<void()> next) {
+    Store({json}, [done, next](bool stored) {
+      done(stored);
+      next();
+    });
   });
 }
 
@@ -132,10 +154,26 @@ void CookieStore::Delete(Filter filter, std::function<void(int)> done) {
     Fetch([this, filter, done, next](Cookies cookies) {
       const auto drop = [&](const StoredCookie& cookie) { return !filter(cookie); };
       cookies.erase(std::remove_if(cookies.begin(), cookies.end(), drop), cookies.end());
-      Erase(cookies, [done, next, count = static_cast<int>(cookies.size())] {
-        done(count);
+      Erase(cookies, [done, next](int deleted) {
+        done(deleted);
         next();
       });
+    });
+  });
+}
+
+// Also those that cannot be named, having odd bytes in their names.
+void CookieStore::DeleteAll(std::function<void(int)> done) {
+  Enqueue([this, done = std::move(done)](std::function<void()> next) {
+    Fetch([this, done, next](Cookies cookies) {
+      connection_.Send(
+          "", "Storage.clearCookies", {},
+          [done, next, count = static_cast<int>(cookies.size())](const JsonValue* result,
+                                                                 const std::string&) {
+            done(result ? count : 0);
+            next();
+          },
+          DevToolsConnection::kFirstPageLimit);
     });
   });
 }

@@ -25,7 +25,8 @@ struct NewCookie {
 };
 
 // Operations may be ordered from any thread and are carried out one after the other, in the order
-// of the calls; their callbacks run on the IO thread. On a closed connection they fail.
+// of the calls; their callbacks run on the IO thread. They fail on a closed connection, and when
+// Chromium does not answer in time: what waits for them then goes on.
 class CookieStore {
  public:
   using Cookies = std::vector<StoredCookie>;
@@ -34,8 +35,9 @@ class CookieStore {
   explicit CookieStore(DevToolsConnection& connection) : connection_(connection) {}
 
   void Set(const NewCookie& cookie, std::function<void(bool stored)> done);
-  // Deletes the cookies that pass.
+  // Deletes the cookies that pass; one that Chromium refuses to delete does not keep the others.
   void Delete(Filter filter, std::function<void(int deleted)> done);
+  void DeleteAll(std::function<void(int deleted)> done);
   // The cookies that pass; longer paths first, as they are sent.
   void Get(Filter filter, std::function<void(const Cookies&)> done);
   // Calls back when everything ordered before has been carried out.
@@ -48,7 +50,8 @@ class CookieStore {
   void Enqueue(Operation operation);
   void RunNext();
   void Fetch(std::function<void(Cookies)> done);
-  void Erase(const Cookies& cookies, std::function<void()> done);
+  void Store(const std::vector<std::string>& cookies, std::function<void(bool stored)> done);
+  void Erase(const Cookies& cookies, std::function<void(int deleted)> done);
 
   DevToolsConnection& connection_;
 

@@ -33,6 +33,7 @@ inline constexpr DevToolsCall kDevToolsCalls[] = {
     {"Security.enable", false},
     {"Security.handleCertificateError", false},
     {"Security.setOverrideCertificateErrors", false},
+    {"Storage.clearCookies", false},
     {"Storage.getCookies", false},
     {"Storage.setCookies", false},
     {"Target.closeTarget", false},

@@ -181,6 +181,34 @@ TEST_F(CookieManagerTest, DeletionKeepsToItsScope) {
   EXPECT_FALSE(manager_->DeleteCookies("http://", "", nullptr));
 }
 
+// What a page has left in the jar: one that belongs to the page's site alone, and one whose name is
+// no text.
+TEST_F(CookieManagerTest, PagesCookiesAreReadAndAllCleared) {
+  server_.Serve("/page", [](const LocalServer::Request&) {
+    return LocalServer::Answer{
+        200,
+        "<title>end</title>",
+        "text/html",
+        {{"Set-Cookie", "apart=1; Secure; SameSite=None; Partitioned; Path=/; Max-Age=600"},
+         {"Set-Cookie", "apart too=1; Secure; SameSite=None; Partitioned; Path=/; Max-Age=600"},
+         {"Set-Cookie", "odd\xED\xA0\x80=\xED\xA0\x80; Max-Age=600"}}};
+  });
+  client_->on_title = [](CefRefPtr<CefBrowser> browser, const std::string&) {
+    browser->GetHost()->CloseBrowser(true);
+  };
+  Run(server_.Url("/page", "localhost"));
+  const std::string url = "https://localhost/";
+  EXPECT_THAT(Jar(url), SizeIs(3));
+  client_ = new RecordingClient;
+  manager_->DeleteCookies(url, "apart", new DeleteDone(client_));
+  Settle();
+  EXPECT_THAT(Jar(url), SizeIs(2));
+  manager_->DeleteCookies("", "", new DeleteDone(client_));
+  Settle();
+  EXPECT_THAT(client_->trace(), ElementsAre("deleted 1", "deleted 2"));
+  EXPECT_THAT(Jar(url), IsEmpty());
+}
+
 TEST_F(CookieManagerTest, VisitorSeesMatchingCookiesAndMayRemoveOrStop) {
   const std::string url = "http://v.test/deep/page";
   Set(url, "short", "1");

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "cef/chromium/CookieStore.h"
 #include "cef/chromium/DevToolsConnection.h"
 #include "cef/chromium/IoThread.h"
 
@@ -17,6 +18,7 @@ using engine::DevToolsConnection;
 using engine::JsonObject;
 using engine::JsonValue;
 using engine::MessageBuffer;
+using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 
@@ -246,6 +248,24 @@ TEST_F(DevToolsConnectionTest, LargeMessagesAreCutAndStayReadable) {
         R"(0],"end":"e"}}|{"id":1,"result":{}}|)");
   ASSERT_EQ(done.get_future().wait_for(kLimit), std::future_status::ready);
   EXPECT_THAT(events, ElementsAre("re", "re", "re", "re", "re", "s"));
+}
+
+// Chromium takes all cookies of a command or none.
+TEST_F(DevToolsConnectionTest, ACookieThatIsRefusedDoesNotKeepTheOthers) {
+  engine::CookieStore store(connection_);
+  Open();
+  std::promise<int> deleted;
+  store.Delete([](const engine::StoredCookie&) { return true; },
+               [&](int count) { deleted.set_value(count); });
+  EXPECT_THAT(ReadCommand(), HasSubstr("Storage.getCookies"));
+  Reply(R"({"id":1,"result":{"cookies":[{"name":"a","domain":"a.test","path":"/"},)"
+        R"({"name":"b","domain":"a.test","path":"/"}]}}|)");
+  EXPECT_THAT(ReadCommand(), AllOf(HasSubstr(R"("name":"a")"), HasSubstr(R"("name":"b")")));
+  Reply(R"({"id":2,"error":{"message":"Invalid cookie fields"}}|)");
+  EXPECT_THAT(ReadCommand(), HasSubstr(R"("name":"a")"));
+  EXPECT_THAT(ReadCommand(), HasSubstr(R"("name":"b")"));
+  Reply(R"({"id":3,"error":{"message":"Invalid cookie fields"}}|{"id":4,"result":{}}|)");
+  EXPECT_EQ(deleted.get_future().get(), 1);
 }
 
 }  // namespace

@@ -73,7 +73,7 @@ void Certificates::Decide(int64_t event, const std::string& url, const std::stri
 bool Certificates::IsAllowed(const std::string& host, const std::string& error) const {
   const auto fault =
       fault_source_(host, CertStatusBit(NetErrorCode(error)), std::chrono::milliseconds(0));
-  return fault && allowed_.count({host, error, fault->certificate}) != 0;
+  return allowed_.count({host, error, fault ? fault->certificate : ""}) != 0;
 }
 
 void Certificates::Ask(int question, const CefRefPtr<Browser>& browser, const std::string& host,
@@ -104,10 +104,7 @@ void Certificates::Answer(int question, bool allow, const std::string& certifica
   IoThread::Get().PostTask([this, question, allow, certificate] {
     const auto found = questions_.find(question);
     if (found == questions_.end()) return;
-    // An unknown certificate cannot be told from another one, so that is asked for again.
-    if (allow && !certificate.empty()) {
-      allowed_.insert({found->second.host, found->second.error, certificate});
-    }
+    if (allow) allowed_.insert({found->second.host, found->second.error, certificate});
     for (const int64_t event : found->second.events) AnswerEvent(event, allow);
     questions_.erase(found);
   });

@@ -21,7 +21,8 @@
 namespace engine {
 
 // The client is asked for main frames only; everything else with a bad certificate is cancelled
-// without a word. Once allowed, the same certificate passes for that host until the process ends.
+// without a word. Once allowed, the same certificate passes for that host until the process ends;
+// one that was not known, as long as none is known.
 // Chromium does not remember the answers given this way, it asks again for each new connection.
 class Certificates {
  public:
@@ -50,7 +51,8 @@ class Certificates {
     std::vector<int64_t> events;
   };
 
-  // A certificate that the client has allowed for a host in spite of an error.
+  // A certificate, "" when it is not known, that the client has allowed for a host in spite of an
+  // error.
   using Consent = std::tuple<std::string, std::string, std::string>;
 
   void OnError(const JsonValue& params);

@@ -48,9 +48,11 @@ void Engine::Wire() {
   certificates_.SetFaultSource(
       [this](const std::string& host, uint32_t fault,
              std::chrono::milliseconds wait) -> std::optional<CertVerdict> {
-        if (!launch_.net_log()) return std::nullopt;
-        return launch_.net_log()->Fault(host, fault, wait);
+        const std::shared_ptr<NetLog> log = launch_.net_log();
+        if (!log) return std::nullopt;
+        return log->Fault(host, fault, wait);
       });
+  load_errors_.OnAnyFailed([this](const std::string& request) { hooks_.RequestFailed(request); });
   targets_.OnGone([this](const std::string& target_id) {
     hooks_.BrowserGone(target_id);
     certificates_.BrowserGone(target_id);

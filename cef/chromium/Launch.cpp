@@ -133,8 +133,9 @@ Launch::Result Launch::AttemptOnce(const Plan& plan, std::string* err) {
   program_ = options.chromium.path;
   // Without it certificates have one fault only; no reason not to start.
   std::string ignored;
-  net_log_ = NetLog::Start(options.run_folder, &ignored);
-  if (net_log_) options.switches.emplace_back("log-net-log", net_log_->path());
+  const std::shared_ptr<NetLog> log = NetLog::Start(options.run_folder, &ignored);
+  if (log) options.switches.emplace_back("log-net-log", log->path());
+  std::atomic_store(&net_log_, log);
 
   process_ = ChromiumProcess::Start(options, err);
   if (!process_) return Result::kUnfit;
@@ -190,7 +191,7 @@ void Launch::Discard() {
     connection_.WaitClosed(kPipeEndLimit);
     process_.reset();
   }
-  net_log_.reset();
+  std::atomic_store(&net_log_, std::shared_ptr<NetLog>());
 }
 
 void Launch::End() {

@@ -46,8 +46,8 @@ class Launch {
 
   // While Chromium runs.
   const std::string& profile_dir() const { return profile_->dir(); }
-  // Null when there is no log.
-  NetLog* net_log() const { return net_log_.get(); }
+  // Null when there is no log. The log outlasts its owner while somebody still asks it. Any thread.
+  std::shared_ptr<NetLog> net_log() const { return std::atomic_load(&net_log_); }
 
  private:
   using Clock = std::chrono::steady_clock;
@@ -75,7 +75,7 @@ class Launch {
   DevToolsConnection& connection_;
   // In the order of their making; they are given up in the reverse order.
   std::unique_ptr<Profile> profile_;
-  std::unique_ptr<NetLog> net_log_;
+  std::shared_ptr<NetLog> net_log_;  // replaced atomically
   std::unique_ptr<ChromiumProcess> process_;
   std::string program_;  // the path of the Chromium that is being tried
 };

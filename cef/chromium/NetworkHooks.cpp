@@ -11,6 +11,9 @@
 namespace engine {
 namespace {
 
+// Workers' requests that were given up are not heard of again.
+constexpr size_t kMostPending = 4096;
+
 cef_resource_type_t ResourceType(const std::string& type, bool main_frame) {
   static const std::map<std::string, cef_resource_type_t> kTypes = {
       {"Stylesheet", RT_STYLESHEET},
@@ -29,14 +32,20 @@ cef_resource_type_t ResourceType(const std::string& type, bool main_frame) {
   return found == kTypes.end() ? RT_SUB_RESOURCE : found->second;
 }
 
-bool EndsWith(const std::string& text, const std::string& end) {
-  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+// The number in "interception-job-7.1": the same for every hop.
+uint64 RequestNumber(const std::string& id) {
+  const size_t digits = id.find_first_of("0123456789");
+  return digits == std::string::npos ? 0 : std::strtoull(id.c_str() + digits, nullptr, 10);
 }
 
-// Requests that no client ever sees: the window's icon and cross-origin preflights.
-bool IsInternal(const std::string& type, const std::string& url) {
-  return type == "Preflight" ||
-         (type == "Other" && EndsWith(url.substr(0, url.find('?')), "/favicon.ico"));
+// Requests that no client ever sees: icons, manifests and cross-origin preflights. Chromium counts
+// icons and manifests among the others, of which these alone ask for images or are of medium
+// urgency.
+bool IsInternal(const std::string& type, const JsonValue& request) {
+  if (type != "Other") return type == "Preflight" || type == "Manifest";
+  const JsonValue* headers = MemberAt(request, "headers");
+  return (headers && TextAt(*headers, "Accept").rfind("image/", 0) == 0) ||
+         TextAt(request, "initialPriority") == "Medium";
 }
 
 bool IsRedirect(int64_t status, const HeaderMap& headers) {
@@ -119,7 +128,7 @@ void NetworkHooks::OnPaused(const JsonValue& params) {
   const std::string id = TextAt(params, "requestId");
   if (MemberAt(params, "responseErrorReason")) {
     // Failed, before or after its answer: what the client has to know of it comes another way.
-    pending_.erase(id);
+    pending_.erase(KeyOf(id));
     Continue(id);
   } else if (MemberAt(params, "responseStatusCode")) {
     OnResponse(id, params);
@@ -134,7 +143,8 @@ bool NetworkHooks::Describe(const JsonValue& params, Pending* pending) const {
   const std::string type = TextAt(params, "resourceType");
   const std::string frame_id = TextAt(params, "frameId");
   pending->url = TextAt(*request, "url");
-  if (IsInternal(type, pending->url)) return false;
+  pending->network_id = TextAt(params, "networkId");
+  if (IsInternal(type, *request)) return false;
 
   pending->browser = table_.ByFrame(frame_id);
   const bool known_frame = pending->browser.get() != nullptr;
@@ -161,7 +171,7 @@ void NetworkHooks::OnRequest(const std::string& id, const JsonValue& params) {
     return;
   }
   pending.handler = FindHandler(pending.browser, pending.frame, pending.request);
-  pending_[id] = pending;
+  Keep(id, pending);
   const CefRefPtr<CefResourceRequestHandler> handler = pending.handler;
   if (!handler.get()) {
     Continue(id);
@@ -181,14 +191,14 @@ void NetworkHooks::OnRequest(const std::string& id, const JsonValue& params) {
       break;
     default:
       callback->Disarm();
-      pending_.erase(id);
+      pending_.erase(KeyOf(id));
       Abort(id);
       break;
   }
 }
 
 void NetworkHooks::NotifyRedirect(const std::string& former_id, const std::string& new_url) {
-  const auto found = pending_.find(former_id);
+  const auto found = pending_.find(KeyOf(former_id));
   if (found == pending_.end()) return;
   const Pending former = std::move(found->second);
   pending_.erase(found);
@@ -201,7 +211,7 @@ void NetworkHooks::NotifyRedirect(const std::string& former_id, const std::strin
 void NetworkHooks::OnResponse(const std::string& id, const JsonValue& params) {
   HeaderMap headers = ResponseHeaders(params);
   const bool redirect = IsRedirect(NumberAt(params, "responseStatusCode"), headers);
-  const auto found = pending_.find(id);
+  const auto found = pending_.find(KeyOf(id));
   if (found == pending_.end()) {
     Continue(id);
     return;
@@ -223,10 +233,32 @@ void NetworkHooks::OnResponse(const std::string& id, const JsonValue& params) {
   Continue(id);
 }
 
-void NetworkHooks::BrowserGone(const std::string& target_id) {
+NetworkHooks::Key NetworkHooks::KeyOf(const std::string& id) { return {RequestNumber(id), id}; }
+
+template <typename Condition>
+void NetworkHooks::ForgetIf(Condition condition) {
   for (auto it = pending_.begin(); it != pending_.end();) {
-    it = it->second.browser->target_id() == target_id ? pending_.erase(it) : std::next(it);
+    it = condition(it->second) ? pending_.erase(it) : std::next(it);
   }
+}
+
+void NetworkHooks::Keep(const std::string& id, const Pending& pending) {
+  if (pending.main_frame) {
+    // It takes the place of whatever the window was about to load.
+    ForgetIf([&](const Pending& former) {
+      return former.main_frame && former.browser->target_id() == pending.browser->target_id();
+    });
+  }
+  if (pending_.size() >= kMostPending) pending_.erase(pending_.begin());
+  pending_[KeyOf(id)] = pending;
+}
+
+void NetworkHooks::RequestFailed(const std::string& network_id) {
+  ForgetIf([&](const Pending& pending) { return pending.network_id == network_id; });
+}
+
+void NetworkHooks::BrowserGone(const std::string& target_id) {
+  ForgetIf([&](const Pending& pending) { return pending.browser->target_id() == target_id; });
 }
 
 CefRefPtr<Browser> NetworkHooks::LoadingMainFrame(const std::string& url) const {

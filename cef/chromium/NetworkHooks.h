@@ -5,6 +5,7 @@
 
 #include <map>
 #include <string>
+#include <utility>
 
 #include "cef/chromium/Browser.h"
 #include "cef/chromium/BrowserTable.h"
@@ -16,10 +17,10 @@ namespace engine {
 // Chromium pauses each request before it is sent and again when its answer's headers are there; the
 // client is called in place, on the IO thread, and then the request goes on.
 //
-// Requests for the window's icon call no hook, nor do data and about pages and what comes from a
-// page's memory. A worker's requests count as the newest browser's. The request is sent as it is:
-// flags that the client sets have no effect, a cookie filter and a resource handler are asked for
-// but not used.
+// Requests for icons and manifests, which are Chromium's own business, call no hook, nor do data
+// and about pages and what comes from a page's memory. A worker's requests count as the newest
+// browser's. The request is sent as it is: flags that the client sets have no effect, a cookie
+// filter and a resource handler are asked for but not used.
 class NetworkHooks {
  public:
   // Both must live as long as the process.
@@ -31,6 +32,9 @@ class NetworkHooks {
   // replies are not waited for.
   void Enable();
 
+  // Forgets a request that has failed or was given up by its page; by the network's id for it. IO
+  // thread.
+  void RequestFailed(const std::string& network_id);
   // Forgets the requests of a browser. IO thread.
   void BrowserGone(const std::string& target_id);
 
@@ -47,8 +51,12 @@ class NetworkHooks {
     CefRefPtr<CefResponse> redirect;               // the answer, if it sends the request elsewhere
     CefRefPtr<CefResourceRequestHandler> handler;  // null: the client does not care
     std::string url;
+    std::string network_id;  // "" when no page speaks for the request
     bool main_frame = false;
   };
+  // The number of the request, which grows, and the interception's id.
+  using Key = std::pair<uint64, std::string>;
+  using PendingMap = std::map<Key, Pending>;
 
   void OnPaused(const JsonValue& params);
   void OnRequest(const std::string& id, const JsonValue& params);
@@ -56,12 +64,16 @@ class NetworkHooks {
   void NotifyRedirect(const std::string& former_id, const std::string& new_url);
   bool Describe(const JsonValue& params, Pending* pending) const;
 
+  static Key KeyOf(const std::string& id);
+  void Keep(const std::string& id, const Pending& pending);
+  template <typename Condition>
+  void ForgetIf(Condition condition);
   void Continue(const std::string& id);
   void Abort(const std::string& id);
 
   DevToolsConnection& connection_;
   BrowserTable& table_;
-  std::map<std::string, Pending> pending_;  // by interception id; IO thread only
+  PendingMap pending_;  // IO thread only
 };
 
 }  // namespace engine

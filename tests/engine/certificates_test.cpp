@@ -2,7 +2,16 @@
 
 #include "testing/gateway/Certificates.h"
 
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+
+#include <atomic>
+#include <cerrno>
 #include <chrono>
+#include <cstddef>
+#include <iterator>
 #include <thread>
 
 #include "testing/support/TrustStore.h"
@@ -174,6 +183,45 @@ TEST_F(CertificatesTest, NobodyIsAskedOnceTheWindowIsBeingClosed) {
   EXPECT_THAT(Questions(), IsEmpty());
 }
 
+// What a page gave up must not make a later request of the same address look like a page.
+TEST_F(CertificatesTest, APageThatWasGivenUpIsNotAskedAboutAgain) {
+  FaultyServer faulty(CertificateKind::kUnknownAuthority);
+  const std::string bad = faulty.server->Url("/page", "bad.test");
+  // The page asks how far things are, since a page that is being left runs no scripts of others.
+  server_.Page("/start",
+               "<script>async function when(step) {"
+               "  while (await (await fetch('/step')).text() !== step);"
+               "} onload = async () => {"
+               "  location = '" +
+                   bad +
+                   "'; await when('asked'); stop(); await when('given up');"
+                   "  fetch('" +
+                   bad +
+                   "', {mode: 'no-cors'}).catch(() => { document.title = 'end'; });"
+                   "}</script>");
+  std::atomic<const char*> step{"loading"};
+  server_.Serve("/step", [&step](const LocalServer::Request&) {
+    return LocalServer::Answer{200, step.load(), "text/plain", {}};
+  });
+  CefRefPtr<CefRequestCallback> kept;
+  client_->on_certificate_error = [&](CefRefPtr<CefBrowser>,
+                                      CefRefPtr<CefRequestCallback> callback) {
+    kept = callback;
+    step = "asked";
+    return true;
+  };
+  client_->on_load_error = [&](CefRefPtr<CefBrowser>, CefRefPtr<CefFrame>, const std::string&) {
+    kept->Continue(false);
+    step = "given up";
+  };
+  client_->on_title = [](CefRefPtr<CefBrowser> browser, const std::string& title) {
+    if (title == "end") browser->GetHost()->CloseBrowser(true);
+  };
+  Run(server_.Url("/start"));
+  EXPECT_THAT(Questions(), ElementsAre("certificate -202 bits 4 /page"));
+  EXPECT_THAT(client_->trace(), Contains("title end"));
+}
+
 TEST_F(CertificatesTest, WindowMayCloseBeforeTheAnswer) {
   FaultyServer faulty(CertificateKind::kUnknownAuthority);
   CefRefPtr<CefRequestCallback> kept;
@@ -188,6 +236,40 @@ TEST_F(CertificatesTest, WindowMayCloseBeforeTheAnswer) {
   kept = nullptr;
   EXPECT_THAT(client_->trace(), Contains("before-close 1"));
   EXPECT_THAT(faulty.server->Requests(), IsEmpty());
+}
+
+// On a file system that has no FIFOs there is no network log, and no certificate is known.
+class NoNetworkLogTest : public CertificatesTest {
+ protected:
+  void SetUp() override {
+    // The only way of this test program into the kernel's mkfifo is taken away.
+    sock_filter filter[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, __NR_mknodat, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EPERM),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    const sock_fprog program = {std::size(filter), filter};
+    ASSERT_EQ(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
+    ASSERT_EQ(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program), 0);
+    CertificatesTest::SetUp();
+  }
+};
+
+TEST_F(NoNetworkLogTest, ConsentHoldsForTheHostAndTheError) {
+  FaultyServer faulty(CertificateKind::kUnknownAuthority);
+  faulty.server->Page("/first",
+                      "<script>fetch('/sub').then(() => { location = '/second'; })</script>");
+  faulty.server->Page("/second", "<title>end</title>");
+  CloseOnEnd();
+  client_->on_certificate_error = [](CefRefPtr<CefBrowser>,
+                                     CefRefPtr<CefRequestCallback> callback) {
+    callback->Continue(true);
+    return true;
+  };
+  Run(faulty.server->Url("/first", "bad.test"));
+  EXPECT_THAT(Questions(), ElementsAre("certificate -202 bits 4 /first"));
+  EXPECT_THAT(client_->trace(), Contains("response 200 /second"));
 }
 
 }  // namespace

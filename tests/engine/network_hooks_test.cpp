@@ -96,7 +96,30 @@ TEST_F(NetworkHooksTest, RequestsAreDescribedAsTheyAreSent) {
     EXPECT_EQ(seen[0].referrer, is_page ? "" : server_.Url("/page?x=1")) << expected.path;
     EXPECT_EQ(seen[0].main_frame, expected.type != RT_SUB_FRAME) << expected.path;
   }
-  EXPECT_THAT(client_->ResponsesFor("/favicon.ico"), IsEmpty());
+}
+
+// They are no business of the client's, wherever they lie.
+TEST_F(NetworkHooksTest, IconsAndManifestsCallNoHook) {
+  server_.Page("/page",
+               "<link rel=icon href=/picture><link rel=manifest href=/description>"
+               "<script>(async function look() {"
+               "  const answer = await fetch('/asked');"
+               "  if (await answer.text() === 'both') document.title = 'end';"
+               "  else setTimeout(look, 20); })()</script>");
+  server_.Serve("/picture", [](const LocalServer::Request&) {
+    return LocalServer::Answer{302, "", "text/html", {{"Location", "/moved"}}};
+  });
+  server_.Serve("/asked", [this](const LocalServer::Request&) {
+    const bool both =
+        !server_.RequestsFor("/moved").empty() && !server_.RequestsFor("/description").empty();
+    return LocalServer::Answer{200, both ? "both" : "not yet", "text/plain", {}};
+  });
+  CloseOnTitle();
+  Run(server_.Url("/page"));
+  for (const char* path : {"/picture", "/moved", "/description"}) {
+    EXPECT_THAT(client_->trace(), Not(Contains(std::string("before-load ") + path)));
+    EXPECT_THAT(client_->ResponsesFor(path), IsEmpty());
+  }
 }
 
 // What the client is told of a request's cookies decides the outcome of a sign-in.

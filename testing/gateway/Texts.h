@@ -21,8 +21,8 @@ using Encode = std::string (*)(const std::string& value);
 std::string AsItIs(const std::string& value);
 std::string InAddress(const std::string& value);
 
-// Fills in the texts of one answer: {token}, {n}, {pad N}, {bytes HEX}, {cookie NAME}, {field NAME},
-// {set NAME} and {address TARGET}. Other braces stay.
+// Fills in the texts of one answer: {token}, {n}, {pad N}, {bytes HEX}, {cookie NAME}, {field
+// NAME}, {set NAME} and {address TARGET}. Other braces stay.
 class Texts {
  public:
   Texts(const Visit& visit, const Scenario& scenario) : visit_(visit), scenario_(scenario) {}

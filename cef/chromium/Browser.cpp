@@ -91,12 +91,10 @@ void Browser::CloseOnUi(bool force) {
     if (asked_page_ || did_do_close_) return;
     asked_page_ = true;
     CefRefPtr<Browser> self = this;
-    // The page may refuse; then it can be asked again.
-    connection_.Send(session_, "Page.close", {},
-                     [self](const JsonValue* result, const std::string&) {
-                       if (!result) return;
-                       MessageLoop::Get().PostTask([self] { self->asked_page_ = false; });
-                     });
+    // The page may refuse, or not answer in time; then it can be asked again.
+    connection_.Send(session_, "Page.close", {}, [self](const JsonValue*, const std::string&) {
+      MessageLoop::Get().PostTask([self] { self->asked_page_ = false; });
+    });
     return;
   }
   if (did_do_close_) return;

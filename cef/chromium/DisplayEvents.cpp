@@ -137,19 +137,16 @@ void SubscribeDisplayEvents(DevToolsConnection& connection, BrowserTable& table)
                   });
                 });
 
-  using Handler = void (*)(Console&, const std::string&, const JsonValue&);
   const auto console = std::make_shared<Console>(table);
-  const std::pair<const char*, Handler> lines[] = {{"Runtime.consoleAPICalled", OnConsoleCall},
-                                                   {"Runtime.exceptionThrown", OnException},
-                                                   {"Log.entryAdded", OnLogEntry}};
-  for (const auto& [method, handle] : lines) {
-    connection.On(
-        method,
-        [console, handle = handle](const std::string& session, const JsonValue& params) {
-          handle(*console, session, params);
-        },
-        [console] { return console->HasRoom(); });
-  }
+  const auto has_room = [console] { return console->HasRoom(); };
+  const auto line = [console](auto handle) {
+    return [console, handle](const std::string& session, const JsonValue& params) {
+      handle(*console, session, params);
+    };
+  };
+  connection.On("Runtime.consoleAPICalled", line(OnConsoleCall), has_room);
+  connection.On("Runtime.exceptionThrown", line(OnException), has_room);
+  connection.On("Log.entryAdded", line(OnLogEntry), has_room);
 }
 
 void EnableTitles(DevToolsConnection& connection, const std::string& session,

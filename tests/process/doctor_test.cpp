@@ -22,7 +22,7 @@ namespace {
 // What the obstacles' shell lines use: where things are, other contents for a folder or a file, and
 // another Chromium.
 constexpr char kShell[] = R"(FAKE=$HOME/fake DATA="$HOME/Library/Application Support/Corvane Secure"
-hide() { mount -t tmpfs "${@:2}" none "$1"; }
+hide() { mkdir -p "$1"; mount -t tmpfs "${@:2}" none "$1"; }
 replace() { cat >"$FAKE/x"; chmod 755 "$FAKE/x"; mount --bind "$FAKE/x" "$1"; }
 chromium() {
   local all=(/usr/lib*/chromium*/chromium* /usr/{,local/}bin/{chromium,chromium-browser,google-chrome})

@@ -6,13 +6,13 @@
 #include <cstdlib>
 #include <vector>
 
-#include "cef/chromium/AppWindow.h"
-#include "cef/chromium/DisplayEvents.h"
-#include "cef/chromium/FrameEvents.h"
-#include "cef/chromium/IoThread.h"
-#include "cef/chromium/MessageLoop.h"
-#include "cef/chromium/RequestContext.h"
-#include "cef/chromium/Settings.h"
+#include "cef/chromium/base/IoThread.h"
+#include "cef/chromium/base/MessageLoop.h"
+#include "cef/chromium/browser/DisplayEvents.h"
+#include "cef/chromium/browser/FrameEvents.h"
+#include "cef/chromium/browser/RequestContext.h"
+#include "cef/chromium/process/AppWindow.h"
+#include "cef/chromium/process/Settings.h"
 
 namespace engine {
 namespace {

@@ -6,16 +6,16 @@
 #include <atomic>
 #include <string>
 
-#include "cef/chromium/BrowserFactory.h"
-#include "cef/chromium/BrowserTable.h"
-#include "cef/chromium/Certificates.h"
-#include "cef/chromium/CommandLine.h"
-#include "cef/chromium/CookieStore.h"
-#include "cef/chromium/DevToolsConnection.h"
-#include "cef/chromium/Launch.h"
-#include "cef/chromium/LoadErrors.h"
-#include "cef/chromium/NetworkHooks.h"
-#include "cef/chromium/Targets.h"
+#include "cef/chromium/browser/BrowserFactory.h"
+#include "cef/chromium/browser/BrowserTable.h"
+#include "cef/chromium/browser/LoadErrors.h"
+#include "cef/chromium/browser/Targets.h"
+#include "cef/chromium/cookies/CookieStore.h"
+#include "cef/chromium/devtools/DevToolsConnection.h"
+#include "cef/chromium/network/Certificates.h"
+#include "cef/chromium/network/NetworkHooks.h"
+#include "cef/chromium/process/CommandLine.h"
+#include "cef/chromium/process/Launch.h"
 #include "include/cef_app.h"
 #include "include/cef_request_context.h"
 

@@ -3,9 +3,9 @@
 #include "cef/wrapper/exports.h"
 
 #include "cef/chromium/Engine.h"
-#include "cef/chromium/IoThread.h"
-#include "cef/chromium/MessageLoop.h"
-#include "cef/chromium/RequestContext.h"
+#include "cef/chromium/base/IoThread.h"
+#include "cef/chromium/base/MessageLoop.h"
+#include "cef/chromium/browser/RequestContext.h"
 
 using engine::Engine;
 using engine::IoThread;

@@ -19,8 +19,8 @@
 #include <thread>
 
 #include "libs/kxaccess/InstallPaths.h"
-#include "testing/support/LogRecords.h"
-#include "testing/support/TrustStore.h"
+#include "tests/support/LogRecords.h"
+#include "tests/support/TrustStore.h"
 
 namespace {
 

@@ -15,10 +15,10 @@
 #include <string>
 #include <vector>
 
-#include "testing/gateway/GatewayBox.h"
-#include "testing/support/Subprocess.h"
-#include "testing/support/TempDir.h"
-#include "testing/support/VirtualDisplay.h"
+#include "tests/support/Subprocess.h"
+#include "tests/support/TempDir.h"
+#include "tests/support/VirtualDisplay.h"
+#include "tools/gateway/GatewayBox.h"
 
 // How long anything of a run may take on a busy machine before the test gives up.
 inline constexpr std::chrono::seconds kPatience{60};

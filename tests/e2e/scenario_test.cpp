@@ -7,9 +7,9 @@
 #include <regex>
 #include <thread>
 
-#include "testing/gateway/ScenarioList.h"
-#include "testing/gateway/Scenarios.h"
 #include "tests/e2e/E2eTest.h"
+#include "tools/gateway/ScenarioList.h"
+#include "tools/gateway/Scenarios.h"
 
 // How a scenario shows in a failed test.
 void PrintTo(const Scenario& scenario, std::ostream* out) { *out << scenario.description; }

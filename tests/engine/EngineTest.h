@@ -17,9 +17,9 @@
 #include "include/cef_app.h"
 #include "include/cef_client.h"
 #include "include/cef_task.h"
-#include "testing/support/LocalServer.h"
-#include "testing/support/TempDir.h"
-#include "testing/support/VirtualDisplay.h"
+#include "tests/support/LocalServer.h"
+#include "tests/support/TempDir.h"
+#include "tests/support/VirtualDisplay.h"
 
 // Records every callback as one line of a trace, and quits the loop with the last browser.
 class RecordingClient : public CefClient,

@@ -8,13 +8,13 @@
 #include <csignal>
 #include <thread>
 
-#include "cef/chromium/AppWindow.h"
-#include "cef/chromium/ChildProcess.h"
-#include "cef/chromium/MessageLoop.h"
-#include "cef/chromium/Profile.h"
-#include "testing/support/RawChromium.h"
-#include "testing/support/TempDir.h"
-#include "testing/support/VirtualDisplay.h"
+#include "cef/chromium/base/MessageLoop.h"
+#include "cef/chromium/process/AppWindow.h"
+#include "cef/chromium/process/ChildProcess.h"
+#include "cef/chromium/process/Profile.h"
+#include "tests/support/RawChromium.h"
+#include "tests/support/TempDir.h"
+#include "tests/support/VirtualDisplay.h"
 
 using engine::OpenAppWindow;
 

@@ -7,8 +7,8 @@
 #include <csignal>
 #include <list>
 
-#include "cef/chromium/BrowserFactory.h"
-#include "cef/chromium/MessageLoop.h"
+#include "cef/chromium/base/MessageLoop.h"
+#include "cef/chromium/browser/BrowserFactory.h"
 
 using engine::BrowserFactory;
 using engine::MessageLoop;

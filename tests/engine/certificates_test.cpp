@@ -1,6 +1,6 @@
 // Pages behind a bad certificate.
 
-#include "testing/gateway/Certificates.h"
+#include "tools/gateway/Certificates.h"
 
 #include <linux/filter.h>
 #include <linux/seccomp.h>
@@ -14,8 +14,8 @@
 #include <iterator>
 #include <thread>
 
-#include "testing/support/TrustStore.h"
 #include "tests/engine/EngineTest.h"
+#include "tests/support/TrustStore.h"
 
 using ::testing::Contains;
 using ::testing::ElementsAre;

@@ -11,12 +11,12 @@
 #include <functional>
 #include <regex>
 
-#include "cef/chromium/ChildProcess.h"
-#include "cef/chromium/ChromiumProcess.h"
-#include "cef/chromium/Profile.h"
-#include "testing/support/RawChromium.h"
-#include "testing/support/TempDir.h"
-#include "testing/support/VirtualDisplay.h"
+#include "cef/chromium/process/ChildProcess.h"
+#include "cef/chromium/process/ChromiumProcess.h"
+#include "cef/chromium/process/Profile.h"
+#include "tests/support/RawChromium.h"
+#include "tests/support/TempDir.h"
+#include "tests/support/VirtualDisplay.h"
 
 using engine::ChromiumOptions;
 using engine::ChromiumProcess;

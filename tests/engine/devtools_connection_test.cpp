@@ -10,9 +10,9 @@
 #include <utility>
 #include <vector>
 
-#include "cef/chromium/CookieStore.h"
-#include "cef/chromium/DevToolsConnection.h"
-#include "cef/chromium/IoThread.h"
+#include "cef/chromium/base/IoThread.h"
+#include "cef/chromium/cookies/CookieStore.h"
+#include "cef/chromium/devtools/DevToolsConnection.h"
 
 using engine::DevToolsConnection;
 using engine::JsonObject;

@@ -10,13 +10,13 @@
 
 #include <algorithm>
 
-#include "cef/chromium/ChildProcess.h"
-#include "cef/chromium/NetErrors.h"
-#include "cef/chromium/NetLog.h"
-#include "testing/gateway/Certificates.h"
-#include "testing/support/RawChromium.h"
-#include "testing/support/TempDir.h"
-#include "testing/support/VirtualDisplay.h"
+#include "cef/chromium/base/NetErrors.h"
+#include "cef/chromium/process/ChildProcess.h"
+#include "cef/chromium/process/NetLog.h"
+#include "tests/support/RawChromium.h"
+#include "tests/support/TempDir.h"
+#include "tests/support/VirtualDisplay.h"
+#include "tools/gateway/Certificates.h"
 
 using std::chrono::milliseconds;
 using std::chrono::seconds;

@@ -1,7 +1,7 @@
 // Who gets which profile folder, and what the first preferences do; that cookies of other sites are
 // sent, the tests of the hooks show.
 
-#include "cef/chromium/Profile.h"
+#include "cef/chromium/process/Profile.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -14,11 +14,11 @@
 #include <fstream>
 #include <functional>
 
-#include "cef/chromium/ChildProcess.h"
-#include "cef/chromium/PrivateFolder.h"
-#include "testing/support/RawChromium.h"
-#include "testing/support/TempDir.h"
-#include "testing/support/VirtualDisplay.h"
+#include "cef/chromium/process/ChildProcess.h"
+#include "cef/chromium/process/PrivateFolder.h"
+#include "tests/support/RawChromium.h"
+#include "tests/support/TempDir.h"
+#include "tests/support/VirtualDisplay.h"
 
 using engine::Profile;
 

@@ -6,7 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "testing/support/LogArea.h"
+#include "tests/support/LogArea.h"
 
 namespace {
 

@@ -14,8 +14,8 @@
 #include <thread>
 
 #include "platform/SharedMemoryName.h"
-#include "testing/support/LogArea.h"
-#include "testing/support/Subprocess.h"
+#include "tests/support/LogArea.h"
+#include "tests/support/Subprocess.h"
 
 using std::chrono::seconds;
 

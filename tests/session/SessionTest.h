@@ -12,7 +12,7 @@
 
 #include "GUI/cefBrowser/CefBrowserHandler.h"
 #include "GUI/cefBrowser/CefEmbBrowserLogin.h"
-#include "testing/support/FakeCef.h"
+#include "tests/support/FakeCef.h"
 
 class SessionTest : public testing::Test {
  protected:

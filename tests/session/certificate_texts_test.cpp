@@ -3,8 +3,8 @@
 #include "GUI/cefBrowser/CertificateTexts.h"
 #include "libs/catalogUtil/GlobalCatalogs.h"
 #include "libs/kxaccess/utf8.h"
-#include "testing/support/FakeCef.h"
-#include "testing/support/TempDir.h"
+#include "tests/support/FakeCef.h"
+#include "tests/support/TempDir.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 #include "GUI/cefBrowser/CefSAMLLogout.h"
 #include "GUI/cefBrowser/ReturnChannel.h"
 #include "libs/kxaccess/RunPaths.h"
-#include "testing/support/TempDir.h"
 #include "tests/session/SessionTest.h"
+#include "tests/support/TempDir.h"
 
 namespace {
 

@@ -12,9 +12,9 @@
 #include "include/base/cef_bind.h"
 #include "include/wrapper/cef_closure_task.h"
 #include "libs/kxaccess/InstallPaths.h"
-#include "testing/support/LogTrace.h"
-#include "testing/support/TempDir.h"
 #include "tests/session/SessionTest.h"
+#include "tests/support/LogTrace.h"
+#include "tests/support/TempDir.h"
 
 namespace {
 

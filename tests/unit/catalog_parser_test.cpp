@@ -4,7 +4,7 @@
 #include "libs/catalogUtil/CatalogParser.h"
 #include "libs/catalogUtil/Utils.h"
 #include "libs/kxaccess/utf8.h"
-#include "testing/support/LogTrace.h"
+#include "tests/support/LogTrace.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include "libs/catalogUtil/GlobalCatalogs.h"
 #include "libs/kxaccess/InstallPaths.h"
 #include "libs/kxaccess/utf8.h"
-#include "testing/support/LogTrace.h"
+#include "tests/support/LogTrace.h"
 
 namespace {
 

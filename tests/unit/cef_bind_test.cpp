@@ -8,7 +8,7 @@
 
 #include "include/wrapper/cef_closure_task.h"
 #include "include/wrapper/cef_helpers.h"
-#include "testing/support/FakeCef.h"
+#include "tests/support/FakeCef.h"
 
 namespace {
 

@@ -14,7 +14,7 @@
 #include "include/wrapper/cef_closure_task.h"
 #include "include/wrapper/cef_library_loader.h"
 #include "libs/kxaccess/InstallPaths.h"
-#include "testing/support/TempDir.h"
+#include "tests/support/TempDir.h"
 
 namespace {
 

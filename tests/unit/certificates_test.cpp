@@ -1,4 +1,4 @@
-#include "testing/gateway/Certificates.h"
+#include "tools/gateway/Certificates.h"
 
 #include <gtest/gtest.h>
 #include <openssl/pem.h>

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "cef/chromium/CookieRules.h"
+#include "cef/chromium/cookies/CookieRules.h"
 
 using namespace engine;
 

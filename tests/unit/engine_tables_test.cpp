@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "cef/chromium/ChromiumSwitches.h"
-#include "cef/chromium/NetErrors.h"
-#include "cef/chromium/NetLogParser.h"
+#include "cef/chromium/base/NetErrors.h"
+#include "cef/chromium/process/ChromiumSwitches.h"
+#include "cef/chromium/process/NetLogParser.h"
 
 using testing::Contains;
 using testing::ElementsAre;

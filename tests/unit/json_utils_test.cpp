@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "GUI/newUI/CEFJsonUtils.h"
-#include "testing/support/LogTrace.h"
+#include "tests/support/LogTrace.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include <thread>
 
 #include "platform/SharedMemoryName.h"
-#include "testing/support/LogArea.h"
+#include "tests/support/LogArea.h"
 
 namespace {
 

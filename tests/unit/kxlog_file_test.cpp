@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include "testing/support/LogArea.h"
+#include "tests/support/LogArea.h"
 
 namespace fs = std::filesystem;
 

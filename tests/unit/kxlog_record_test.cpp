@@ -8,7 +8,7 @@
 #include <regex>
 #include <thread>
 
-#include "testing/support/LogArea.h"
+#include "tests/support/LogArea.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "GUI/newUI/CommonWebBrowser.h"
-#include "testing/support/LogTrace.h"
+#include "tests/support/LogTrace.h"
 
 namespace {
 

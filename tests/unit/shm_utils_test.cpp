@@ -6,7 +6,7 @@
 #include <sys/shm.h>
 
 #include "GUI/LinuxUI/src/ShmUtils.h"
-#include "testing/support/LogTrace.h"
+#include "tests/support/LogTrace.h"
 
 namespace {
 

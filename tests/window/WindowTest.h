@@ -3,7 +3,7 @@
 #ifndef TESTS_WINDOW_WINDOWTEST_H_
 #define TESTS_WINDOW_WINDOWTEST_H_
 
-#include "testing/support/VirtualDisplay.h"
+#include "tests/support/VirtualDisplay.h"
 
 // The display of this test process, with a window manager. Made at the first call, ended with the
 // process.

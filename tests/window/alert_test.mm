@@ -10,9 +10,9 @@
 #include <thread>
 
 #include "GUI/cefBrowser/CertificateWarning.h"
-#include "cef/chromium/MessageLoop.h"
+#include "cef/chromium/base/MessageLoop.h"
 #include "libs/catalogUtil/GlobalCatalogs.h"
-#include "testing/support/TempDir.h"
+#include "tests/support/TempDir.h"
 #include "tests/window/WindowTest.h"
 
 namespace {

@@ -10,9 +10,9 @@
 #include "GUI/cefBrowser/MacAppDelegate.h"
 #import "GUI/cefBrowser/MacCefBrowserAppDelegate.h"
 #import "GUI/cefBrowser/MacCefBrowserApplication.h"
-#include "cef/chromium/MessageLoop.h"
+#include "cef/chromium/base/MessageLoop.h"
 #include "platform/Display.h"
-#include "testing/support/FakeCef.h"
+#include "tests/support/FakeCef.h"
 #include "tests/window/WindowTest.h"
 
 namespace {

@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "cef/chromium/MessageLoop.h"
+#include "cef/chromium/base/MessageLoop.h"
 #include "platform/Display.h"
 #include "tests/window/WindowTest.h"
 

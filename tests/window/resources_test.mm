@@ -13,8 +13,8 @@
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 #import "platform/AppKitSeam.h"
 #import "platform/guard.h"
-#include "testing/support/LogTrace.h"
-#include "testing/support/TempDir.h"
+#include "tests/support/LogTrace.h"
+#include "tests/support/TempDir.h"
 
 // Claims to be an exception, and throws when it is asked for more.
 @interface BrokenException : NSObject

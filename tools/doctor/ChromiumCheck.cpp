@@ -8,12 +8,12 @@
 #include <string>
 #include <vector>
 
+#include "cef/chromium/base/IoThread.h"
+#include "cef/chromium/devtools/DevToolsCalls.h"
+#include "cef/chromium/devtools/DevToolsConnection.h"
+#include "cef/chromium/process/ChromiumProcess.h"
+#include "cef/chromium/process/Profile.h"
 #include "libs/kxaccess/RunPaths.h"
-#include "cef/chromium/ChromiumProcess.h"
-#include "cef/chromium/DevToolsCalls.h"
-#include "cef/chromium/DevToolsConnection.h"
-#include "cef/chromium/IoThread.h"
-#include "cef/chromium/Profile.h"
 #include "tools/doctor/Checks.h"
 
 namespace doctor {

@@ -9,8 +9,8 @@
 #include <cstring>
 #include <fstream>
 
+#include "cef/chromium/process/PrivateFolder.h"
 #include "libs/kxaccess/RunPaths.h"
-#include "cef/chromium/PrivateFolder.h"
 #include "tools/doctor/Checks.h"
 #include "tools/doctor/Looks.h"
 

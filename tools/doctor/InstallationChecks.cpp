@@ -11,7 +11,7 @@
 #include <sstream>
 #include <string>
 
-#include "cef/chromium/ChildProcess.h"
+#include "cef/chromium/process/ChildProcess.h"
 #include "cef/wrapper/function_table.h"
 #include "include/cef_api_hash.h"
 #include "libs/kxaccess/InstallPaths.h"

@@ -6,8 +6,8 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "cef/chromium/process/AppWindow.h"
 #include "libs/kxaccess/RunPaths.h"
-#include "cef/chromium/AppWindow.h"
 #include "tools/doctor/Checks.h"
 #include "tools/doctor/Looks.h"
 

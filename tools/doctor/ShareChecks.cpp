@@ -11,8 +11,8 @@
 #include <cstring>
 #include <string>
 
+#include "cef/chromium/process/ChromiumSwitches.h"
 #include "libs/kxaccess/RunPaths.h"
-#include "cef/chromium/ChromiumSwitches.h"
 #include "tools/doctor/Checks.h"
 #include "tools/doctor/Looks.h"
 

@@ -1,0 +1,337 @@
+#include "cef/chromium/base/MessageLoop.h"
+
+#import <AppKit/AppKit.h>
+#include <poll.h>
+#include <pthread.h>
+#include <sys/eventfd.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "platform/Display.h"
+#include "platform/DisplayLoss.h"
+#import "platform/guard.h"
+
+// Tells the loop that one of its descriptors has become readable.
+@interface EngineLoopWatcher : NSObject <RunLoopEvents>
+@end
+
+@implementation EngineLoopWatcher
+- (void)receivedEvent:(void*)data
+                 type:(RunLoopEventType)type
+                extra:(void*)extra
+              forMode:(NSString*)mode {
+  (void)data;
+  (void)type;
+  (void)extra;
+  (void)mode;
+  engine::MessageLoop::Get().OnDescriptorReadable();
+}
+@end
+
+namespace engine {
+namespace {
+
+constexpr int kSignals[] = {SIGHUP, SIGINT, SIGTERM};
+
+sigset_t SignalSet() {
+  sigset_t set;
+  sigemptyset(&set);
+  for (int number : kSignals) sigaddset(&set, number);
+  return set;
+}
+
+void Watch(int fd, NSString* mode) {
+  static EngineLoopWatcher* watcher = [[EngineLoopWatcher alloc] init];
+  [[NSRunLoop currentRunLoop] addEvent:reinterpret_cast<void*>(static_cast<intptr_t>(fd))
+                                  type:ET_RDESC
+                               watcher:watcher
+                               forMode:mode];
+}
+
+void Fill(int event_fd) { eventfd_write(event_fd, 1); }
+
+void Drain(int event_fd) {
+  eventfd_t ignored;
+  eventfd_read(event_fd, &ignored);
+}
+
+// AppKit goes on waiting for an event after it has served a descriptor, so it is given one.
+void PostWakeEvent() {
+  [NSApp postEvent:[NSEvent otherEventWithType:NSApplicationDefined
+                                      location:NSZeroPoint
+                                 modifierFlags:0
+                                     timestamp:0
+                                  windowNumber:0
+                                       context:nil
+                                       subtype:0
+                                         data1:0
+                                         data2:0]
+           atStart:YES];
+}
+
+class ScopedPool {
+ public:
+  ScopedPool() : pool_([[NSAutoreleasePool alloc] init]) {}
+  ~ScopedPool() { [pool_ drain]; }
+
+ private:
+  NSAutoreleasePool* pool_;
+};
+
+}  // namespace
+
+MessageLoop& MessageLoop::Get() {
+  static MessageLoop* loop = new MessageLoop;
+  return *loop;
+}
+
+void MessageLoop::Init() {
+  if (initialised_) return;
+  ScopedPool pool;
+  const sigset_t signals = SignalSet();
+  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  for (int number : kSignals) signal(number, SIG_DFL);
+
+  wake_fd_ = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+  pending_fd_ = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+  signal_fd_ = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+  if (wake_fd_ < 0 || pending_fd_ < 0 || signal_fd_ < 0) {
+    NSLog(@"message loop: no descriptors left: %s", strerror(errno));
+    return;
+  }
+  // Tasks stop while an alert is open, signals do not: they end it.
+  Watch(wake_fd_, NSDefaultRunLoopMode);
+  Watch(signal_fd_, NSDefaultRunLoopMode);
+  Watch(signal_fd_, NSModalPanelRunLoopMode);
+  Watch(pending_fd_, NSModalPanelRunLoopMode);
+  ui_thread_ = std::this_thread::get_id();
+  initialised_ = true;
+}
+
+bool MessageLoop::OnUiThread() const {
+  return initialised_ && std::this_thread::get_id() == ui_thread_;
+}
+
+bool MessageLoop::PostTask(Task task) {
+  if (!initialised_) return false;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    ready_.push_back(std::move(task));
+  }
+  Fill(wake_fd_);
+  return true;
+}
+
+bool MessageLoop::PostDelayedTask(Task task, int64_t ms) {
+  if (!initialised_) return false;
+  {
+    std::lock_guard<std::mutex> lock(mutex_);
+    due_.emplace(Clock::now() + std::chrono::milliseconds(ms), std::move(task));
+  }
+  Fill(wake_fd_);
+  return true;
+}
+
+bool MessageLoop::PostUrgentTask(Task task) {
+  if (!initialised_) return false;
+  ++urgent_tasks_;
+  Fill(pending_fd_);
+  return PostTask([=] {
+    --urgent_tasks_;
+    LetAlertsStay();
+    task();
+  });
+}
+
+void MessageLoop::Quit() {
+  if (!running_) return;
+  quit_ = true;
+  Fill(wake_fd_);
+}
+
+void MessageLoop::HoldSignals() { ++holds_; }
+
+void MessageLoop::ReleaseSignals() {
+  if (--holds_ == 0 && initialised_) Fill(wake_fd_);
+}
+
+void MessageLoop::Run() {
+  if (!OnUiThread() || running_) return;
+  struct Running {
+    std::atomic<bool>& flag;
+    ~Running() { flag = false; }
+  } running{running_};
+  quit_ = false;
+  running_ = true;
+  do {
+    ScopedPool pool;
+    if (id thrown = CatchThrown([this] { Turn(); })) {
+      NSLog(@"message loop: exception in a turn: %@", thrown);
+    }
+  } while (!quit_ || ReadyTasks() > 0);
+}
+
+void MessageLoop::Turn() {
+  if (!launched_ && HaveDisplay()) TakeUpDisplay();
+  if (display_lost_ && HaveDisplay()) LoseDisplay();
+  RunTasks();
+  if (!quit_) Wait();
+}
+
+void MessageLoop::TakeUpDisplay() {
+  launched_ = true;
+  // Called in the middle of AppKit's work, which has to be left first.
+  WatchDisplay([] {
+    MessageLoop& loop = Get();
+    loop.display_lost_ = true;
+    loop.BreakAlerts();
+    Fill(loop.wake_fd_);
+  });
+  // Without this an alert takes mouse clicks but no keys.
+  [NSApp finishLaunching];
+}
+
+void MessageLoop::LoseDisplay() {
+  LeaveDisplay();
+  if (on_display_lost_) on_display_lost_();
+}
+
+bool MessageLoop::DisplayIsLost() const { return display_lost_ || DisplayHasGone(); }
+
+void MessageLoop::BreakAlerts() {
+  if (!initialised_) return;
+  break_alerts_ = true;
+  Fill(pending_fd_);
+}
+
+bool MessageLoop::AwaitReadable(int fd, std::chrono::milliseconds limit) {
+  const auto end = Clock::now() + (pending_signals_.empty() ? limit : limit.zero());
+  pollfd watched[] = {{fd, POLLIN, 0}, {signal_fd_, POLLIN, 0}};
+  for (;;) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
+    const int count = poll(watched, 2, static_cast<int>(std::max<long long>(left, 0)));
+    if (count >= 0 || errno != EINTR) return count > 0 && watched[0].revents != 0;
+  }
+}
+
+void MessageLoop::HandOverSignals() {
+  if (!OnUiThread()) return;
+  CollectSignals();
+  DeliverSignals();
+}
+
+// A due task joins the end of the queue.
+size_t MessageLoop::ReadyTasks() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  const auto end = due_.upper_bound(Clock::now());
+  for (auto it = due_.begin(); it != end; it = due_.erase(it)) {
+    ready_.push_back(std::move(it->second));
+  }
+  return ready_.size();
+}
+
+MessageLoop::Task MessageLoop::TakeTask() {
+  std::lock_guard<std::mutex> lock(mutex_);
+  Task task = std::move(ready_.front());
+  ready_.pop_front();
+  return task;
+}
+
+// Runs what is queued now. Tasks that these post wait for the next turn, so that they cannot starve
+// the events.
+void MessageLoop::RunTasks() {
+  for (size_t left = ReadyTasks(); left > 0; --left) {
+    TakeTask()();
+    CollectSignals();
+    DeliverSignals();
+  }
+  DeliverSignals();
+}
+
+void MessageLoop::Wait() {
+  NSDate* until = [NSDate distantFuture];
+  if (ReadyTasks() > 0) {
+    until = [NSDate distantPast];
+  } else {
+    std::lock_guard<std::mutex> lock(mutex_);
+    if (!due_.empty()) {
+      const std::chrono::duration<double> left = due_.begin()->first - Clock::now();
+      until = [NSDate dateWithTimeIntervalSinceNow:left.count()];
+    }
+  }
+  if (!HaveDisplay()) {
+    [[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode beforeDate:until];
+    return;
+  }
+  NSEvent* event = [NSApp nextEventMatchingMask:NSAnyEventMask
+                                      untilDate:until
+                                         inMode:NSDefaultRunLoopMode
+                                        dequeue:YES];
+  if (event == nil || [event type] == NSApplicationDefined) return;
+  [NSApp sendEvent:event];
+  [[NSApp mainMenu] update];
+  [NSApp updateWindows];
+}
+
+void MessageLoop::OnDescriptorReadable() {
+  Drain(wake_fd_);
+  CollectSignals();
+  if (!HaveDisplay()) return;
+  const bool interrupted = break_alerts_ || urgent_tasks_ > 0 || !pending_signals_.empty();
+  if (interrupted && [NSApp modalWindow] != nil) [NSApp abortModal];
+  PostWakeEvent();
+}
+
+void MessageLoop::CollectSignals() {
+  signalfd_siginfo info;
+  while (read(signal_fd_, &info, sizeof info) == static_cast<ssize_t>(sizeof info)) {
+    pending_signals_.push_back(static_cast<int>(info.ssi_signo));
+    Fill(pending_fd_);
+    if (holds_ > 0 && on_signal_held_) PostTask(on_signal_held_);
+  }
+}
+
+void MessageLoop::DeliverSignals() {
+  while (holds_ == 0 && !pending_signals_.empty()) {
+    const int number = pending_signals_.front();
+    pending_signals_.pop_front();
+    LetAlertsStay();
+    Deliver(number);
+  }
+}
+
+bool MessageLoop::SignalWaits() {
+  CollectSignals();
+  return !pending_signals_.empty();
+}
+
+// Unless something still wants them to end. Whoever counts an urgent task meanwhile fills it again.
+void MessageLoop::LetAlertsStay() {
+  if (!pending_signals_.empty() || break_alerts_) return;
+  Drain(pending_fd_);
+  if (urgent_tasks_ > 0) Fill(pending_fd_);
+}
+
+// What the kernel would have done, had the signal not been blocked.
+void MessageLoop::Deliver(int number) {
+  struct sigaction action;
+  sigaction(number, nullptr, &action);
+  if (action.sa_flags & SA_SIGINFO) {
+    siginfo_t info = {};
+    info.si_signo = number;
+    action.sa_sigaction(number, &info, nullptr);
+  } else if (action.sa_handler == SIG_DFL) {
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, number);
+    raise(number);
+    pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+  } else if (action.sa_handler != SIG_IGN) {
+    action.sa_handler(number);
+  }
+}
+
+}  // namespace engine

@@ -1,0 +1,175 @@
+#include "cef/chromium/browser/Browser.h"
+
+#include <cctype>
+
+#include "cef/chromium/base/MessageLoop.h"
+#include "cef/chromium/base/NetErrors.h"
+#include "cef/chromium/browser/BrowserHost.h"
+#include "cef/chromium/browser/BrowserTable.h"
+#include "cef/chromium/browser/Frame.h"
+#include "cef/chromium/devtools/DevToolsConnection.h"
+
+namespace engine {
+namespace {
+
+// A page has half a second for its unload handlers.
+constexpr int kCloseRetryMs = 700;
+constexpr int kCloseAttempts = 4;
+constexpr char kInvalidUrl[] = "net::ERR_INVALID_URL";
+
+int NextIdentifier() {
+  static std::atomic<int> last{0};
+  return ++last;
+}
+
+bool HasScheme(const std::string& url) {
+  const size_t colon = url.find(':');
+  if (colon == 0 || colon == std::string::npos || !std::isalpha(static_cast<unsigned char>(url[0])))
+    return false;
+  for (const char c : url.substr(0, colon)) {
+    if (!std::isalnum(static_cast<unsigned char>(c)) && c != '+' && c != '-' && c != '.')
+      return false;
+  }
+  return true;
+}
+
+CefRefPtr<CefLifeSpanHandler> LifeSpanHandler(const CefRefPtr<CefClient>& client) {
+  return client.get() ? client->GetLifeSpanHandler() : nullptr;
+}
+
+}  // namespace
+
+Browser::Browser(DevToolsConnection& connection, BrowserTable& table, const std::string& target_id,
+                 const std::string& session, CefRefPtr<CefClient> client,
+                 CefRefPtr<CefRequestContext> context, bool popup)
+    : connection_(connection),
+      table_(table),
+      target_id_(target_id),
+      session_(session),
+      context_(context),
+      popup_(popup),
+      identifier_(NextIdentifier()),
+      client_(client) {}
+
+CefRefPtr<CefClient> Browser::client() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return client_;
+}
+
+void Browser::NotifyCreated() {
+  const CefRefPtr<CefLifeSpanHandler> handler = LifeSpanHandler(client());
+  if (handler.get()) handler->OnAfterCreated(this);
+}
+
+void Browser::NotifyGone() {
+  const CefRefPtr<CefClient> client = this->client();
+  const CefRefPtr<CefLifeSpanHandler> handler = LifeSpanHandler(client);
+  if (handler.get()) {
+    // After a close by the user this comes too late to prevent anything, but a client counts on it.
+    if (!did_do_close_) handler->DoClose(this);
+    handler->OnBeforeClose(this);
+  }
+  std::lock_guard<std::mutex> lock(mutex_);
+  client_ = nullptr;
+}
+
+void Browser::Close(bool force) {
+  // At once, so that a network callback which closes its browser can leave its request held.
+  if (force) forced_ = true;
+  if (MessageLoop::Get().OnUiThread()) {
+    CloseOnUi(force);
+  } else {
+    CefRefPtr<Browser> self = this;
+    const auto close = [self, force] { self->CloseOnUi(force); };
+    // The end of a step does not wait for the answer to a question in another window.
+    force ? MessageLoop::Get().PostUrgentTask(close) : MessageLoop::Get().PostTask(close);
+  }
+}
+
+void Browser::CloseOnUi(bool force) {
+  if (!force) {
+    if (asked_page_ || did_do_close_) return;
+    asked_page_ = true;
+    CefRefPtr<Browser> self = this;
+    // The page may refuse, or not answer in time; then it can be asked again.
+    connection_.Send(session_, "Page.close", {}, [self](const JsonValue*, const std::string&) {
+      MessageLoop::Get().PostTask([self] { self->asked_page_ = false; });
+    });
+    return;
+  }
+  if (did_do_close_) return;
+  const CefRefPtr<CefLifeSpanHandler> handler = LifeSpanHandler(client());
+  did_do_close_ = true;
+  if (handler.get() && handler->DoClose(this)) {
+    did_do_close_ = false;
+    forced_ = false;
+    return;
+  }
+  CloseTarget(kCloseAttempts);
+}
+
+// Chromium forgets to close a window whose page is being replaced at that moment, so it is asked
+// again. One that still stays ends with all of Chromium, and a Chromium that stays is given up.
+void Browser::CloseTarget(int attempts) {
+  if (!client().get()) return;  // it has gone
+  if (attempts < 0) {
+    connection_.Drop();
+    return;
+  }
+  if (attempts == 0) {
+    connection_.Send("", "Browser.close");
+  } else {
+    connection_.Send("", "Target.closeTarget", JsonObject().Add("targetId", target_id_));
+  }
+  CefRefPtr<Browser> self = this;
+  MessageLoop::Get().PostDelayedTask([self, attempts] { self->CloseTarget(attempts - 1); },
+                                     kCloseRetryMs);
+}
+
+void Browser::Navigate(const std::string& frame_id, const std::string& url) {
+  if (url.empty()) return;
+  const std::string target = HasScheme(url) ? url : "http://" + url;
+  JsonObject params;
+  params.Add("url", target);
+  std::string session = session_;
+  FrameRecord frame;
+  if (frame_id != target_id_ && table_.FindFrame(frame_id, &frame)) {
+    session = frame.session;
+    params.Add("frameId", frame_id);
+  }
+  CefRefPtr<Browser> self = this;
+  connection_.Send(
+      session, "Page.navigate", params,
+      [self, frame_id, target](const JsonValue* result, const std::string& error) {
+        // Everything else that can go wrong is an event of the network.
+        if (result || error.find("invalid URL") == std::string::npos) return;
+        MessageLoop::Get().PostTask(
+            [self, frame_id, target] { self->NotifyLoadError(frame_id, kInvalidUrl, target); });
+      },
+      DevToolsConnection::kNoLimit);
+}
+
+void Browser::NotifyLoadError(const std::string& frame_id, const std::string& error_text,
+                              const std::string& url) {
+  const CefRefPtr<CefClient> client = this->client();
+  // What a closing window breaks off is no error.
+  if (!client.get() || url.empty() || forced_) return;
+  const CefRefPtr<CefLoadHandler> handler = client->GetLoadHandler();
+  if (!handler.get()) return;
+  handler->OnLoadError(this, FrameById(frame_id),
+                       static_cast<cef_errorcode_t>(NetErrorCode(error_text)), error_text, url);
+}
+
+CefRefPtr<CefFrame> Browser::FrameById(const std::string& frame_id) {
+  return new Frame(this, frame_id.empty() ? target_id_ : frame_id);
+}
+
+CefRefPtr<CefBrowserHost> Browser::GetHost() { return new BrowserHost(this); }
+
+bool Browser::IsSame(CefRefPtr<CefBrowser> that) {
+  return that.get() && that->GetIdentifier() == identifier_;
+}
+
+CefRefPtr<CefFrame> Browser::GetMainFrame() { return FrameById(target_id_); }
+
+}  // namespace engine

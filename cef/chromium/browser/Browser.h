@@ -1,0 +1,85 @@
+// CefBrowser: one window with its page.
+
+#ifndef CEF_CHROMIUM_BROWSER_BROWSER_H_
+#define CEF_CHROMIUM_BROWSER_BROWSER_H_
+
+#include <atomic>
+#include <mutex>
+#include <string>
+
+#include "include/cef_browser.h"
+#include "include/cef_client.h"
+
+namespace engine {
+
+class BrowserTable;
+class DevToolsConnection;
+
+// Any thread, where nothing else is said. The object outlives its window; what is asked of it then
+// does nothing.
+class Browser : public CefBrowser {
+ public:
+  // `target_id` and `session`: the page's target and the session attached to it. `client` and
+  // `context` may be null. Connection and table must live as long as the process.
+  Browser(DevToolsConnection& connection, BrowserTable& table, const std::string& target_id,
+          const std::string& session, CefRefPtr<CefClient> client,
+          CefRefPtr<CefRequestContext> context, bool popup);
+
+  const std::string& target_id() const { return target_id_; }
+  const std::string& session() const { return session_; }
+  // Null once OnBeforeClose has been called, and when the browser was made without one.
+  CefRefPtr<CefClient> client() const;
+  // Null for the global one.
+  CefRefPtr<CefRequestContext> context() const { return context_; }
+  // The page is being closed without being asked.
+  bool IsForcedToClose() const { return forced_; }
+
+  // Tells the client of the new window. UI thread.
+  void NotifyCreated();
+  // Tells the client that the window is gone; the last word of this browser. UI thread.
+  void NotifyGone();
+
+  // Closes the window; repeated calls do no harm. See CefBrowserHost::CloseBrowser.
+  void Close(bool force);
+
+  // Navigates a frame. An address without a scheme is taken for one of HTTP, as when it is typed;
+  // for one that is no address the client gets OnLoadError. Does nothing for an empty one.
+  void Navigate(const std::string& frame_id, const std::string& url);
+
+  CefRefPtr<CefFrame> FrameById(const std::string& frame_id);
+  // Reports a failed navigation to the client, unless it is being closed by force. UI thread.
+  void NotifyLoadError(const std::string& frame_id, const std::string& error_text,
+                       const std::string& url);
+
+  CefRefPtr<CefBrowserHost> GetHost() override;
+  int GetIdentifier() override { return identifier_; }
+  bool IsSame(CefRefPtr<CefBrowser> that) override;
+  bool IsPopup() override { return popup_; }
+  CefRefPtr<CefFrame> GetMainFrame() override;
+
+ private:
+  void CloseOnUi(bool force);
+  void CloseTarget(int attempts);
+
+  DevToolsConnection& connection_;
+  BrowserTable& table_;
+  const std::string target_id_;
+  const std::string session_;
+  const CefRefPtr<CefRequestContext> context_;
+  const bool popup_;
+  const int identifier_;
+
+  std::atomic<bool> forced_{false};
+  mutable std::mutex mutex_;
+  CefRefPtr<CefClient> client_;  // guarded by mutex_
+
+  // UI thread only.
+  bool did_do_close_ = false;
+  bool asked_page_ = false;
+
+  IMPLEMENT_REFCOUNTING(Browser);
+};
+
+}  // namespace engine
+
+#endif  // CEF_CHROMIUM_BROWSER_BROWSER_H_

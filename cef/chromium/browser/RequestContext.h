@@ -1,0 +1,41 @@
+// CefRequestContext: all contexts share one profile; they differ by their handlers only.
+
+#ifndef CEF_CHROMIUM_BROWSER_REQUESTCONTEXT_H_
+#define CEF_CHROMIUM_BROWSER_REQUESTCONTEXT_H_
+
+#include <atomic>
+
+#include "include/cef_request_context.h"
+#include "include/cef_request_context_handler.h"
+
+namespace engine {
+
+class CookieStore;
+
+// Any thread.
+class RequestContext : public CefRequestContext {
+ public:
+  // Null before the engine runs.
+  static CefRefPtr<CefRequestContext> Global();
+  // A context beside `other`; without a handler, `other` itself.
+  static CefRefPtr<CefRequestContext> Share(CefRefPtr<CefRequestContext> other,
+                                            CefRefPtr<CefRequestContextHandler> handler);
+
+  RequestContext(CookieStore& store, CefRefPtr<CefRequestContextHandler> handler)
+      : store_(store), handler_(handler) {}
+
+  CefRefPtr<CefCookieManager> GetCookieManager(CefRefPtr<CefCompletionCallback> callback) override;
+  // Chromium offers no such thing without closing; only the callback is run.
+  void CloseAllConnections(CefRefPtr<CefCompletionCallback> callback) override;
+
+ private:
+  CookieStore& store_;
+  const CefRefPtr<CefRequestContextHandler> handler_;
+  std::atomic<bool> handler_told_{false};
+
+  IMPLEMENT_REFCOUNTING(RequestContext);
+};
+
+}  // namespace engine
+
+#endif  // CEF_CHROMIUM_BROWSER_REQUESTCONTEXT_H_

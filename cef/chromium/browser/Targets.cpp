@@ -1,0 +1,181 @@
+#include "cef/chromium/browser/Targets.h"
+
+#include <utility>
+
+#include "cef/chromium/base/MessageLoop.h"
+#include "cef/chromium/browser/DisplayEvents.h"
+#include "cef/chromium/process/AppWindow.h"
+
+namespace engine {
+namespace {
+
+JsonObject AutoAttach(bool root) {
+  JsonObject params;
+  params.Add("autoAttach", true).Add("waitForDebuggerOnStart", true).Add("flatten", true);
+  // Without these exclusions every tabbed window brings targets of its own toolbar.
+  if (root) {
+    params.AddJson("filter",
+                   R"([{"type":"browser_ui","exclude":true},{"type":"tab","exclude":true},{}])");
+  }
+  return params;
+}
+
+bool StartsWith(const std::string& text, const char* prefix) { return text.rfind(prefix, 0) == 0; }
+
+// Pages of the browser itself, such as the new tab that a shortcut opens.
+bool IsBrowserPage(const std::string& url) {
+  return StartsWith(url, "chrome://") || StartsWith(url, "chrome-untrusted://") ||
+         StartsWith(url, "chrome-extension://") || StartsWith(url, "view-source:");
+}
+
+}  // namespace
+
+Targets::Targets(DevToolsConnection& connection, BrowserTable& table, BrowserFactory& factory)
+    : connection_(connection), table_(table), factory_(factory) {}
+
+void Targets::OnGone(std::function<void(const std::string&)> handler) {
+  on_gone_ = std::move(handler);
+}
+
+void Targets::SetBarrier(std::function<void(std::function<void()>)> barrier) {
+  barrier_ = std::move(barrier);
+}
+
+void Targets::Subscribe() {
+  connection_.On(
+      "Target.attachedToTarget",
+      [this](const std::string& session, const JsonValue& params) { OnAttached(session, params); });
+  connection_.On("Target.detachedFromTarget", [this](const std::string&, const JsonValue& params) {
+    table_.RemoveSession(TextAt(params, "sessionId"));
+  });
+  connection_.On("Target.targetDestroyed", [this](const std::string&, const JsonValue& params) {
+    Gone(TextAt(params, "targetId"));
+  });
+}
+
+void Targets::Enable() {
+  connection_.Send("", "Target.setDiscoverTargets", JsonObject().Add("discover", true));
+  connection_.Send("", "Target.setAutoAttach", AutoAttach(true));
+}
+
+void Targets::OnAttached(const std::string& parent_session, const JsonValue& params) {
+  const JsonValue* info = MemberAt(params, "targetInfo");
+  if (!info) return;
+  const std::string session = TextAt(params, "sessionId");
+  if (TextAt(*info, "type") == "page") {
+    AttachPage(session, *info);
+  } else {
+    AttachPart(parent_session, session, *info);
+  }
+}
+
+void Targets::AttachPage(const std::string& session, const JsonValue& info) {
+  const std::string target = TextAt(info, "targetId");
+  const std::string url = TextAt(info, "url");
+  if (table_.ByTarget(target).get() || StartsWith(url, "devtools://")) {
+    LetRun(session);
+    return;
+  }
+
+  CefRefPtr<Browser> opener = table_.ByTarget(TextAt(info, "openerId"));
+  if (!opener.get() && !IsBrowserPage(url)) {
+    if (const std::optional<BrowserOrder> order = factory_.Take()) {
+      AttachOrdered(target, session, *order);
+      return;
+    }
+    // A page that opens a window without giving it access to itself does not count as its opener.
+    // The blank page is a window of ours that came too late.
+    if (url != AppWindowUrl(kBlankTitle)) opener = table_.Newest();
+  }
+  if (opener.get()) {
+    AttachPopup(target, session, *opener.get());
+    return;
+  }
+  LetRun(session);
+  connection_.Send("", "Target.closeTarget", JsonObject().Add("targetId", target));
+}
+
+void Targets::AttachOrdered(const std::string& target, const std::string& session,
+                            const BrowserOrder& order) {
+  CefRefPtr<Browser> browser =
+      new Browser(connection_, table_, target, session, order.client, order.context, false);
+  table_.Add(browser);
+  SetUpPage(session, true);
+  MessageLoop::Get().PostTask([this, browser] {
+    browser->NotifyCreated();
+    factory_.Finish();
+  });
+  // The first page must not outrun the set-up, which waits for the window's renderer.
+  connection_.Send(
+      session, "Runtime.runIfWaitingForDebugger", {},
+      [this, browser, url = order.url](const JsonValue*, const std::string&) {
+        MessageLoop::Get().PostTask([this, browser, url] { LoadFirst(browser, url); });
+      },
+      DevToolsConnection::kFirstPageLimit);
+  connection_.Send(session, "Page.bringToFront");
+}
+
+// With all the cookies that were planted for it.
+void Targets::LoadFirst(const CefRefPtr<Browser>& browser, const std::string& url) {
+  barrier_([browser, url] {
+    if (!browser->IsForcedToClose()) browser->Navigate(browser->target_id(), url);
+  });
+}
+
+void Targets::AttachPopup(const std::string& target, const std::string& session, Browser& opener) {
+  CefRefPtr<Browser> browser =
+      new Browser(connection_, table_, target, session, opener.client(), opener.context(), true);
+  table_.Add(browser);
+  SetUpPage(session, true);
+  // It loads nothing before the client knows of it.
+  MessageLoop::Get().PostTask([this, browser] {
+    browser->NotifyCreated();
+    LetRun(browser->session());
+  });
+}
+
+// A frame of another process, or a worker.
+void Targets::AttachPart(const std::string& parent_session, const std::string& session,
+                         const JsonValue& info) {
+  const CefRefPtr<Browser> browser = table_.BySession(parent_session);
+  if (browser.get()) table_.AddSession(session, browser->target_id());
+  if (TextAt(info, "type") == "iframe") {
+    if (browser.get()) table_.SetFrame(session, TextAt(info, "targetId"));
+    SetUpPage(session, false);
+  } else {
+    connection_.Send(session, "Target.setAutoAttach", AutoAttach(false));
+  }
+  LetRun(session);
+}
+
+void Targets::SetUpPage(const std::string& session, bool main) {
+  connection_.Send(session, "Target.setAutoAttach", AutoAttach(false));
+  connection_.Send(session, "Page.enable");
+  connection_.Send(session, "Network.enable",
+                   JsonObject().Add("maxTotalBufferSize", 0).Add("maxResourceBufferSize", 0));
+  connection_.Send(session, "Runtime.enable");
+  connection_.Send(session, "Log.enable");
+  if (main) EnableTitles(connection_, session, AppWindowUrl(kBlankTitle));
+  // The switch alone leaves client hints that tell another story.
+  if (!user_agent_.empty()) {
+    connection_.Send(session, "Emulation.setUserAgentOverride",
+                     JsonObject().Add("userAgent", user_agent_));
+  }
+}
+
+void Targets::LetRun(const std::string& session) {
+  connection_.Send(session, "Runtime.runIfWaitingForDebugger");
+}
+
+void Targets::Gone(const std::string& target_id) {
+  const CefRefPtr<Browser> browser = table_.Remove(target_id);
+  if (!browser.get()) return;
+  on_gone_(target_id);
+  MessageLoop::Get().PostTask([browser] { browser->NotifyGone(); });
+}
+
+void Targets::AllGone() {
+  for (const CefRefPtr<Browser>& browser : table_.All()) Gone(browser->target_id());
+}
+
+}  // namespace engine

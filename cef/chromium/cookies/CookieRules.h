@@ -1,0 +1,77 @@
+// Which cookies belong to which address, and which cookie operations are possible at all. Pure
+// functions over texts.
+
+#ifndef CEF_CHROMIUM_COOKIES_COOKIERULES_H_
+#define CEF_CHROMIUM_COOKIES_COOKIERULES_H_
+
+#include <string>
+
+namespace engine {
+
+// A cookie as Chromium's store reports it.
+struct StoredCookie {
+  std::string name;
+  std::string value;
+  std::string domain;  // with a leading dot: also for the hosts below; without: this host only
+  std::string path;
+  bool http_only = false;
+  bool secure = false;
+  std::string partition;  // the key, as Chromium's JSON; "" as a rule
+};
+
+// The parts of an address. scheme and host are in lower case; IPv6 hosts keep their brackets; path
+// is the escaped path without query, at least "/".
+struct Url {
+  std::string scheme;
+  std::string host;
+  int port = 0;  // the scheme's usual one if the address names none; 0 if there is none
+  std::string path;
+};
+
+// Takes an absolute address apart. False if it has no scheme, or if a scheme with hosts (http,
+// https, ws, wss, ftp) has an impossible host or port. Host names outside ASCII are not converted.
+bool ParseUrl(const std::string& text, Url* url);
+
+// True for http, https, ws and wss: the addresses that have cookies.
+bool IsCookieable(const Url& url);
+
+// True if the cookie would be sent to the address.
+bool CookieMatchesUrl(const StoredCookie& cookie, const Url& url);
+
+// The http form of a cookieable address, through which a cookie is stored without being forced
+// Secure. Any other address is returned as it is.
+std::string PlantingUrl(const std::string& url);
+
+// A cookie as a client wants it stored.
+struct WantedCookie {
+  std::string name;
+  std::string value;
+  std::string domain;  // "" = this host only
+  std::string path;    // "" = the default path of the address
+  bool secure = false;
+};
+
+enum class SetCookieCheck {
+  kInvalidUrl,  // the call itself fails
+  kRefused,     // the call succeeds, its completion reports failure
+  kStorable,
+};
+SetCookieCheck CheckSetCookie(const std::string& url, const WantedCookie& cookie);
+
+enum class DeleteCookiesScope {
+  kInvalidUrl,  // the call itself fails
+  kAll,         // every cookie
+  kHost,        // every host-only cookie of the host
+  kNamed,       // cookies of the name that would be sent to the address
+};
+// What DeleteCookies(url, name) is about. A text without a scheme counts as an empty address and so
+// means every cookie; kept on purpose, it is what clients of the API know.
+DeleteCookiesScope CheckDeleteCookies(const std::string& url, const std::string& name);
+
+// True if such a deletion concerns the cookie. `url` and `name` as given to CheckDeleteCookies.
+bool DeletionConcerns(DeleteCookiesScope scope, const Url& url, const std::string& name,
+                      const StoredCookie& cookie);
+
+}  // namespace engine
+
+#endif  // CEF_CHROMIUM_COOKIES_COOKIERULES_H_

@@ -1,0 +1,124 @@
+#include "cef/chromium/network/Certificates.h"
+
+#include "cef/chromium/base/IoThread.h"
+#include "cef/chromium/base/MessageLoop.h"
+#include "cef/chromium/base/NetErrors.h"
+#include "cef/chromium/cookies/CookieRules.h"
+#include "cef/chromium/network/RequestCallback.h"
+#include "cef/chromium/network/SslInfo.h"
+#include "include/cef_request_handler.h"
+
+namespace engine {
+namespace {
+
+// How long after an error the verifier's verdict may arrive; as a rule it comes within 2 ms.
+constexpr int kVerdictDelayMs = 50;
+constexpr std::chrono::milliseconds kVerdictLimit{150};
+
+}  // namespace
+
+Certificates::Certificates(DevToolsConnection& connection, NetworkHooks& hooks)
+    : connection_(connection), hooks_(hooks) {}
+
+void Certificates::Subscribe() {
+  connection_.On("Security.certificateError",
+                 [this](const std::string&, const JsonValue& params) { OnError(params); });
+}
+
+// On the browser as a whole only: pages would report the same errors a second time.
+void Certificates::Enable() {
+  connection_.Send("", "Security.enable");
+  connection_.Send("", "Security.setOverrideCertificateErrors", JsonObject().Add("override", true));
+}
+
+void Certificates::OnError(const JsonValue& params) {
+  const int64_t event = NumberAt(params, "eventId");
+  const std::string url = TextAt(params, "requestURL");
+  const std::string error = TextAt(params, "errorType");
+  Url parsed;
+  if (!ParseUrl(url, &parsed)) {
+    AnswerEvent(event, false);
+    return;
+  }
+  // The host may show another certificate than before, and the verdict on it may come a little
+  // later than the error: an older one must not be taken for it.
+  IoThread::Get().PostDelayedTask(
+      [this, event, url, host = parsed.host, error] { Decide(event, url, host, error); },
+      kVerdictDelayMs);
+}
+
+void Certificates::Decide(int64_t event, const std::string& url, const std::string& host,
+                          const std::string& error) {
+  if (IsAllowed(host, error)) {
+    AnswerEvent(event, true);
+    return;
+  }
+  const CefRefPtr<Browser> browser = hooks_.LoadingMainFrame(url);
+  if (!browser.get()) {
+    AnswerEvent(event, false);
+    return;
+  }
+  for (auto& [number, open] : questions_) {
+    if (open.target_id == browser->target_id() && open.host == host && open.error == error) {
+      open.events.push_back(event);
+      return;
+    }
+  }
+  const int question = ++last_question_;
+  questions_[question] = {browser->target_id(), host, error, {event}};
+  MessageLoop::Get().PostTask(
+      [this, question, browser, host, error, url] { Ask(question, browser, host, error, url); });
+}
+
+bool Certificates::IsAllowed(const std::string& host, const std::string& error) const {
+  const auto fault =
+      fault_source_(host, CertStatusBit(NetErrorCode(error)), std::chrono::milliseconds(0));
+  return allowed_.count({host, error, fault ? fault->certificate : ""}) != 0;
+}
+
+void Certificates::Ask(int question, const CefRefPtr<Browser>& browser, const std::string& host,
+                       const std::string& error, const std::string& url) {
+  const CefRefPtr<CefClient> client = browser->client();
+  const CefRefPtr<CefRequestHandler> handler = client.get() ? client->GetRequestHandler() : nullptr;
+  // A run that is ending asks nobody: the question would keep it from ending.
+  if (!handler.get() || browser->IsForcedToClose()) {
+    Answer(question, false, "");
+    return;
+  }
+  const int code = NetErrorCode(error);
+  const uint32_t worst = CertStatusBit(code);
+  const CertVerdict fault = fault_source_(host, worst, kVerdictLimit).value_or(CertVerdict());
+  const uint32_t bits = fault.status | worst;
+  const CefRefPtr<RequestCallback> callback =
+      new RequestCallback([this, question, certificate = fault.certificate](bool allow) {
+        Answer(question, allow, certificate);
+      });
+  if (!handler->OnCertificateError(browser.get(), static_cast<cef_errorcode_t>(code), url,
+                                   new SslInfo(static_cast<cef_cert_status_t>(bits)),
+                                   callback.get())) {
+    callback->Cancel();
+  }
+}
+
+void Certificates::Answer(int question, bool allow, const std::string& certificate) {
+  IoThread::Get().PostTask([this, question, allow, certificate] {
+    const auto found = questions_.find(question);
+    if (found == questions_.end()) return;
+    if (allow) allowed_.insert({found->second.host, found->second.error, certificate});
+    for (const int64_t event : found->second.events) AnswerEvent(event, allow);
+    questions_.erase(found);
+  });
+}
+
+void Certificates::AnswerEvent(int64_t event, bool allow) {
+  connection_.Send("", "Security.handleCertificateError",
+                   JsonObject().Add("eventId", event).Add("action", allow ? "continue" : "cancel"));
+}
+
+void Certificates::BrowserGone(const std::string& target_id) {
+  for (auto it = questions_.begin(); it != questions_.end();) {
+    it = it->second.target_id == target_id ? questions_.erase(it) : std::next(it);
+  }
+}
+
+}  // namespace engine

@@ -1,0 +1,117 @@
+#include "cef/chromium/process/ChildProcess.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+namespace engine {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Above every number a child uses, so that no descriptor is overwritten before it was copied (a
+// pipe may itself have been given the numbers 3 and 4).
+constexpr int kOutOfTheWay = 32;
+
+std::vector<char*> Pointers(const std::vector<std::string>& texts) {
+  std::vector<char*> pointers;
+  for (const std::string& text : texts) pointers.push_back(const_cast<char*>(text.c_str()));
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+std::vector<std::string> Environment(
+    const std::vector<std::pair<std::string, std::string>>& changes) {
+  std::vector<std::string> result;
+  for (char** entry = environ; entry && *entry; ++entry) {
+    const char* equals = strchr(*entry, '=');
+    const std::string name(*entry, equals ? equals - *entry : strlen(*entry));
+    const bool changed = std::any_of(changes.begin(), changes.end(),
+                                     [&](const auto& change) { return change.first == name; });
+    if (!changed) result.push_back(*entry);
+  }
+  for (const auto& [name, value] : changes) result.push_back(name + "=" + value);
+  return result;
+}
+
+}  // namespace
+
+pid_t StartChild(const ChildOptions& options, std::string* err) {
+  posix_spawn_file_actions_t actions;
+  posix_spawnattr_t attributes;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawnattr_init(&attributes);
+
+  std::vector<int> copies;
+  int last = STDERR_FILENO;
+  bool ready = true;
+  for (int fd = 0; fd <= STDERR_FILENO; ++fd) {
+    posix_spawn_file_actions_addopen(&actions, fd, "/dev/null", O_RDWR, 0);
+  }
+  for (const auto& [ours, theirs] : options.descriptors) {
+    const int copy = fcntl(ours, F_DUPFD_CLOEXEC, kOutOfTheWay);
+    if (copy < 0) ready = false;
+    copies.push_back(copy);
+    posix_spawn_file_actions_adddup2(&actions, copy, theirs);
+    last = std::max(last, theirs);
+  }
+  posix_spawn_file_actions_addclosefrom_np(&actions, last + 1);
+  posix_spawn_file_actions_addchdir_np(&actions, "/");
+
+  sigset_t none, all;
+  sigemptyset(&none);
+  sigfillset(&all);
+  posix_spawnattr_setsigmask(&attributes, &none);
+  posix_spawnattr_setsigdefault(&attributes, &all);
+  posix_spawnattr_setflags(&attributes,
+                           POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+
+  const std::vector<std::string> environment = Environment(options.environment);
+  pid_t child = -1;
+  int error = EMFILE;
+  if (ready) {
+    error = posix_spawn(&child, options.command[0].c_str(), &actions, &attributes,
+                        Pointers(options.command).data(), Pointers(environment).data());
+  }
+  for (int copy : copies) {
+    if (copy >= 0) close(copy);
+  }
+  posix_spawnattr_destroy(&attributes);
+  posix_spawn_file_actions_destroy(&actions);
+  if (error == 0) return child;
+  *err = "cannot start " + options.command[0] + ": " + strerror(error);
+  return -1;
+}
+
+int OpenProcess(pid_t child) { return static_cast<int>(syscall(SYS_pidfd_open, child, 0)); }
+
+bool WaitReadable(int fd, std::chrono::milliseconds limit) {
+  const auto end = Clock::now() + limit;
+  pollfd watched = {fd, POLLIN, 0};
+  for (;;) {
+    const auto left =
+        std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
+    const int count = poll(&watched, 1, static_cast<int>(std::max<long long>(left, 0)));
+    if (count >= 0 || errno != EINTR) return count > 0;
+  }
+}
+
+int ReapChild(pid_t child) {
+  int status = -1;
+  pid_t result;
+  do {
+    result = waitpid(child, &status, 0);
+  } while (result < 0 && errno == EINTR);
+  return result == child ? status : -1;
+}
+
+}  // namespace engine

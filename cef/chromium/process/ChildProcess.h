@@ -1,0 +1,40 @@
+// Starting programs with a clean state, and waiting for them with a limit.
+
+#ifndef CEF_CHROMIUM_PROCESS_CHILDPROCESS_H_
+#define CEF_CHROMIUM_PROCESS_CHILDPROCESS_H_
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace engine {
+
+struct ChildOptions {
+  // The program's path and its arguments.
+  std::vector<std::string> command;
+  // Which of our descriptors (first) the child has as which of its own (second, each once).
+  // 0, 1 and 2 are /dev/null unless named here. Every other descriptor is closed in the child.
+  std::vector<std::pair<int, int>> descriptors;
+  // Variables that differ from our own environment.
+  std::vector<std::pair<std::string, std::string>> environment;
+};
+
+// Starts a program in a session of its own, with no signal blocked or ignored, in the root folder.
+// Returns its process id, or -1 and a reason in *err. Usable with any number of threads running.
+pid_t StartChild(const ChildOptions& options, std::string* err);
+
+// A close-on-exec descriptor that becomes readable when the child has ended, or -1.
+int OpenProcess(pid_t child);
+
+// True once the descriptor is readable or at its end; false when `limit` has passed.
+bool WaitReadable(int fd, std::chrono::milliseconds limit);
+
+// Collects a child that has ended or is about to. Its wait status, or -1 if it is not ours.
+int ReapChild(pid_t child);
+
+}  // namespace engine
+
+#endif  // CEF_CHROMIUM_PROCESS_CHILDPROCESS_H_

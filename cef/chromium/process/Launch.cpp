@@ -1,0 +1,206 @@
+#include "cef/chromium/process/Launch.h"
+
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <mutex>
+
+#include "cef/chromium/base/MessageLoop.h"
+#include "cef/chromium/process/Preferences.h"
+#include "platform/DisplayReach.h"
+
+namespace engine {
+namespace {
+
+constexpr std::chrono::seconds kStartLimit{14};
+constexpr std::chrono::seconds kCloseLimit{3};
+// After a kill the pipe ends at once.
+constexpr std::chrono::seconds kPipeEndLimit{1};
+
+constexpr char kNoSandbox[] = "no-sandbox";
+
+// The reply to Browser.getVersion; shared, since it may come after the wait was given up.
+struct Answer {
+  const int arrived = eventfd(0, EFD_CLOEXEC);
+  std::mutex mutex;
+  bool ok = false;      // guarded by mutex
+  std::string product;  // guarded by mutex
+
+  ~Answer() {
+    if (arrived >= 0) close(arrived);
+  }
+};
+
+std::chrono::milliseconds Left(std::chrono::steady_clock::time_point deadline) {
+  const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+      deadline - std::chrono::steady_clock::now());
+  return std::max(left, std::chrono::milliseconds(0));
+}
+
+// The value of the switch, which is taken out; *there tells whether it was.
+std::string Take(const std::string& name, Launch::Switches* switches, bool* there) {
+  std::string value;
+  *there = false;
+  for (auto it = switches->begin(); it != switches->end();) {
+    const bool same = it->first == name;
+    if (same) value = it->second;
+    *there = *there || same;
+    it = same ? switches->erase(it) : it + 1;
+  }
+  return value;
+}
+
+void AddReason(const std::string& reason, std::string* reasons) {
+  if (reasons->find(reason) != std::string::npos) return;
+  if (!reasons->empty()) *reasons += "; ";
+  *reasons += reason;
+}
+
+}  // namespace
+
+bool Launch::Start(const std::string& cache_path, const Switches& switches,
+                   const std::function<void()>& enable, std::string* err) {
+  Plan plan;
+  plan.deadline = Clock::now() + kStartLimit;
+  plan.enable = enable;
+  Switches wanted = switches;
+  bool may_do_without = false;
+  bool ignored = false;
+  Take(kNoSandbox, &wanted, &may_do_without);
+  plan.options.log_file = Take("log-file", &wanted, &ignored);
+  // Chromium has none to offer to root.
+  const bool root = geteuid() == 0;
+  if (may_do_without && root) wanted.emplace_back(kNoSandbox, "");
+  plan.options.switches = wanted;
+
+  std::string reasons;
+  for (const InstalledChromium& chromium : FindChromiums(&reasons)) {
+    std::string reason = ForbiddingPolicy(chromium);
+    if (reason.empty()) {
+      plan.options.chromium = chromium;
+      plan.options.switches = wanted;
+      plan.sandbox_needed = root || !may_do_without;
+      const Result result = StartOne(cache_path, &plan, &reason);
+      if (result == Result::kAnswers) return true;
+      profile_.reset();
+      if (result == Result::kGivenUp) {
+        *err = reason;
+        return false;
+      }
+    }
+    AddReason(reason, &reasons);
+  }
+  *err = reasons;
+  return false;
+}
+
+Launch::Result Launch::StartOne(const std::string& cache_path, Plan* plan, std::string* err) {
+  profile_ = Profile::Open(cache_path, err);
+  if (!profile_) return Result::kGivenUp;
+  const Result result = Attempt(plan, err);
+  if (result != Result::kEnded || profile_->is_private()) return result;
+  // One that ends without a word may have found the profile in use by somebody else's Chromium.
+  profile_ = Profile::OpenPrivate(cache_path, err);
+  return profile_ ? Attempt(plan, err) : Result::kGivenUp;
+}
+
+// With the sandbox or, where there is none and none is needed, without.
+Launch::Result Launch::Attempt(Plan* plan, std::string* err) {
+  Result result = AttemptOnce(*plan, err);
+  const bool no_sandbox =
+      result == Result::kEnded && !plan->sandbox_needed && process_->output().TellsOfNoSandbox();
+  if (no_sandbox) {
+    Discard();
+    plan->sandbox_needed = true;
+    plan->options.switches.emplace_back(kNoSandbox, "");
+    result = AttemptOnce(*plan, err);
+    if (result == Result::kAnswers) {
+      process_->output().Note("No sandbox can be had here, pages are shown without it.");
+    }
+  }
+  if (result != Result::kAnswers) Discard();
+  return result;
+}
+
+Launch::Result Launch::AttemptOnce(const Plan& plan, std::string* err) {
+  if (!SeedPreferences(profile_->dir(), err)) return Result::kGivenUp;
+  ChromiumOptions options = plan.options;
+  options.profile_dir = profile_->dir();
+  options.private_profile = profile_->is_private();
+  options.run_folder = MakeRunFolder(err);
+  if (options.run_folder.empty()) return Result::kGivenUp;
+  program_ = options.chromium.path;
+  // Without it certificates have one fault only; no reason not to start.
+  std::string ignored;
+  const std::shared_ptr<NetLog> log = NetLog::Start(options.run_folder, &ignored);
+  if (log) options.switches.emplace_back("log-net-log", log->path());
+  std::atomic_store(&net_log_, log);
+
+  process_ = ChromiumProcess::Start(options, err);
+  if (!process_) return Result::kUnfit;
+  connection_.Open(process_->command_fd(), process_->event_fd());
+  plan.enable();
+  return AwaitAnswer(plan.deadline, err);
+}
+
+// The answer to the last command of the start: by then those before it have been answered too, as
+// far as Chromium does not know them.
+Launch::Result Launch::AwaitAnswer(Clock::time_point deadline, std::string* err) {
+  const auto answer = std::make_shared<Answer>();
+  connection_.Send("", "Browser.getVersion", {},
+                   [answer](const JsonValue* result, const std::string&) {
+                     {
+                       std::lock_guard<std::mutex> lock(answer->mutex);
+                       answer->ok = result != nullptr;
+                       if (result) answer->product = TextAt(*result, "product");
+                     }
+                     eventfd_write(answer->arrived, 1);
+                   });
+  if (!MessageLoop::Get().AwaitReadable(answer->arrived, Left(deadline))) {
+    const bool late = Left(deadline).count() == 0;
+    *err = late ? "it does not answer" : "a signal has ended the wait for it";
+    return Result::kGivenUp;
+  }
+  std::lock_guard<std::mutex> lock(answer->mutex);
+  const std::string unknown = connection_.UnknownCommand();
+  if (!unknown.empty()) {
+    const std::string name = answer->product.empty() ? "the one installed" : answer->product;
+    *err = name + " is too old: it does not know " + unknown;
+    return Result::kUnfit;
+  }
+  if (answer->ok) return Result::kAnswers;
+  // Chromium's own words for this are of no help to a user.
+  *err = WhyNoDisplay();
+  if (!err->empty()) return Result::kGivenUp;
+  if (process_->output().TellsOfPolicy()) {
+    *err = "the policy RemoteDebuggingAllowed forbids that other programs use " + program_;
+    return Result::kUnfit;
+  }
+  *err = program_ + " has ended before it answered";
+  const std::string words = process_->output().LastLine();
+  if (!words.empty()) *err += "; it says: " + words;
+  return Result::kEnded;
+}
+
+std::string Launch::LastWords() const { return process_ ? process_->output().LastWords() : ""; }
+
+void Launch::Discard() {
+  if (process_) {
+    process_->Kill();
+    connection_.WaitClosed(kPipeEndLimit);
+    process_.reset();
+  }
+  std::atomic_store(&net_log_, std::shared_ptr<NetLog>());
+}
+
+void Launch::End() {
+  if (process_ && connection_.IsOpen()) {
+    connection_.Send("", "Browser.close");
+    process_->WaitForExit(kCloseLimit);
+  }
+  Discard();
+  profile_.reset();
+}
+
+}  // namespace engine

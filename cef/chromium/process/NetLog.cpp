@@ -1,0 +1,103 @@
+#include "cef/chromium/process/NetLog.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/eventfd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cstring>
+#include <vector>
+
+namespace engine {
+
+namespace {
+
+constexpr size_t kPiece = 64 * 1024;
+
+// Bits that say something without being a fault: extended validation, revocation checked, and so
+// on.
+constexpr uint32_t kNoFault = 0x00FF0000;
+
+// The verifier names hosts in lower case and IPv6 addresses without brackets.
+std::string VerifierHost(std::string host) {
+  if (host.size() > 2 && host.front() == '[' && host.back() == ']') {
+    host = host.substr(1, host.size() - 2);
+  }
+  std::transform(host.begin(), host.end(), host.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return host;
+}
+
+}  // namespace
+
+std::unique_ptr<NetLog> NetLog::Start(const std::string& folder, std::string* err) {
+  std::unique_ptr<NetLog> log(new NetLog);
+  const std::string path = folder + "/netlog";
+  if (mkfifo(path.c_str(), 0600) != 0) {
+    *err = "cannot make " + path + ": " + strerror(errno);
+    return nullptr;
+  }
+  log->path_ = path;
+  // For writing as well, so that opening does not wait for Chromium and its going is no end of
+  // file.
+  log->fifo_fd_ = open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+  log->stop_fd_ = eventfd(0, EFD_CLOEXEC);
+  if (log->fifo_fd_ < 0 || log->stop_fd_ < 0) {
+    *err = "cannot open " + path + ": " + strerror(errno);
+    return nullptr;
+  }
+  // Signals are for the threads that expect them; a new thread takes over its maker's mask.
+  sigset_t all, before;
+  sigfillset(&all);
+  pthread_sigmask(SIG_SETMASK, &all, &before);
+  log->thread_ = std::thread([raw = log.get()] { raw->Drain(); });
+  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  return log;
+}
+
+NetLog::~NetLog() {
+  if (thread_.joinable()) {
+    eventfd_write(stop_fd_, 1);
+    thread_.join();
+  }
+  if (fifo_fd_ >= 0) close(fifo_fd_);
+  if (stop_fd_ >= 0) close(stop_fd_);
+  if (!path_.empty()) unlink(path_.c_str());
+}
+
+std::optional<CertVerdict> NetLog::Fault(const std::string& host, uint32_t fault,
+                                         std::chrono::milliseconds wait) {
+  const std::string wanted = VerifierHost(host);
+  std::unique_lock<std::mutex> lock(mutex_);
+  const auto is_there = [&] {
+    const auto found = faults_.find(wanted);
+    if (found == faults_.end()) return false;
+    return fault == 0 || (found->second.status & fault) != 0;
+  };
+  if (!changed_.wait_for(lock, wait, is_there)) return std::nullopt;
+  return faults_[wanted];
+}
+
+void NetLog::Drain() {
+  std::vector<char> piece(kPiece);
+  const auto keep = [this](const CertVerdict& verdict) {
+    if ((verdict.status & ~kNoFault) == 0) return;
+    std::lock_guard<std::mutex> lock(mutex_);
+    faults_[verdict.host] = verdict;
+    changed_.notify_all();
+  };
+  for (;;) {
+    pollfd watched[] = {{fifo_fd_, POLLIN, 0}, {stop_fd_, POLLIN, 0}};
+    if (poll(watched, 2, -1) < 0 && errno != EINTR) return;
+    if (watched[1].revents != 0) return;
+    const ssize_t count = read(fifo_fd_, piece.data(), piece.size());
+    if (count > 0) parser_.Feed(piece.data(), static_cast<size_t>(count), keep);
+  }
+}
+
+}  // namespace engine

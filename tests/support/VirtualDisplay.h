@@ -1,0 +1,60 @@
+// An X display of a test's own, and hands to work on it with.
+
+#ifndef TESTS_SUPPORT_VIRTUALDISPLAY_H_
+#define TESTS_SUPPORT_VIRTUALDISPLAY_H_
+
+#include <sys/types.h>
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+// Starts Xvfb on a free display number and, if asked, a window manager; sets DISPLAY to it. The
+// destructor ends both and restores DISPLAY. Both also end when the test process dies. Not for use
+// by several threads at once.
+class VirtualDisplay {
+ public:
+  enum class WindowManager { kNone, kOpenbox };
+
+  // Returns when the display (and the window manager) is ready to serve clients. Throws
+  // std::runtime_error, saying why, when that takes longer than 20 seconds or a program is missing.
+  explicit VirtualDisplay(WindowManager manager = WindowManager::kNone);
+  ~VirtualDisplay();
+  VirtualDisplay(const VirtualDisplay&) = delete;
+  VirtualDisplay& operator=(const VirtualDisplay&) = delete;
+
+  // The value of DISPLAY, such as ":3".
+  const std::string& name() const { return name_; }
+
+  // What a tool did: its exit status (-1: it could not run or overran its time) and its output.
+  struct ToolResult {
+    int status = -1;
+    std::string output;
+  };
+
+  // Runs a program on the display, for example {"wmctrl", "-c", "Alert"}; it is killed when `limit`
+  // has passed.
+  ToolResult Run(const std::vector<std::string>& command,
+                 std::chrono::milliseconds limit = std::chrono::seconds(10)) const;
+
+  // Runs xdotool with the arguments given.
+  ToolResult Xdotool(std::vector<std::string> arguments) const;
+
+  // Waits until a visible window whose title matches the regular expression exists; returns the id
+  // as xdotool takes it, or an empty text when `limit` has passed.
+  std::string WaitForWindow(const std::string& title_pattern,
+                            std::chrono::milliseconds limit = std::chrono::seconds(10)) const;
+
+ private:
+  void StartServer();
+  void StartOpenbox();
+  void End();
+
+  pid_t server_ = -1;
+  pid_t window_manager_ = -1;
+  std::string name_;
+  std::string former_display_;
+  bool had_display_ = false;
+};
+
+#endif  // TESTS_SUPPORT_VIRTUALDISPLAY_H_

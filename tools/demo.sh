@@ -1,0 +1,132 @@
+#!/usr/bin/env bash
+# Runs one step through the starter, the program and a real browser window, against the gateway box.
+# Called by ./dev demo.
+set -euo pipefail
+
+die() { printf 'demo: %s\n' "$*" >&2; exit 1; }
+say() { printf '%s\n' "$*" >&2; }
+
+build_dir=$(realpath "$1")
+shift
+step=saml interactive= certificate= screenshot=
+while (($#)); do
+  case $1 in
+    saml | custom | logout) step=$1 ;;
+    --interactive) interactive=1 ;;
+    --certificate) certificate=${2:?--certificate needs a kind}; shift ;;
+    --screenshot) screenshot=$(realpath -m "${2:?--screenshot needs a file}"); shift ;;
+    *) die "unknown argument: $1 (see ./dev help)" ;;
+  esac
+  shift
+done
+
+work=$(mktemp -d)
+children=()
+cleanup() {
+  local pid
+  for pid in "${children[@]}"; do kill "$pid" 2>/dev/null || true; done
+  for pid in "${children[@]}"; do wait "$pid" 2>/dev/null || true; done
+  rm -rf "$work"
+}
+trap cleanup EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM HUP
+
+# A user of the demo's own, so that nothing of the real one's is touched.
+export HOME=$build_dir/demo-home
+mkdir -p "$HOME"
+
+start_display() {
+  [[ -n ${DISPLAY:-} ]] && xdpyinfo >/dev/null 2>&1 && return
+  [[ -z $interactive ]] || die "--interactive needs a display"
+  mkfifo "$work/display"
+  # Held open for reading and writing, so that opening it cannot block.
+  exec {display_fd}<>"$work/display"
+  Xvfb -displayfd "$display_fd" -screen 0 1280x900x24 -nolisten tcp >/dev/null 2>&1 &
+  children+=($!)
+  local number
+  read -r -t 20 -u "$display_fd" number || die "Xvfb did not start"
+  export DISPLAY=:$number
+  openbox >/dev/null 2>&1 &
+  children+=($!)
+}
+
+start_gateway() {
+  local options=(--port 0 --https-port 0 --exit-with-stdin --authority-file "$work/authority.pem")
+  [[ -z $certificate ]] || options+=(--certificate "$certificate" --certificate-for gateway)
+  mkfifo "$work/gateway-in" "$work/gateway-out"
+  exec {gateway_in}<>"$work/gateway-in" {gateway_out}<>"$work/gateway-out"
+  "$build_dir/tools/gateway/gateway" "${options[@]}" <"$work/gateway-in" >"$work/gateway-out" &
+  children+=($!)
+  local line
+  read -r -t 20 -u "$gateway_out" line || die "the gateway box did not start"
+  http=$(sed -n 's/.*"http":"\([^"]*\)".*/\1/p' <<<"$line")
+  https=$(sed -n 's/.*"https":"\([^"]*\)".*/\1/p' <<<"$line")
+}
+
+# Makes the browser of the demo's user trust the authority of the gateway box.
+trust_authority() {
+  local store=$HOME/.pki/nssdb
+  rm -rf "$store"
+  mkdir -p "$store"
+  certutil -d "sql:$store" -N --empty-password
+  certutil -d "sql:$store" -A -t C,, -n gateway-box -i "$work/authority.pem"
+}
+
+window() { timeout 30 xdotool search --sync --onlyvisible --name "$1" | tail -n 1; }
+
+picture() { [[ -z $screenshot ]] || import -frame -window "$1" "$screenshot"; }
+
+# What the user does: answers the certificate question, signs in.
+act() {
+  local id
+  if [[ -n $certificate && $certificate != good ]]; then
+    id=$(window '^Alert$')
+    [[ -z $screenshot ]] || sleep 2 # until everything has been drawn
+    picture "$id"
+    screenshot=
+    # The alert takes keys only a moment after it shows.
+    while xdotool search --onlyvisible --name '^Alert$' >/dev/null; do
+      xdotool key Return
+      sleep 0.5
+    done
+  fi
+  [[ $step != logout ]] || return 0
+  id=$(window 'Sign in')
+  xdotool windowactivate --sync "$id"
+  sleep 1 # the page takes keys only a moment after the window has its title
+  xdotool type --delay 40 ada
+  picture "$id"
+  xdotool key Tab
+  xdotool type --delay 40 'open sesame'
+  xdotool key Return
+}
+
+start_display
+start_gateway
+origin=$http
+if [[ -n $certificate || $step == logout ]]; then
+  # The single logout knows its gateway by "https://" only.
+  origin=$https
+  trust_authority
+fi
+case $step in
+  saml) type=saml-login scenario=saml-redirect cookie='KXSAMLEMBID=box' ;;
+  custom) type=custom scenario=custom-finished cookie='KXEBID=box;KXEBSTATUS=EB-LAUNCH' ;;
+  logout) type=saml-logout scenario=logout-state2 cookie='KXID=box;;KXFIRST=a=b' ;;
+esac
+
+if [[ -z $interactive ]]; then
+  act >/dev/null 2>"$work/act" &
+  children+=($!)
+else
+  say "sign in as ada, password open sesame"
+fi
+status=0
+"$build_dir/tools/starter/embedded-browser-start" --type "$type" --url "$origin/$scenario/start" \
+  --cookie "$cookie" --timeout "$([[ -n $interactive ]] && echo 300 || echo 60)" --json || status=$?
+# Where a step ended as it should, the demo has succeeded.
+readonly logged_out=6
+[[ $step == logout && $status == "$logged_out" ]] && status=0
+say "log: $build_dir/stage/var/log/Corvane Secure/Logging/debuglog.log"
+exit "$status"

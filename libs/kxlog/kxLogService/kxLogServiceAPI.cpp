@@ -1,9 +1,30 @@
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 
-#include <unistd.h>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
 
+#include "libs/kxlog/kxLogService/LogRecord.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPILib.h"
-#include "platform/ThreadId.h"
+
+namespace {
+
+// The path in the control block was not acceptable: clears the block and joins anew, which sets
+// the path afresh.
+void ResetLog() {
+  // The block is unmapped before the lock is released, since other threads of this process use it
+  // under the lock. Without the lock the process leaves and joins anyway.
+  if (LogLock()) {
+    if (pShareMemory != nullptr) memset(pShareMemory, 0, sizeof(LogControlBlock));
+    KXLogCleanup();
+    LogUnlock();
+  } else {
+    KXLogCleanup();
+  }
+  KXLogInitialize();
+}
+
+}  // namespace
 
 int KXLogInitialize() { return _KXLogInitialize(); }
 
@@ -21,12 +42,41 @@ int IsShareMemoryPrivate() { return bIsShareMemoryPrivate; }
 
 void SetShareMemoryPrivateFlag(int flag) { bIsShareMemoryPrivate = flag; }
 
-int KXGetCurrentProcessId(uint32_t* out) {
-  *out = static_cast<uint32_t>(getpid());
-  return 1;
+bool KXLogShouldLog(int level) {
+  if (!LogIsInitialized() || !LogLock()) return false;
+  const LogControlBlock* block = ControlBlock();
+  if (block == nullptr || CurrentLogMode == kLogModeOff) {
+    LogUnlock();
+    return false;
+  }
+  if (block->level_updates != TraceLevelUpdateCount) {
+    TraceLevelUpdateCount = block->level_updates;
+    CurrentTraceLevel = block->trace_level;
+  }
+  const bool wanted = CurrentTraceLevel >= level;
+  LogUnlock();
+  return wanted;
 }
 
-int KXGetCurrentThreadId(uint32_t* out) {
-  *out = CurrentThreadId();
-  return 1;
+int _KXLogEntryNew(int level, const char* sourceFile, int line, const char* module,
+                   const char* format, ...) {
+  const bool holds_lock = line == 0 && strcmp(sourceFile, "<>") == 0;
+  if (!holds_lock && !KXLogShouldLog(level)) return 0;
+
+  LogRecord record(level, sourceFile, line, module);
+  va_list args;
+  va_start(args, format);
+  record.AppendMessage(format, args);
+  va_end(args);
+  record.EndLine();
+  char header[32] = {};
+  snprintf(header, sizeof(header), "%05d,%02d ", record.length(), module != nullptr ? 9 : 8);
+  if (UserOutputFunc != nullptr) UserOutputFunc("%s\n", record.text());
+
+  if (!holds_lock && !LogLock()) return 0;
+  int reset_requested = 0;
+  const bool written = LogData(header, record.text(), &reset_requested);
+  if (!holds_lock) LogUnlock();
+  if (reset_requested && bIsShareMemoryReadWriteView) ResetLog();
+  return written ? record.length() : 0;
 }

@@ -11,8 +11,8 @@
 #include <string>
 
 #include "libs/kxaccess/InstallPaths.h"
-#include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
-#include "libs/kxlog/kxLogService/kxLogServiceAPILib.h"
+#include "libs/kxlog/kxLogService/LogFields.h"
+#include "libs/kxlog/kxLogService/LogState.h"
 #include "platform/SemaphoreWait.h"
 
 const char* const LogGlobalShareLockName = InstallPaths::kLogFolder;
@@ -67,7 +67,7 @@ void GetLogSessionShareLockName() {
 }
 
 bool LogLockInit(const char* path) {
-  const key_t key = ftok(path, 1);
+  const key_t key = ftok(path, kLogLockProject);
   if (key == -1) return false;
   int id = semget(key, 0, 0);
   if (id < 0) {

@@ -9,6 +9,9 @@
 // The user's own log folder, below the home folder.
 inline constexpr char kLogFolderUnderHome[] = "/Library/Logs/Corvane Secure/Logging";
 
+// With its folder it makes the key of a lock.
+inline constexpr int kLogLockProject = 1;
+
 // The folder that the machine-wide lock belongs to.
 extern const char* const LogGlobalShareLockName;
 

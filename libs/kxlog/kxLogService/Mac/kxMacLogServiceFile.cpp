@@ -12,8 +12,7 @@
 #include <string>
 
 #include "libs/kxaccess/InstallPaths.h"
-#include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
-#include "libs/kxlog/kxLogService/kxLogServiceAPILib.h"
+#include "libs/kxlog/kxLogService/LogState.h"
 
 FILE* g_hLogFile = nullptr;
 uint32_t CurrentLogRotationCount = 0;
@@ -21,7 +20,6 @@ uint32_t CurrentLogRotationCount = 0;
 namespace {
 
 constexpr mode_t kFolderMode = 0755;
-constexpr mode_t kFileMode = 0666;
 constexpr size_t kLongestPath = 1023;
 
 bool Exists(const char* path) {
@@ -60,10 +58,10 @@ void CloseLogFile() {
 }
 
 // This process may update the control block, which others read too.
-bool UpdatesSharedBlock() { return IsShareMemoryReadWriteView() && !IsShareMemoryPrivate(); }
+bool UpdatesSharedBlock() { return bIsShareMemoryReadWriteView && !bIsShareMemoryPrivate; }
 
 bool UpdatesBlock() {
-  return pShareMemory != nullptr && (IsShareMemoryReadWriteView() || IsShareMemoryPrivate());
+  return pShareMemory != nullptr && (bIsShareMemoryReadWriteView || bIsShareMemoryPrivate);
 }
 
 bool IsRefused(const char* path) { return UpdatesSharedBlock() && !IsValidLogFilePathInSHM(path); }
@@ -196,11 +194,11 @@ FILE* CreateLogFile(const char* path) {
   if (exists && !S_ISREG(info.st_mode)) return nullptr;
   const int fd =
       open(path, O_RDWR | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | (exists ? 0 : O_CREAT),
-           kFileMode);
+           kLogFileMode);
   if (fd < 0) return nullptr;
   const bool usable = fstat(fd, &info) == 0 && S_ISREG(info.st_mode) && info.st_nlink == 1 &&
                       // Only its owner may change a file's mode, so one that has it is left alone.
-                      ((info.st_mode & 07777) == kFileMode || fchmod(fd, kFileMode) == 0);
+                      ((info.st_mode & 07777) == kLogFileMode || fchmod(fd, kLogFileMode) == 0);
   FILE* file = usable ? fdopen(fd, "a") : nullptr;
   if (file == nullptr) close(fd);
   return file;

@@ -3,6 +3,8 @@
 #ifndef LIBS_KXLOG_KXLOGSERVICE_MAC_KXMACLOGSERVICEFILE_H_
 #define LIBS_KXLOG_KXLOGSERVICE_MAC_KXMACLOGSERVICEFILE_H_
 
+#include <sys/types.h>
+
 #include <cstdint>
 #include <cstdio>
 
@@ -22,8 +24,10 @@ bool CreateLogDirectory(const char* path);
 // Whether `path` itself is a symbolic link.
 bool IsSymLink(const char* path);
 
-// Opens a log file for appending, creating it when there is none. It gets the mode 0666 whatever
-// the process's umask, since processes of other users append to it too. A link in its place,
+inline constexpr mode_t kLogFileMode = 0666;
+
+// Opens a log file for appending, creating it when there is none. It gets kLogFileMode whatever the
+// process's umask, since processes of other users append to it too. A link in its place,
 // symbolic or hard, is removed, never followed. Returns null on any failure, also when something
 // else than a file stands there; the caller closes the stream. Never blocks.
 FILE* CreateLogFile(const char* path);

@@ -1,21 +1,19 @@
 #include "libs/kxlog/kxLogService/Mac/kxMacLogserviceApiLib.h"
 
-#include <pwd.h>
 #include <sys/mman.h>
-#include <sys/time.h>
 #include <unistd.h>
 
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <string>
 
 #include "libs/kxaccess/InstallPaths.h"
-#include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
-#include "libs/kxlog/kxLogService/kxLogServiceAPILib.h"
-#include "platform/ProcessName.h"
+#include "libs/kxlog/kxLogService/LogFields.h"
+#include "libs/kxlog/kxLogService/LogState.h"
+#include "libs/kxlog/kxLogService/Mac/kxMacLogAPIInternal.h"
+#include "libs/kxlog/kxLogService/Mac/kxMacLogServiceFile.h"
 #include "platform/SharedMemoryName.h"
 #include "platform/SharedMemoryObject.h"
 
@@ -126,51 +124,7 @@ bool KXLogProcessDetachInit() {
   munmap(pShareMemory, sizeof(LogControlBlock));
   pShareMemory = nullptr;
   LogLockClose();
-  SetShareMemoryPrivateFlag(0);
-  SetShareMemoryReadWriteViewFlag(0);
-  return true;
-}
-
-void GetLocalSystemTime(uint16_t out[8]) {
-  timeval now;
-  gettimeofday(&now, nullptr);
-  tm local;
-  localtime_r(&now.tv_sec, &local);
-  const int fields[8] = {
-      local.tm_year + 1900, local.tm_mon + 1, local.tm_wday, local.tm_mday,
-      local.tm_hour,        local.tm_min,     local.tm_sec,  static_cast<int>(now.tv_usec / 1000)};
-  for (int i = 0; i < 8; ++i) out[i] = static_cast<uint16_t>(fields[i]);
-}
-
-bool GetUserName(char* dest, size_t* len) {
-  const passwd* user = getpwuid(getuid());
-  const char* name = user != nullptr ? user->pw_name : "";
-  if (user != nullptr && dest != nullptr && *len != 0) snprintf(dest, *len, "%s", name);
-  *len = strlen(name);
-  endpwent();
-  return *len != 0;
-}
-
-const char* GetUserHome() {
-  static char home[1024] = "";
-  if (home[0] != '\0') return home;
-  const passwd* user = getpwuid(getuid());
-  if (user == nullptr) return "~";
-  snprintf(home, sizeof(home), "%s", user->pw_dir);
-  return home;
-}
-
-bool GetCurrentProcessName() {
-  if (!GetModuleFilePath(CurrentProcessName, sizeof(CurrentProcessName))) return false;
-  EscapeParameter(CurrentProcessName, strlen(CurrentProcessName));
-  return true;
-}
-
-bool GetModuleFilePath(char* dest, size_t size) {
-  if (strcmp(CurrentProcessName, "Unknown.exe") == 0 &&
-      !GetOwnProcessName(CurrentProcessName, sizeof(CurrentProcessName))) {
-    return false;
-  }
-  if (dest != CurrentProcessName) snprintf(dest, size, "%s", CurrentProcessName);
+  bIsShareMemoryPrivate = 0;
+  bIsShareMemoryReadWriteView = 0;
   return true;
 }

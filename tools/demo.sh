@@ -56,7 +56,7 @@ start_gateway() {
   [[ -z $certificate ]] || options+=(--certificate "$certificate" --certificate-for gateway)
   mkfifo "$work/gateway-in" "$work/gateway-out"
   exec {gateway_in}<>"$work/gateway-in" {gateway_out}<>"$work/gateway-out"
-  "$build_dir/tools/gateway/gateway" "${options[@]}" <"$work/gateway-in" >"$work/gateway-out" &
+  "$build_dir/tools/gateway/embedded-browser-gateway" "${options[@]}" <"$work/gateway-in" >"$work/gateway-out" &
   children+=($!)
   local line
   read -r -t 20 -u "$gateway_out" line || die "the gateway box did not start"

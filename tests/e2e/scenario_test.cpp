@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "tests/e2e/E2eTest.h"
+#include "tools/gateway/GatewayFiles.h"
 #include "tools/gateway/ScenarioList.h"
 #include "tools/gateway/Scenarios.h"
 
@@ -24,7 +25,7 @@ using std::chrono::steady_clock;
 seconds NextTry(const Hand& hand) { return seconds(hand.type.empty() ? 1 : 5); }
 
 std::vector<Scenario> Those(bool nightly) {
-  std::vector<Scenario> chosen = ReadScenarios(DefaultScenarioFolder());
+  std::vector<Scenario> chosen = ReadScenarios(kScenarioFolder);
   const auto other = [nightly](const Scenario& scenario) { return scenario.nightly != nightly; };
   chosen.erase(std::remove_if(chosen.begin(), chosen.end(), other), chosen.end());
   return chosen;

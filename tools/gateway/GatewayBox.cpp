@@ -32,10 +32,8 @@ std::vector<std::string> NamesOf(const std::string& prefix) {
 }
 
 std::vector<Scenario> Served(const GatewayBox::Options& options) {
-  const std::string folder =
-      options.scenarios.empty() ? DefaultScenarioFolder() : options.scenarios;
-  if (options.only.empty()) return ReadScenarios(folder);
-  return {ReadScenario(folder, options.only)};
+  if (options.only.empty()) return ReadScenarios(options.scenarios);
+  return {ReadScenario(options.scenarios, options.only)};
 }
 
 }  // namespace

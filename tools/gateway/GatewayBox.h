@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "tools/gateway/Certificates.h"
+#include "tools/gateway/GatewayFiles.h"
 #include "tools/gateway/RequestRecord.h"
 #include "tools/gateway/Scenario.h"
 
@@ -26,8 +27,8 @@ class GatewayBox {
     // Which host the certificate's fault is for: "gateway", "idp" or "third"; empty: all three. The
     // others then serve a good one.
     std::string certificate_for;
-    std::string scenarios;  // the folder of the scenario files; empty: the box's own
-    std::string only;       // the one scenario that is served; empty: all
+    std::string scenarios = kScenarioFolder;
+    std::string only;  // the one scenario that is served; empty: all
   };
 
   // Listens when it returns. Throws ScenarioError when a scenario file cannot be used, and

@@ -13,6 +13,8 @@
 #include <set>
 #include <vector>
 
+#include "tools/gateway/GatewayFiles.h"
+
 namespace {
 
 using rapidjson::Document;
@@ -107,7 +109,7 @@ std::string Describe(const std::string& keyword, const Value& value, const Value
 
 const Document& SchemaText() {
   static const std::unique_ptr<Document> document = [] {
-    const std::string file = EB_GATEWAY_SCHEMA;
+    const std::string file = kScenarioSchema;
     auto made = std::make_unique<Document>();
     Parse(file, ReadText(file, file), *made);
     return made;

@@ -247,8 +247,6 @@ class Reader {
 
 }  // namespace
 
-std::string DefaultScenarioFolder() { return EB_GATEWAY_SCENARIOS; }
-
 Scenario ReadScenario(const std::string& folder, const std::string& name) {
   return Reader(name, *ReadScenarioDocument(folder, name)).Read();
 }

@@ -9,9 +9,6 @@
 #include "tools/gateway/Scenario.h"
 #include "tools/gateway/ScenarioDocument.h"
 
-// The scenarios that belong to the box.
-std::string DefaultScenarioFolder();
-
 // Reads FOLDER/NAME.json. Throws ScenarioError when the file, or a base of it, cannot be used.
 Scenario ReadScenario(const std::string& folder, const std::string& name);
 

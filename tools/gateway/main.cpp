@@ -19,9 +19,10 @@
 namespace {
 
 constexpr char kHelp[] =
-    R"(gateway: a VPN gateway and an identity provider on loopback, for trying things out.
+    R"(usage: embedded-browser-gateway [OPTION]...
+A VPN gateway and an identity provider on loopback, to write and try a caller against.
 
-  --list                    print the scenarios (name, step, what happens) and end
+  --list                    print the scenarios (name, step, what happens) and exit
   --scenario NAME           serve only this one, and print the starter's command for it
   --scenarios DIR           the folder of the scenario files; default: the box's own
   --port N, --https-port N  where to listen; 0 (default): the system chooses
@@ -29,9 +30,9 @@ constexpr char kHelp[] =
                             expired, wrong-host-unknown-authority
   --certificate-for HOST    only this host has it (gateway, idp, third), the others a good one
   --authority-file FILE     write the certificate of the authority behind good ones (PEM)
-  --exit-with-stdin         end when standard input is closed, too
+  --exit-with-stdin         exit when standard input is closed, too
 
-Prints one line of JSON when it is ready; "/" lists the scenarios. Ends on SIGTERM and SIGINT.
+Prints one line of JSON when it is ready; "/" lists the scenarios. Exits on SIGTERM and SIGINT.
 )";
 
 struct Settings {
@@ -89,7 +90,7 @@ std::optional<Settings> Parse(int argc, char** argv) {
     } else if (option == "--list") {
       settings.list = true;
     } else if (i + 1 == argc || !Take(option, argv[++i], settings)) {
-      std::fprintf(stderr, "gateway: %s is unknown, or its value is missing or wrong\n",
+      std::fprintf(stderr, "embedded-browser-gateway: %s is unknown, or its value is missing or wrong\n",
                    option.c_str());
       return std::nullopt;
     }
@@ -109,9 +110,7 @@ void WaitForEnd(int signals, bool exit_with_stdin) {
 }
 
 int List(const GatewayBox::Options& options) {
-  const std::string folder =
-      options.scenarios.empty() ? DefaultScenarioFolder() : options.scenarios;
-  const std::string text = ListText(ReadScenarios(folder));
+  const std::string text = ListText(ReadScenarios(options.scenarios));
   return std::fputs(text.c_str(), stdout) < 0;
 }
 
@@ -121,7 +120,7 @@ int Serve(const Settings& settings, int signals) {
   if (!settings.authority_file.empty()) {
     std::ofstream file(settings.authority_file);
     if (!(file << box.authority_pem()).flush()) {
-      std::fprintf(stderr, "gateway: cannot write %s\n", settings.authority_file.c_str());
+      std::fprintf(stderr, "embedded-browser-gateway: cannot write %s\n", settings.authority_file.c_str());
       return 1;
     }
   }
@@ -154,10 +153,10 @@ int main(int argc, char** argv) {
   try {
     return settings->list ? List(settings->box) : Serve(*settings, signals);
   } catch (const ScenarioError& error) {
-    std::fprintf(stderr, "gateway: %s\n", error.what());
+    std::fprintf(stderr, "embedded-browser-gateway: %s\n", error.what());
     return 2;
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "gateway: %s\n", error.what());
+    std::fprintf(stderr, "embedded-browser-gateway: %s\n", error.what());
     return 1;
   }
 }

@@ -28,7 +28,6 @@ namespace {
 constexpr char kUserAgent[] =
     "Mozilla/5.0 (X11; Linux x86_64) Firefox/60 AppleWebKit/537.36 (KHTML, like Gecko) "
     "Chrome/80.0.3987.149 Safari/537.36 CorvaneWebClient";
-constexpr int kDevToolsPort = 8088;
 constexpr int kExceptionStackSize = 20;
 
 // SIGHUP, SIGINT, SIGQUIT and SIGTERM, a bit each.

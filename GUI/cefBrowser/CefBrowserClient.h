@@ -10,6 +10,9 @@
 #include "GUI/newUI/CEFJsonUtils.h"
 #include "include/wrapper/cef_library_loader.h"
 
+// The port on loopback that serves the browser's developer tools during a run.
+inline constexpr int kDevToolsPort = 8088;
+
 // Installs handleSignal for SIGINT, SIGTERM and SIGHUP, in this order. The first failure is logged
 // and ends the sequence. True when all three are installed.
 bool SetupSignalHandler();

@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr char kProjectId = 'R';
-
 bool Serialize(EmbBrowserReturnData& data, std::string& json) {
   if (JsonUtils::createRequestForEmbBrowserReturnData(json, data)) return true;
   KXLOG(1, kStrModuleName, "createRequestForEmbBrowserReturnData() failed");
@@ -28,7 +26,7 @@ bool WriteReturnData(EmbBrowserReturnData data, const std::string& channel) {
   }
 
   ShmUtils segment;
-  if (!segment.attach(channel, kProjectId)) {
+  if (!segment.attach(channel, kReturnProjectId)) {
     KXLOG(1, kCefModule, "Failed to attach shared memory");
     return false;
   }

@@ -7,6 +7,9 @@
 
 #include "GUI/newUI/CEFJsonUtils.h"
 
+// With the folder `channel` it makes the key of the segment.
+inline constexpr char kReturnProjectId = 'R';
+
 // Writes `data` as JSON into the segment that the folder `channel` names. When the text is longer
 // than the segment, the identity provider's cookies, the largest and least needed member, are
 // dropped: a signed-in user must not lose the sign-in to a fat cookie. Nothing is written when it

@@ -12,6 +12,7 @@
 #include "cef/chromium/devtools/DevToolsCalls.h"
 #include "cef/chromium/devtools/DevToolsConnection.h"
 #include "cef/chromium/process/ChromiumProcess.h"
+#include "cef/chromium/process/Launch.h"
 #include "cef/chromium/process/Profile.h"
 #include "libs/kxaccess/RunPaths.h"
 #include "tools/doctor/Checks.h"
@@ -24,8 +25,6 @@ using engine::DevToolsConnection;
 using engine::JsonObject;
 using engine::JsonValue;
 
-// The framework waits as long for the first answer.
-constexpr std::chrono::seconds kStartLimit{14};
 constexpr std::chrono::seconds kAnswerLimit{2};
 constexpr std::chrono::seconds kEndLimit{1};
 constexpr char kUnknownCommand[] = "wasn't found";
@@ -115,7 +114,7 @@ Finding Try(const engine::InstalledChromium& chromium, bool sandbox, bool* no_sa
   connection->Open(process->command_fd(), process->event_fd());
 
   Finding finding;
-  if (connection->Call("", "Browser.getVersion", {}, kStartLimit, &error)) {
+  if (connection->Call("", "Browser.getVersion", {}, engine::kChromiumStartLimit, &error)) {
     finding = Examine(*connection, program);
     connection->Send("", "Browser.close");
     process->WaitForExit(kEndLimit);
@@ -153,7 +152,7 @@ Finding CheckChromium() {
   if (installed.empty()) return Failure("chromium", error);
   if (!engine::IoThread::Get().Start()) return Failure("process-limits", "no descriptors left");
   Finding first;
-  const auto end = std::chrono::steady_clock::now() + kStartLimit;
+  const auto end = std::chrono::steady_clock::now() + engine::kChromiumStartLimit;
   for (const engine::InstalledChromium& chromium : installed) {
     const Finding finding = Look(chromium);
     if (finding.severity != Severity::kFailure) return finding;

@@ -5,14 +5,13 @@
 
 #include <string>
 
+#include "GUI/cefBrowser/CefBrowserClient.h"
 #include "tools/doctor/Checks.h"
 #include "tools/doctor/Looks.h"
 
 namespace doctor {
 
 namespace {
-
-constexpr int kDeveloperPort = 8088;
 
 // What is less than a browser with a few processes and many threads gets along with. The number of
 // processes does not bind root.
@@ -32,8 +31,8 @@ constexpr Need kNeeds[] = {
 }  // namespace
 
 Finding CheckDeveloperPort() {
-  const std::string listener = ListenerOn(kDeveloperPort);
-  const std::string port = "port " + std::to_string(kDeveloperPort);
+  const std::string listener = ListenerOn(kDevToolsPort);
+  const std::string port = "port " + std::to_string(kDevToolsPort);
   if (listener.empty()) return Ok("developer-port", port + " is free");
   return Warning("developer-port", port + " is taken by " + listener);
 }

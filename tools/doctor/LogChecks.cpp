@@ -22,8 +22,6 @@ namespace doctor {
 
 namespace {
 
-constexpr int kLockProject = 1;
-constexpr mode_t kLogFileMode = 0666;
 // Writers hold the lock for one line at a time.
 constexpr timespec kLockPatience = {1, 0};
 
@@ -106,7 +104,7 @@ Finding CheckLogFile() {
 }
 
 Finding CheckLogLock() {
-  const key_t key = ftok(FindPlace().folder.c_str(), kLockProject);
+  const key_t key = ftok(FindPlace().folder.c_str(), kLogLockProject);
   const int id = key == -1 ? -1 : semget(key, 0, 0);
   if (id == -1) return Ok("log-lock", "none yet");
   const std::string name = "semaphore " + std::to_string(id);

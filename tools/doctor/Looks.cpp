@@ -12,6 +12,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "cef/chromium/process/Profile.h"
+
 namespace doctor {
 
 namespace fs = std::filesystem;
@@ -75,18 +77,21 @@ std::string WhyNoFolder(const std::string& path) {
 
 std::string WhyNotOurs(const std::string& folder) {
   struct stat link, info;
-  if (lstat(folder.c_str(), &link) != 0 || stat(folder.c_str(), &info) != 0 ||
-      !S_ISDIR(info.st_mode)) {
-    return folder + " is not a folder";
+  switch (engine::FaultOf(folder)) {
+    case engine::FolderFault::kNone:
+      return {};
+    case engine::FolderFault::kOtherOwner:
+      if (lstat(folder.c_str(), &link) != 0 || stat(folder.c_str(), &info) != 0) break;
+      return folder + " belongs to the user " +
+             UserName(link.st_uid != geteuid() ? link.st_uid : info.st_uid);
+    case engine::FolderFault::kOthersMayWrite:
+      return folder + " can be written by others";
+    case engine::FolderFault::kNotWritable:
+      return folder + " cannot be written: " + strerror(errno);
+    case engine::FolderFault::kNoFolder:
+      break;
   }
-  for (const uid_t owner : {link.st_uid, info.st_uid}) {
-    if (owner != geteuid()) return folder + " belongs to the user " + UserName(owner);
-  }
-  if ((info.st_mode & (S_IWGRP | S_IWOTH)) != 0) return folder + " can be written by others";
-  if (access(folder.c_str(), R_OK | W_OK | X_OK) != 0) {
-    return folder + " cannot be written: " + strerror(errno);
-  }
-  return {};
+  return folder + " is not a folder";
 }
 
 std::string UserName(uid_t user) {

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "tools/starter/ebStarter.h"
+
 namespace doctor {
 
 // All texts are UTF-8, one line, and fit into a Markdown table.
@@ -16,7 +18,7 @@ struct Problem {
   const char* symptom;
   const char* cause;
   const char* remedy;
-  const char* verdict;  // the starter's, when a run meets it
+  ebStarter::Verdict verdict;  // when a run meets it
 };
 
 const std::vector<Problem>& AllProblems();

@@ -117,7 +117,7 @@ std::string ProblemsText() {
   for (const Problem& problem : AllProblems()) {
     text += std::string(problem.id) + (problem.beforehand ? "" : " (shows only in a run)") + "\n" +
             "  " + problem.symptom + ".\n  " + problem.cause + ".\n  → " + problem.remedy + ".\n" +
-            "  Verdict: " + problem.verdict + "\n";
+            "  Verdict: " + VerdictName(problem.verdict) + "\n";
   }
   return text;
 }
@@ -131,7 +131,7 @@ std::string ProblemsMarkdown() {
       if (&GroupOf(problem) != &group) continue;
       text += std::string("| `") + problem.id + "`" + (problem.beforehand ? "" : " †") + " | " +
               problem.symptom + " | " + problem.cause + " | " + problem.remedy + " | " +
-              problem.verdict + " |\n";
+              VerdictName(problem.verdict) + " |\n";
     }
   }
   return text;

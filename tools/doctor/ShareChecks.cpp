@@ -11,6 +11,8 @@
 #include <cstring>
 #include <string>
 
+#include "GUI/LinuxUI/src/ShmUtils.h"
+#include "GUI/cefBrowser/ReturnChannel.h"
 #include "cef/chromium/process/ChromiumSwitches.h"
 #include "libs/kxaccess/RunPaths.h"
 #include "tools/doctor/Checks.h"
@@ -19,11 +21,6 @@
 namespace doctor {
 
 namespace {
-
-constexpr size_t kSegmentSize = 4096;
-constexpr char kSegmentProject = 'R';
-// As the program asks for it.
-constexpr int kSegmentMode = 0644;
 
 // Nine tenths.
 bool NearlyUsed(unsigned long used, unsigned long limit) { return used >= limit - limit / 10; }
@@ -35,7 +32,7 @@ std::string Used(unsigned long used, unsigned long limit, const char* what) {
 }  // namespace
 
 Finding CheckReturnSegment() {
-  const key_t key = ftok(RunPaths::FromEnvironment().channel.c_str(), kSegmentProject);
+  const key_t key = ftok(RunPaths::FromEnvironment().channel.c_str(), kReturnProjectId);
   const int id = key == -1 ? -1 : shmget(key, 0, 0);
   if (id == -1) return Ok("return-segment", "none yet");
   const std::string name = "segment " + std::to_string(id);
@@ -44,10 +41,10 @@ Finding CheckReturnSegment() {
   const bool ours = readable && info.shm_perm.uid == geteuid();
   const std::string owner =
       readable ? "belongs to the user " + UserName(info.shm_perm.uid) : "is another user's";
-  if (shmget(key, kSegmentSize, kSegmentMode) == -1) {
+  if (shmget(key, ShmUtils::kSegmentSize, ShmUtils::kSegmentMode) == -1) {
     if (!ours && geteuid() != 0) return Failure("return-segment", name + " " + owner);
     return Warning("return-segment-size", name + " is smaller than " +
-                                              std::to_string(kSegmentSize) +
+                                              std::to_string(ShmUtils::kSegmentSize) +
                                               " bytes: " + std::to_string(info.shm_segsz));
   }
   if (!ours) return Warning("return-segment", name + " " + owner);
@@ -61,7 +58,7 @@ Finding CheckSharedMemoryLimit() {
   shmctl(0, IPC_INFO, reinterpret_cast<shmid_ds*>(&limit));
   const auto count = static_cast<unsigned long>(used.used_ids);
   const std::string found = Used(count, limit.shmmni, "segments");
-  const int trial = shmget(IPC_PRIVATE, kSegmentSize, 0600);
+  const int trial = shmget(IPC_PRIVATE, ShmUtils::kSegmentSize, 0600);
   if (trial == -1) {
     return Failure("shared-memory-limit", found + ", no further one: " + strerror(errno));
   }

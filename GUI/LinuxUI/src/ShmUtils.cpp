@@ -16,7 +16,7 @@ bool ShmUtils::attach(const std::string& path, char projectId) {
     KXLOG(1, kStrModuleName, "ftok failed. error[%d] [%s]", errno, strerror(errno));
     return false;
   }
-  m_shmId = shmget(m_key, kSegmentSize, IPC_CREAT | 0644);
+  m_shmId = shmget(m_key, kSegmentSize, IPC_CREAT | kSegmentMode);
   if (m_shmId == -1) {
     KXLOG(1, kStrModuleName, "shmget failed. error[%d] [%s]", errno, strerror(errno));
     return false;

@@ -15,9 +15,10 @@
 class ShmUtils {
  public:
   static constexpr size_t kSegmentSize = 4096;
+  static constexpr int kSegmentMode = 0644;  // of a segment that is created here
 
   // Finds the segment of `path`, which must exist, and `projectId`, or creates it, readable for
-  // everyone. False when the path is missing, and when the segment is refused or smaller than
+  // everyone; an existing one keeps its mode. False when the path is missing, and when the segment is refused or smaller than
   // kSegmentSize. Call it once, before setVal.
   bool attach(const std::string& path, char projectId);
 

@@ -13,7 +13,6 @@
 namespace engine {
 namespace {
 
-constexpr std::chrono::seconds kStartLimit{14};
 constexpr std::chrono::seconds kCloseLimit{3};
 // After a kill the pipe ends at once.
 constexpr std::chrono::seconds kPipeEndLimit{1};
@@ -62,7 +61,7 @@ void AddReason(const std::string& reason, std::string* reasons) {
 bool Launch::Start(const std::string& cache_path, const Switches& switches,
                    const std::function<void()>& enable, std::string* err) {
   Plan plan;
-  plan.deadline = Clock::now() + kStartLimit;
+  plan.deadline = Clock::now() + kChromiumStartLimit;
   plan.enable = enable;
   Switches wanted = switches;
   bool may_do_without = false;

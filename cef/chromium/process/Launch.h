@@ -17,6 +17,9 @@
 
 namespace engine {
 
+// How long Chromium has for its first answer, however many that are installed are tried.
+inline constexpr std::chrono::seconds kChromiumStartLimit{14};
+
 // Start() and End() belong to the UI thread.
 class Launch {
  public:

@@ -39,13 +39,6 @@ bool OthersMayWrite(const std::string& folder) {
   return stat(folder.c_str(), &info) == 0 && (info.st_mode & kOthersMayWrite) != 0;
 }
 
-bool IsOurs(const std::string& folder) {
-  struct stat link, info;
-  return lstat(folder.c_str(), &link) == 0 && link.st_uid == geteuid() &&
-         stat(folder.c_str(), &info) == 0 && S_ISDIR(info.st_mode) && info.st_uid == geteuid() &&
-         (info.st_mode & kOthersMayWrite) == 0 && access(folder.c_str(), R_OK | W_OK | X_OK) == 0;
-}
-
 bool HasRoom(const std::string& folder) {
   struct statvfs info;
   return statvfs(folder.c_str(), &info) != 0 ||
@@ -92,11 +85,23 @@ std::string Absolute(const std::string& path) {
 
 }  // namespace
 
+FolderFault FaultOf(const std::string& folder) {
+  struct stat link, info;
+  if (lstat(folder.c_str(), &link) != 0 || stat(folder.c_str(), &info) != 0 ||
+      !S_ISDIR(info.st_mode)) {
+    return FolderFault::kNoFolder;
+  }
+  if (link.st_uid != geteuid() || info.st_uid != geteuid()) return FolderFault::kOtherOwner;
+  if ((info.st_mode & kOthersMayWrite) != 0) return FolderFault::kOthersMayWrite;
+  const bool writable = access(folder.c_str(), R_OK | W_OK | X_OK) == 0;
+  return writable ? FolderFault::kNone : FolderFault::kNotWritable;
+}
+
 std::unique_ptr<Profile> Profile::Open(const std::string& cache_path, std::string* err) {
   if (cache_path.empty()) return OpenPrivate({}, err);
   const std::string dir = Absolute(cache_path);
   SweepPrivateFolders(dir);
-  if (!MakeFolders(dir) || !IsOurs(dir) || !HasRoom(dir)) return OpenPrivate(dir, err);
+  if (!MakeFolders(dir) || FaultOf(dir) != FolderFault::kNone || !HasRoom(dir)) return OpenPrivate(dir, err);
   bool busy = false;
   const int lock = LockFolder(dir, &busy);
   if (lock < 0) return OpenPrivate(dir, err);

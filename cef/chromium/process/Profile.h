@@ -11,6 +11,13 @@
 
 namespace engine {
 
+// What keeps an existing folder from being a profile that we may use.
+enum class FolderFault { kNone, kNoFolder, kOtherOwner, kOthersMayWrite, kNotWritable };
+
+// The rule by which Profile::Open accepts a folder: ours, and so is the link by which it is named,
+// writable for us and for nobody else. With kNotWritable errno says why.
+FolderFault FaultOf(const std::string& folder);
+
 // A profile folder that this process alone uses while the object lives. Two processes that ask for
 // the same folder at the same time get one the folder and one a private profile.
 class Profile {

@@ -151,6 +151,16 @@ TEST_F(Starter, OldResultNeverShowsThrough) {
   }
 }
 
+TEST_F(Starter, OtherUsersCannotReadTheResult) {
+  Subprocess starter(Command("linger", {"--cookie", kSignedIn}));
+  Told("ready");
+  shmid_ds segment = {};
+  shmctl(SegmentId(), IPC_STAT, &segment);
+  EXPECT_EQ(segment.shm_perm.mode & 0777, 0600);
+  starter.Signal(SIGTERM);
+  EXPECT_TRUE(starter.Wait(seconds(20)));
+}
+
 TEST_F(Starter, SignalsArePassedOnAndTheHelperIsReaped) {
   for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
     std::filesystem::remove(home_.file("ready"));

@@ -1,3 +1,18 @@
+// The order matters: nothing may outlive the caller, and no signal may hit the wrong process.
+//
+// 0. RunStep() has put an empty segment of the caller's own in place of an old one.
+// 1. All signals are blocked. One that ended the caller between fork and guard would leave a
+//    helper that nobody ends, and the child must not run the caller's handlers.
+// 2. Pipes, texts and the thread that passes on the helper's standard error are made; then comes
+//    fork. The child leads a process group, out of reach of Ctrl-C, and waits for a byte.
+// 3. A thread waits for its end, the guard process for the caller's. Then the child gets its byte,
+//    resets its signals, drops the caller's descriptors and becomes the helper. A pipe that a
+//    successful exec closes carries the errno of one that fails.
+// 4. Signals are unblocked. At the limit the helper gets SIGTERM, before that what a StopSwitch
+//    passes on. The first signal begins the grace, which SIGKILL ends.
+// 5. The helper is reaped, the guard ended, the rest of its standard error read. Only then does
+//    RunStep() read the segment, which the helper writes last, and remove it.
+
 #include "tools/starter/HelperProcess.h"
 
 #include <fcntl.h>

@@ -14,6 +14,7 @@ namespace {
 
 constexpr size_t kSize = 4096;
 constexpr char kProjectId = 'R';
+constexpr int kMode = 0600;
 
 void* const kFailed = reinterpret_cast<void*>(-1);
 
@@ -33,15 +34,12 @@ ReturnSegment::ReturnSegment(const std::string& folder) {
   }
 }
 
-bool ReturnSegment::Clear() const {
-  const int id = shmget(key_, 0, 0);
-  if (id == -1) return errno == ENOENT;
-  const int usable = shmget(key_, kSize, 0600);
-  void* const memory = usable == -1 ? kFailed : shmat(usable, nullptr, 0);
-  if (memory == kFailed) return shmctl(id, IPC_RMID, nullptr) == 0;
-  std::memset(memory, 0, kSize);
-  shmdt(memory);
-  return true;
+ReturnSegment::~ReturnSegment() { Remove(); }
+
+bool ReturnSegment::Prepare() const {
+  if (!Remove()) return false;
+  const int id = shmget(key_, kSize, IPC_CREAT | IPC_EXCL | kMode);
+  return id != -1 || errno != EEXIST;
 }
 
 std::string ReturnSegment::Read() const {
@@ -55,9 +53,10 @@ std::string ReturnSegment::Read() const {
   return read;
 }
 
-void ReturnSegment::Remove() const {
+bool ReturnSegment::Remove() const {
   const int id = shmget(key_, 0, 0);
-  if (id != -1) shmctl(id, IPC_RMID, nullptr);
+  if (id == -1) return errno == ENOENT;
+  return shmctl(id, IPC_RMID, nullptr) == 0;
 }
 
 }  // namespace ebStarter

@@ -19,20 +19,25 @@ class ReturnSegment {
   // Makes the folder where it is missing. Throws std::runtime_error when that fails or no key can
   // be made from it.
   explicit ReturnSegment(const std::string& folder);
+  // Removes the segment from the system, if it is ours to remove.
+  ~ReturnSegment();
+  ReturnSegment(const ReturnSegment&) = delete;
+  ReturnSegment& operator=(const ReturnSegment&) = delete;
 
-  // Zeroes a segment that an earlier step left behind, or removes it when it cannot be used. To be
-  // called before the helper starts: the helper writes no terminator, so a short result over a
-  // longer old one would read as both. False when the old content can be neither zeroed nor
-  // removed.
-  bool Clear() const;
+  // Replaces whatever an earlier step left behind by an empty segment with mode 0600. To be called
+  // before the helper starts: one that the helper creates can be read by every user, and since it
+  // writes no terminator, a short result over a longer old one would read as both. False when there
+  // is a segment that we may not remove. Where the system has no room for a new one, the helper
+  // will say so.
+  bool Prepare() const;
 
   // The bytes up to the first NUL; empty when there is no segment.
   std::string Read() const;
 
-  // Removes the segment from the system; nothing happens when there is none.
-  void Remove() const;
-
  private:
+  // True when there is none afterwards.
+  bool Remove() const;
+
   key_t key_;
 };
 

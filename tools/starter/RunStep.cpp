@@ -30,14 +30,12 @@ Outcome RunStep(const Settings& settings) {
       return Judge(settings, end, "");
     }
     const ReturnSegment segment(DataFolder(settings.home));
-    if (!segment.Clear()) {
+    if (!segment.Prepare()) {
       return NotStarted(
           "an old result is in the way and belongs to another user; remove its shared memory");
     }
     const HelperEnd end = RunHelper(settings, stop);
-    const std::string text = segment.Read();
-    segment.Remove();
-    return Judge(settings, end, text);
+    return Judge(settings, end, segment.Read());
   } catch (const std::exception& error) {
     return NotStarted(error.what());
   }

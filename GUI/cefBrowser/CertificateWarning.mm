@@ -4,8 +4,8 @@
 
 #import "GUI/MacUI/Console/src/MacResourceManager.h"
 #import "GUI/MacUI/Console/src/StringConversions.h"
+#import "platform/CatchThrown.h"
 #include "platform/Display.h"
-#import "platform/guard.h"
 
 namespace {
 

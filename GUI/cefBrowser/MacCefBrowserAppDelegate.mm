@@ -8,8 +8,8 @@
 #import "GUI/cefBrowser/MacCefBrowserApplication.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 #import "platform/AppKitSeam.h"
+#import "platform/CatchThrown.h"
 #include "platform/RaiseWindow.h"
-#import "platform/guard.h"
 
 @implementation MacCefBrowserAppDelegate
 

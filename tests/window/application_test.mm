@@ -7,7 +7,7 @@
 #import "GUI/cefBrowser/MacCefBrowserAppDelegate.h"
 #import "GUI/cefBrowser/MacCefBrowserApplication.h"
 #import "platform/AppKitSeam.h"
-#import "platform/guard.h"
+#import "platform/CatchThrown.h"
 #include "tests/window/WindowTest.h"
 
 namespace {

@@ -27,8 +27,8 @@
 #include <thread>
 #include <vector>
 
+#include "tools/starter/CallerWatch.h"
 #include "tools/starter/ErrorOutput.h"
-#include "tools/starter/Guard.h"
 #include "tools/starter/Pipe.h"
 
 extern char** environ;

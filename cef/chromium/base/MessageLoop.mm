@@ -10,9 +10,9 @@
 #include <algorithm>
 #include <cerrno>
 
+#import "platform/CatchThrown.h"
 #include "platform/Display.h"
 #include "platform/DisplayLoss.h"
-#import "platform/guard.h"
 
 // Tells the loop that one of its descriptors has become readable.
 @interface EngineLoopWatcher : NSObject <RunLoopEvents>

@@ -10,7 +10,7 @@
 #include "libs/kxaccess/InstallPaths.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 #import "platform/AppKitSeam.h"
-#import "platform/guard.h"
+#import "platform/CatchThrown.h"
 
 namespace {
 

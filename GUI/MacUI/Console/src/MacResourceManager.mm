@@ -5,7 +5,7 @@
 #include "libs/catalogUtil/GlobalCatalogs.h"
 #include "libs/kxaccess/InstallPaths.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
-#import "platform/guard.h"
+#import "platform/CatchThrown.h"
 
 namespace {
 

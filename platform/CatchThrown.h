@@ -4,8 +4,8 @@
 // reaches it, because the function carries the C++ exception personality. So all catching happens
 // in one plain Objective-C function, and Objective-C++ code calls it through CatchThrown().
 
-#ifndef PLATFORM_GUARD_H_
-#define PLATFORM_GUARD_H_
+#ifndef PLATFORM_CATCHTHROWN_H_
+#define PLATFORM_CATCHTHROWN_H_
 
 #import <Foundation/Foundation.h>
 
@@ -29,4 +29,4 @@ id CatchThrown(Body body) {
 }
 #endif
 
-#endif  // PLATFORM_GUARD_H_
+#endif  // PLATFORM_CATCHTHROWN_H_

@@ -1,4 +1,4 @@
-#include "tools/starter/Guard.h"
+#include "tools/starter/CallerWatch.h"
 
 #include <poll.h>
 #include <signal.h>

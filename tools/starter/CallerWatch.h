@@ -1,7 +1,7 @@
 // A process that ends the helper when its caller is gone.
 
-#ifndef TOOLS_STARTER_GUARD_H_
-#define TOOLS_STARTER_GUARD_H_
+#ifndef TOOLS_STARTER_CALLERWATCH_H_
+#define TOOLS_STARTER_CALLERWATCH_H_
 
 #include <sys/types.h>
 
@@ -34,4 +34,4 @@ class Guard {
 
 }  // namespace ebStarter
 
-#endif  // TOOLS_STARTER_GUARD_H_
+#endif  // TOOLS_STARTER_CALLERWATCH_H_

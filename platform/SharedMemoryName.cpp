@@ -1,7 +1,7 @@
+#include "platform/SharedMemoryName.h"
+
 #include <cstdint>
 #include <cstdio>
-
-#include "platform/SharedMemoryName.h"
 
 std::string StagingSuffix(const std::string& install_root) {
   if (install_root.empty()) return "";

@@ -1,4 +1,4 @@
-#import "platform/guard.h"
+#import "platform/CatchThrown.h"
 
 id CatchObject(void (*body)(void* context), void* context) {
   @try {

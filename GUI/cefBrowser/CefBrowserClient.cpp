@@ -10,8 +10,9 @@
 #include "GUI/cefBrowser/CefSAMLLogin.h"
 #include "GUI/cefBrowser/CefSAMLLogout.h"
 #include "GUI/cefBrowser/ReturnChannel.h"
-#include "libs/kxaccess/RunPaths.h"
+#include "GUI/newUI/ModuleNames.h"
 #include "libs/kxaccess/InstallPaths.h"
+#include "libs/kxaccess/RunPaths.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 #include "platform/TerminationSignals.h"
 

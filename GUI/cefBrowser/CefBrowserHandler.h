@@ -55,7 +55,7 @@ class EmbBrowserHandler : public CefClient,
                         const CefString& message, const CefString& source, int line) override;
 
   // CefLifeSpanHandler [UI]. When the run is over, a window that is left or still opens is closed
-  // by force; as long as the user closes windows, each goes for itself.
+  // by force; a window that the user closes closes no other.
   void OnAfterCreated(CefRefPtr<CefBrowser> browser) override;
   bool DoClose(CefRefPtr<CefBrowser> browser) override;
   void OnBeforeClose(CefRefPtr<CefBrowser> browser) override;

@@ -1,5 +1,8 @@
 #include "GUI/cefBrowser/CefBrowserHelper.h"
 
+#include <string>
+
+#include "GUI/newUI/ModuleNames.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 
 bool Visitor::Visit(const CefCookie& cookie, int, int, bool&) {
@@ -18,15 +21,11 @@ bool ClientRequestContextHandler::OnBeforePluginLoad(const CefString&, const Cef
   return true;
 }
 
+void AuthCompletionCallback::OnComplete() {
+  KXLOG(3, kCefModule, "Inside AuthCompletionCallback OnComplete()");
+}
+
 CefRefPtr<CefRequestContext> CreateSharedRequestContext() {
   return CefRequestContext::CreateContext(CefRequestContext::GetGlobalContext(),
                                           new ClientRequestContextHandler);
-}
-
-std::wstring SiteOfAddress(const std::wstring& address) {
-  size_t slash = address.find(L'/');
-  for (int further = 0; further < 2 && slash != std::wstring::npos; ++further) {
-    slash = address.find(L'/', slash + 1);
-  }
-  return address.substr(0, slash);
 }

@@ -3,17 +3,11 @@
 #ifndef GUI_CEFBROWSER_CEFBROWSERHELPER_H_
 #define GUI_CEFBROWSER_CEFBROWSERHELPER_H_
 
-#include <string>
-
+#include "include/cef_callback.h"
 #include "include/cef_cookie.h"
 #include "include/cef_request_context.h"
 #include "include/cef_request_context_handler.h"
 #include "include/cef_web_plugin.h"
-
-// The log module of the driver, the sessions and the handler, and the name by which the process
-// introduces itself to the log.
-inline constexpr char kCefModule[] = "CEF";
-inline constexpr char kLogModuleName[] = "cefBrowser";
 
 // A cookie visitor that only logs: the cookie's name and the length of its value, never the value.
 // Called on the UI thread, once per cookie.
@@ -41,11 +35,17 @@ class ClientRequestContextHandler : public CefRequestContextHandler {
   IMPLEMENT_REFCOUNTING(ClientRequestContextHandler);
 };
 
+// The completion callback of the handler's close path. Only logs. Any thread; CEF may never call it
+// when the loop has ended before.
+class AuthCompletionCallback : public CefCompletionCallback {
+ public:
+  void OnComplete() override;
+
+ private:
+  IMPLEMENT_REFCOUNTING(AuthCompletionCallback);
+};
+
 // A context that shares the cookie store of the global one; null when CEF is not running.
 CefRefPtr<CefRequestContext> CreateSharedRequestContext();
-
-// The scheme and host of an address, as shown to the user: everything before the third "/", the
-// whole address when it has fewer.
-std::wstring SiteOfAddress(const std::wstring& address);
 
 #endif  // GUI_CEFBROWSER_CEFBROWSERHELPER_H_

@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "GUI/cefBrowser/CefBrowserHelper.h"
 #include "GUI/newUI/CommonWebBrowser.h"
+#include "GUI/newUI/ModuleNames.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 
 namespace {

@@ -9,7 +9,7 @@
 #include "GUI/cefBrowser/CefEmbBrowserLogin.h"
 
 // Hands back `postAuthCookie`: two cookies as name=value, each followed by ";". The caller tells
-// the outcomes apart by that text. Every response is judged by itself.
+// the outcomes apart by that text. Every response is judged on its own.
 class CefCustomSignInLogin : public virtual CefEmbBrowserLogin {
  public:
   void OnContextInitialized() override;

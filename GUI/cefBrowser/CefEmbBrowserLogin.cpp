@@ -5,6 +5,7 @@
 #include "GUI/cefBrowser/CefBrowserHandler.h"
 #include "GUI/cefBrowser/CefBrowserHelper.h"
 #include "GUI/newUI/CommonWebBrowser.h"
+#include "GUI/newUI/ModuleNames.h"
 #include "include/cef_browser.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 #include "platform/TerminationSignals.h"

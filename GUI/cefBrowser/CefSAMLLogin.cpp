@@ -1,7 +1,7 @@
 #include "GUI/cefBrowser/CefSAMLLogin.h"
 
-#include "GUI/cefBrowser/CefBrowserHelper.h"
 #include "GUI/newUI/CommonWebBrowser.h"
+#include "GUI/newUI/ModuleNames.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 
 namespace {

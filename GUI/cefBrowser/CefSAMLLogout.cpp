@@ -2,7 +2,7 @@
 
 #include <set>
 
-#include "GUI/cefBrowser/CefBrowserHelper.h"
+#include "GUI/newUI/ModuleNames.h"
 #include "libs/kxaccess/utf8.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 

@@ -1,6 +1,6 @@
 #include "GUI/cefBrowser/CertificateTexts.h"
 
-#include "GUI/cefBrowser/CefBrowserHelper.h"
+#include "GUI/newUI/CommonWebBrowser.h"
 #include "libs/catalogUtil/Arguments.h"
 #include "libs/catalogUtil/GlobalCatalogs.h"
 #include "libs/catalogUtil/Utils.h"

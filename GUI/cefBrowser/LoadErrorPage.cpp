@@ -1,6 +1,6 @@
 #include "GUI/cefBrowser/LoadErrorPage.h"
 
-#include "GUI/cefBrowser/CefBrowserHelper.h"
+#include "GUI/newUI/CommonWebBrowser.h"
 #include "libs/kxaccess/utf8.h"
 
 std::string LoadErrorPage(const std::wstring& failedUrl, const std::string& errorText,

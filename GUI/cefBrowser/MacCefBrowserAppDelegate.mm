@@ -1,11 +1,10 @@
 #import "GUI/cefBrowser/MacCefBrowserAppDelegate.h"
 
 #import "GUI/MacUI/Console/src/MacResourceManager.h"
-#include "GUI/cefBrowser/BringToFront.h"
 #include "GUI/cefBrowser/CefBrowserHandler.h"
-#include "GUI/cefBrowser/CefBrowserHelper.h"
 #include "GUI/cefBrowser/MacAppDelegate.h"
 #import "GUI/cefBrowser/MacCefBrowserApplication.h"
+#include "GUI/newUI/ModuleNames.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 #import "platform/AppKitSeam.h"
 #import "platform/CatchThrown.h"

@@ -1,8 +1,7 @@
 #include "GUI/cefBrowser/ReturnChannel.h"
 
 #include "GUI/LinuxUI/src/ShmUtils.h"
-#include "GUI/cefBrowser/CefBrowserHelper.h"
-#include "GUI/newUI/ModuleName.h"
+#include "GUI/newUI/ModuleNames.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 
 namespace {

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "GUI/cefBrowser/CefBrowserClient.h"
-#include "GUI/cefBrowser/CefBrowserHelper.h"
 #include "GUI/cefBrowser/MacAppDelegate.h"
 #include "GUI/newUI/CEFJsonUtils.h"
+#include "GUI/newUI/ModuleNames.h"
 #include "libs/catalogUtil/GlobalCatalogs.h"
 #include "libs/kxaccess/InstallPaths.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "GUI/newUI/ModuleName.h"
+#include "GUI/newUI/ModuleNames.h"
 #include "libs/kxaccess/utf8.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 
@@ -70,4 +70,12 @@ void GetDomainFromUrl(const std::string& url, std::string& domain) {
   for (char& c : domain) {
     if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
   }
+}
+
+std::wstring SiteOfAddress(const std::wstring& address) {
+  size_t slash = address.find(L'/');
+  for (int further = 0; further < 2 && slash != std::wstring::npos; ++further) {
+    slash = address.find(L'/', slash + 1);
+  }
+  return address.substr(0, slash);
 }

@@ -36,6 +36,10 @@ void ParseCookies(const std::string& bundle, std::set<std::string>& out);
 // than that: see the cases in the test. `domain` may be `url` itself.
 void GetDomainFromUrl(const std::string& url, std::string& domain);
 
+// The scheme and host of an address, as shown to the user: everything before the third "/", the
+// whole address when it has fewer.
+std::wstring SiteOfAddress(const std::wstring& address);
+
 // A "data:" address that holds `data`, base64 and then percent-encoded. `mimeType` goes in as it
 // is.
 std::string GetDataURI(const std::string& data, const std::string& mimeType);

@@ -1,7 +1,7 @@
 #include <cwctype>
 
 #include "GUI/newUI/CommonWebBrowser.h"
-#include "GUI/newUI/ModuleName.h"
+#include "GUI/newUI/ModuleNames.h"
 #include "libs/kxaccess/utf8.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 

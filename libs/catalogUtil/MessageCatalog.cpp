@@ -12,8 +12,6 @@ namespace orb::CatalogUtil {
 
 namespace {
 
-using Guard = std::lock_guard<os_mutex>;
-
 constexpr unsigned int kHighestId = 9999;
 
 void LogLoadError(int level, const std::string& path) {
@@ -38,7 +36,7 @@ bool MessageCatalog::load(const wchar_t* path, const wchar_t* language) {
 }
 
 bool MessageCatalog::loadFile(const wchar_t* path, const wchar_t* language) {
-  const Guard guard(m_mutex);
+  const std::lock_guard<os_mutex> lock(m_mutex);
   if (!path || !*path) return LoadListed(language);
   if (!CatalogParser(*this).loadCatalogFile(path, FileEncoding::kUtf8WithMark)) {
     LogLoadError(1, WideToUtf8(path));
@@ -76,7 +74,7 @@ void MessageCatalog::getFilepaths(std::vector<std::wstring>& out) {
 
 void MessageCatalog::onCatalogRecord(const std::wstring& section, const std::wstring& key,
                                      const std::wstring& value) {
-  const Guard guard(m_mutex);
+  const std::lock_guard<os_mutex> lock(m_mutex);
   unsigned int id;
   if (!convertStringToNumber(section, id) || id > kHighestId) return;
   // A record comes into being even when its key means nothing.

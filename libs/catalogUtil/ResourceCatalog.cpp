@@ -11,8 +11,6 @@ namespace orb::CatalogUtil {
 
 namespace {
 
-using Guard = std::lock_guard<os_mutex>;
-
 void LogLoadError(const char* module, const std::string& path) {
   KXLOG(1, module, "Error loading resource catalog file %s", path.c_str());
 }
@@ -42,7 +40,7 @@ bool ResourceCatalog::load(const wchar_t* path, const wchar_t* language) {
 
 bool ResourceCatalog::loadFile(const wchar_t* path, const wchar_t* language) {
   if (!path || !*path) return false;
-  const Guard guard(m_mutex);
+  const std::lock_guard<os_mutex> lock(m_mutex);
   if (!CatalogParser(*this).loadCatalogFile(path, FileEncoding::kUtf8WithMark)) {
     LogLoadError("CatalogUtil", WideToUtf8(path));
     return false;
@@ -53,7 +51,7 @@ bool ResourceCatalog::loadFile(const wchar_t* path, const wchar_t* language) {
 
 void ResourceCatalog::onCatalogRecord(const std::wstring& section, const std::wstring& key,
                                       const std::wstring& value) {
-  const Guard guard(m_mutex);
+  const std::lock_guard<os_mutex> lock(m_mutex);
   unsigned int id;
   if (!convertStringToNumber(section, id) || key != L"Value") return;
   m_records[id] = {id, value};
@@ -61,7 +59,7 @@ void ResourceCatalog::onCatalogRecord(const std::wstring& section, const std::ws
 
 bool ResourceCatalog::getString(unsigned int id, std::wstring& out) const {
   out.clear();
-  const Guard guard(m_mutex);
+  const std::lock_guard<os_mutex> lock(m_mutex);
   const auto record = m_records.find(id);
   if (record == m_records.end()) return false;
   out = record->second.text;
@@ -69,7 +67,7 @@ bool ResourceCatalog::getString(unsigned int id, std::wstring& out) const {
 }
 
 bool ResourceCatalog::getString(const ResourceStringArguments& args, std::wstring& out) const {
-  const Guard guard(m_mutex);
+  const std::lock_guard<os_mutex> lock(m_mutex);
   return getString(args.id, out) && args.arguments.formatString(out);
 }
 

@@ -90,7 +90,8 @@ std::optional<Settings> Parse(int argc, char** argv) {
     } else if (option == "--list") {
       settings.list = true;
     } else if (i + 1 == argc || !Take(option, argv[++i], settings)) {
-      std::fprintf(stderr, "embedded-browser-gateway: %s is unknown, or its value is missing or wrong\n",
+      std::fprintf(stderr,
+                   "embedded-browser-gateway: %s is unknown, or its value is missing or wrong\n",
                    option.c_str());
       return std::nullopt;
     }
@@ -120,7 +121,8 @@ int Serve(const Settings& settings, int signals) {
   if (!settings.authority_file.empty()) {
     std::ofstream file(settings.authority_file);
     if (!(file << box.authority_pem()).flush()) {
-      std::fprintf(stderr, "embedded-browser-gateway: cannot write %s\n", settings.authority_file.c_str());
+      std::fprintf(stderr, "embedded-browser-gateway: cannot write %s\n",
+                   settings.authority_file.c_str());
       return 1;
     }
   }

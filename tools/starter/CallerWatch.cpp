@@ -12,7 +12,7 @@ namespace ebStarter {
 
 using Clock = std::chrono::steady_clock;
 
-Guard::Guard(pid_t helper, int error_output, std::chrono::milliseconds grace) {
+CallerWatch::CallerWatch(pid_t helper, int error_output, std::chrono::milliseconds grace) {
   const int descriptors_end = DescriptorsEnd();
   process_ = fork();
   if (process_ == 0) {
@@ -25,14 +25,14 @@ Guard::Guard(pid_t helper, int error_output, std::chrono::milliseconds grace) {
   alive_.CloseReader();
 }
 
-Guard::~Guard() {
+CallerWatch::~CallerWatch() {
   if (process_ < 0) return;
   kill(process_, SIGKILL);
   while (waitpid(process_, nullptr, 0) < 0 && errno == EINTR) continue;
 }
 
 // In a copy of a process that may have had threads: only calls that are allowed in signal handlers.
-void Guard::Watch(pid_t helper, int error_output, std::chrono::milliseconds grace) const {
+void CallerWatch::Watch(pid_t helper, int error_output, std::chrono::milliseconds grace) const {
   char bytes[512];
   while (read(alive_.reader(), bytes, 1) < 0 && errno == EINTR) continue;
   kill(helper, SIGTERM);

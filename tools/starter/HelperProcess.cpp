@@ -1,16 +1,17 @@
 // The order matters: nothing may outlive the caller, and no signal may hit the wrong process.
 //
 // 0. RunStep() has put an empty segment of the caller's own in place of an old one.
-// 1. All signals are blocked. One that ended the caller between fork and guard would leave a
+// 1. All signals are blocked. One that ended the caller between steps 2 and 3 would leave a
 //    helper that nobody ends, and the child must not run the caller's handlers.
 // 2. Pipes, texts and the thread that passes on the helper's standard error are made; then comes
 //    fork. The child leads a process group, out of reach of Ctrl-C, and waits for a byte.
-// 3. A thread waits for its end, the guard process for the caller's. Then the child gets its byte,
+// 3. A thread waits for its end, another process, CallerWatch, for the caller's. Then the child
+// gets its byte,
 //    resets its signals, drops the caller's descriptors and becomes the helper. A pipe that a
 //    successful exec closes carries the errno of one that fails.
 // 4. Signals are unblocked. At the limit the helper gets SIGTERM, before that what a StopSwitch
 //    passes on. The first signal begins the grace, which SIGKILL ends.
-// 5. The helper is reaped, the guard ended, the rest of its standard error read. Only then does
+// 5. The helper is reaped, CallerWatch ended, the rest of its standard error read. Only then does
 //    RunStep() read the segment, which the helper writes last, and remove it.
 
 #include "tools/starter/HelperProcess.h"
@@ -94,9 +95,9 @@ void ResetSignals() {
   sigprocmask(SIG_SETMASK, &none, nullptr);
 }
 
-// The helper's process before it is the helper.
+// The child between fork and exec.
 struct Birth {
-  Pipe go;      // it waits for a byte from here: its guard comes first
+  Pipe go;      // it waits for a byte from here: CallerWatch comes first
   Pipe report;  // takes what keeps the program from being executed
 };
 
@@ -118,7 +119,7 @@ struct Birth {
   _exit(127);
 }
 
-// Lets it become the helper; returns what keeps it from that, or 0.
+// Lets it become the helper; returns the errno that keeps it from that, or 0.
 int LetGo(Birth& birth) {
   if (write(birth.go.writer(), "", 1) != 1) return errno;
   birth.go.CloseReader();
@@ -233,14 +234,14 @@ HelperEnd RunHelper(const Settings& settings, int stop) {
   }
   setpgid(pid, pid);
   Child child(pid);
-  std::optional<Guard> guard(std::in_place, pid, output.reader(), limits.grace);
+  std::optional<CallerWatch> watch(std::in_place, pid, output.reader(), limits.grace);
   output.CloseWriter();
   end.start_error = LetGo(birth);
   if (end.start_error) return end;
   blocked.reset();
   end.pid = pid;
   Await(child, limits, settings.progress, stop, end);
-  guard.reset();
+  watch.reset();
   const LastLines& lines = output.Finish();
   end.last_line = lines.last();
   end.browser_failure = lines.browser_failure();

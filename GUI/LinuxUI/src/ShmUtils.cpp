@@ -6,7 +6,7 @@
 #include <cerrno>
 #include <cstring>
 
-#include "GUI/newUI/ModuleName.h"
+#include "GUI/newUI/ModuleNames.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 
 bool ShmUtils::attach(const std::string& path, char projectId) {

@@ -18,8 +18,8 @@ class ShmUtils {
   static constexpr int kSegmentMode = 0644;  // of a segment that is created here
 
   // Finds the segment of `path`, which must exist, and `projectId`, or creates it, readable for
-  // everyone; an existing one keeps its mode. False when the path is missing, and when the segment is refused or smaller than
-  // kSegmentSize. Call it once, before setVal.
+  // everyone; an existing one keeps its mode. False when the path is missing, and when the segment
+  // is refused or smaller than kSegmentSize. Call it once, before setVal.
   bool attach(const std::string& path, char projectId);
 
   // Copies `value` to the start of the segment: no terminator, and the rest stays as it was, so the

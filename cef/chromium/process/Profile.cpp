@@ -101,7 +101,8 @@ std::unique_ptr<Profile> Profile::Open(const std::string& cache_path, std::strin
   if (cache_path.empty()) return OpenPrivate({}, err);
   const std::string dir = Absolute(cache_path);
   SweepPrivateFolders(dir);
-  if (!MakeFolders(dir) || FaultOf(dir) != FolderFault::kNone || !HasRoom(dir)) return OpenPrivate(dir, err);
+  const bool usable = MakeFolders(dir) && FaultOf(dir) == FolderFault::kNone && HasRoom(dir);
+  if (!usable) return OpenPrivate(dir, err);
   bool busy = false;
   const int lock = LockFolder(dir, &busy);
   if (lock < 0) return OpenPrivate(dir, err);

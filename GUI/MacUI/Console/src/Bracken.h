@@ -9,8 +9,8 @@
 void HandleException(NSException* exception);
 
 // One per process. Whatever goes wrong in `init` is reported to the log, and the object is still
-// made. Its end is the end of the log; one that an interface file makes stays for ever. Main
-// thread.
+// made. Its end is the end of the log; one that an interface file makes is never released.
+// Main thread.
 @interface Bracken : NSObject
 - (id)init;
 

@@ -5,7 +5,7 @@
 #import "GUI/MacUI/Console/src/LanguageChoice.h"
 #import "GUI/MacUI/Console/src/MacResourceManager.h"
 #import "GUI/MacUI/Console/src/StringConversions.h"
-#include "GUI/newUI/ModuleName.h"
+#include "GUI/newUI/ModuleNames.h"
 #include "libs/catalogUtil/GlobalCatalogs.h"
 #include "libs/kxaccess/InstallPaths.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"

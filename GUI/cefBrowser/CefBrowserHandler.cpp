@@ -12,6 +12,7 @@
 #include "include/views/cef_browser_view.h"
 #include "include/views/cef_window.h"
 #include "include/wrapper/cef_closure_task.h"
+#include "include/wrapper/cef_helpers.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 #include "platform/TerminationSignals.h"
 
@@ -52,6 +53,7 @@ void EmbBrowserHandler::CloseAllBrowsers(bool forceClose) {
 }
 
 void EmbBrowserHandler::OnTitleChange(CefRefPtr<CefBrowser> browser, const CefString& title) {
+  CEF_REQUIRE_UI_THREAD();
   KXLOG(4, kCefModule, "EmbBrowserHandler::OnTitleChange %s", title.ToString().c_str());
   if (!m_UseViews_) return;
   CefRefPtr<CefBrowserView> view = CefBrowserView::GetForBrowser(browser);
@@ -62,12 +64,14 @@ void EmbBrowserHandler::OnTitleChange(CefRefPtr<CefBrowser> browser, const CefSt
 
 bool EmbBrowserHandler::OnConsoleMessage(CefRefPtr<CefBrowser>, cef_log_severity_t,
                                          const CefString& message, const CefString& source, int) {
+  CEF_REQUIRE_UI_THREAD();
   KXLOG(4, "EmbBrowserHandler", "Message: %s Source: %s", message.ToString().c_str(),
         source.ToString().c_str());
   return true;
 }
 
 void EmbBrowserHandler::OnAfterCreated(CefRefPtr<CefBrowser> browser) {
+  CEF_REQUIRE_UI_THREAD();
   KXLOG(4, kCefModule, "EmbBrowserHandler::OnAfterCreated");
   m_HasOpened_ = true;
   m_BrowserList_.push_back(browser);
@@ -81,12 +85,14 @@ void EmbBrowserHandler::OnAfterCreated(CefRefPtr<CefBrowser> browser) {
 }
 
 bool EmbBrowserHandler::DoClose(CefRefPtr<CefBrowser>) {
+  CEF_REQUIRE_UI_THREAD();
   KXLOG(3, kCefModule, "EmbBrowserHandler::DoClose");
   if (m_BrowserList_.size() == 1) m_IsClosing_ = true;
   return false;
 }
 
 void EmbBrowserHandler::OnBeforeClose(CefRefPtr<CefBrowser> browser) {
+  CEF_REQUIRE_UI_THREAD();
   KXLOG(3, kCefModule, "EmbBrowserHandler::OnBeforeClose");
   for (auto entry = m_BrowserList_.begin(); entry != m_BrowserList_.end(); ++entry) {
     if ((*entry)->IsSame(browser)) {
@@ -110,6 +116,7 @@ void EmbBrowserHandler::OnBeforeClose(CefRefPtr<CefBrowser> browser) {
 void EmbBrowserHandler::OnLoadError(CefRefPtr<CefBrowser>, CefRefPtr<CefFrame> frame,
                                     ErrorCode errorCode, const CefString& errorText,
                                     const CefString& failedUrl) {
+  CEF_REQUIRE_UI_THREAD();
   KXLOG(1, kCefModule, "EmbBrowserHandler::OnLoadError error = %d", static_cast<int>(errorCode));
   if (errorCode == ERR_ABORTED) {
     KXLOG(1, kCefModule, "ERR_ABORTED ....");
@@ -125,6 +132,7 @@ void EmbBrowserHandler::OnLoadError(CefRefPtr<CefBrowser>, CefRefPtr<CefFrame> f
 CefRefPtr<CefResourceRequestHandler> EmbBrowserHandler::GetResourceRequestHandler(
     CefRefPtr<CefBrowser>, CefRefPtr<CefFrame>, CefRefPtr<CefRequest>, bool, bool, const CefString&,
     bool&) {
+  CEF_REQUIRE_IO_THREAD();
   return this;
 }
 
@@ -132,6 +140,7 @@ bool EmbBrowserHandler::OnCertificateError(CefRefPtr<CefBrowser> browser, cef_er
                                            const CefString& requestUrl,
                                            CefRefPtr<CefSSLInfo> sslInfo,
                                            CefRefPtr<CefRequestCallback> callback) {
+  CEF_REQUIRE_UI_THREAD();
   KXLOG(3, kCefModule, "inside OnCertificateError");
   std::wstring first;
   std::wstring second;
@@ -150,18 +159,21 @@ bool EmbBrowserHandler::OnCertificateError(CefRefPtr<CefBrowser> browser, cef_er
 bool EmbBrowserHandler::OnSelectClientCertificate(CefRefPtr<CefBrowser>, bool, const CefString&,
                                                   int, const X509CertificateList&,
                                                   CefRefPtr<CefSelectClientCertificateCallback>) {
+  CEF_REQUIRE_UI_THREAD();
   return true;
 }
 
 CefRefPtr<CefCookieAccessFilter> EmbBrowserHandler::GetCookieAccessFilter(CefRefPtr<CefBrowser>,
                                                                           CefRefPtr<CefFrame>,
                                                                           CefRefPtr<CefRequest>) {
+  CEF_REQUIRE_IO_THREAD();
   return this;
 }
 
 EmbBrowserHandler::ReturnValue EmbBrowserHandler::OnBeforeResourceLoad(
     CefRefPtr<CefBrowser> browser, CefRefPtr<CefFrame> frame, CefRefPtr<CefRequest> request,
     CefRefPtr<CefRequestCallback> callback) {
+  CEF_REQUIRE_IO_THREAD();
   request->SetFlags(UR_FLAG_ALLOW_STORED_CREDENTIALS);
   const std::wstring url = request->GetURL().ToWString();
   // Names the other hook and lacks its closing parenthesis; kept on purpose.
@@ -177,12 +189,14 @@ EmbBrowserHandler::ReturnValue EmbBrowserHandler::OnBeforeResourceLoad(
 CefRefPtr<CefResourceHandler> EmbBrowserHandler::GetResourceHandler(CefRefPtr<CefBrowser> browser,
                                                                     CefRefPtr<CefFrame> frame,
                                                                     CefRefPtr<CefRequest> request) {
+  CEF_REQUIRE_IO_THREAD();
   return m_ResourceManager_->GetResourceHandler(browser, frame, request);
 }
 
 bool EmbBrowserHandler::OnResourceResponse(CefRefPtr<CefBrowser> browser, CefRefPtr<CefFrame>,
                                            CefRefPtr<CefRequest> request,
                                            CefRefPtr<CefResponse> response) {
+  CEF_REQUIRE_IO_THREAD();
   KXLOG(4, kCefModule, "EmbBrowserHandler::OnResourceResponse(URL:%s)= %s",
         request->GetReferrerURL().ToString().c_str(), response->GetMimeType().ToString().c_str());
   // One map for both; CEF's second call replaces what the first one filled in.
@@ -229,11 +243,13 @@ void EmbBrowserHandler::Cancel() {}
 
 bool EmbBrowserHandler::CanSendCookie(CefRefPtr<CefBrowser>, CefRefPtr<CefFrame>,
                                       CefRefPtr<CefRequest>, const CefCookie&) {
+  CEF_REQUIRE_IO_THREAD();
   return true;
 }
 
 bool EmbBrowserHandler::CanSaveCookie(CefRefPtr<CefBrowser>, CefRefPtr<CefFrame>,
                                       CefRefPtr<CefRequest>, CefRefPtr<CefResponse>,
                                       const CefCookie&) {
+  CEF_REQUIRE_IO_THREAD();
   return true;
 }

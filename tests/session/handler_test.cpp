@@ -45,8 +45,11 @@ class Handler : public SessionTest {
     CefRefPtr<FakeRequest> request = new FakeRequest(url, cookies);
     CefRefPtr<FakeResponse> response = new FakeResponse;
     response->headers.emplace("Set-Cookie", "end=1");
-    return handler->OnResourceResponse(browser.get(), browser->mainFrame.get(), request.get(),
-                                       response.get());
+    cef.currentThread = TID_IO;
+    const bool ended = handler->OnResourceResponse(browser.get(), browser->mainFrame.get(),
+                                                   request.get(), response.get());
+    cef.currentThread = TID_UI;
+    return ended;
   }
 
   void RefuseCertificate(const CefRefPtr<FakeBrowser>& browser) {
@@ -221,11 +224,13 @@ TEST_F(Handler, PassesTheRest) {
   auto browser = Open();
   cef.ClearTrace();
   bool disable = false;
+  cef.currentThread = TID_IO;
   EXPECT_EQ(
       handler->GetResourceRequestHandler(nullptr, nullptr, nullptr, true, false, "", disable).get(),
       handler.get());
   EXPECT_TRUE(handler->CanSendCookie(nullptr, nullptr, nullptr, CefCookie()));
   EXPECT_TRUE(handler->CanSaveCookie(nullptr, nullptr, nullptr, nullptr, CefCookie()));
+  cef.currentThread = TID_UI;
   EXPECT_TRUE(handler->OnConsoleMessage(browser.get(), LOGSEVERITY_INFO, "m", "s", 1));
   CefRefPtr<FakeSelectClientCertificateCallback> select = new FakeSelectClientCertificateCallback;
   EXPECT_TRUE(

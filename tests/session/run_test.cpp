@@ -189,6 +189,7 @@ TEST_F(Run, IsLoggedAsItHasAlwaysBeen) {
 TEST_F(Run, AsksNoSessionAboutRequestsAfterItsEnd) {
   Step({SAML_LOGIN, "https://vpn.example/", "", ""},
        {{"https://vpn.example/", "KXSAMLEBSTATEID=s; KXSAMLEBSTATUS=1"}});
+  cef.currentThread = TID_IO;
   Exchange({"https://vpn.example/", "KXSAMLEBSTATEID=late; KXSAMLEBSTATUS=1"});
   EXPECT_EQ(EmbBrowserHandler::GetInstance()->m_Session_->GetReturnData().postAuthCookie,
             "KXSAMLEBSTATEID=s");

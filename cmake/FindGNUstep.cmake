@@ -33,7 +33,7 @@ if(GNUstep_FOUND AND NOT TARGET GNUstep::Base)
   list(REMOVE_DUPLICATES definitions)
   list(REMOVE_DUPLICATES options)
 
-  # Included as system headers, which also silences the warnings they raise by themselves. The
+  # Included as system headers, which also silences the warnings that they raise. The
   # Objective-C runtime goes in by its plain name: it lives in the compiler's own folder.
   add_library(GNUstep::Base INTERFACE IMPORTED)
   set_target_properties(GNUstep::Base PROPERTIES

@@ -11,8 +11,8 @@ namespace {
 
 constexpr mode_t kModeForAll = 0666;
 
-// Also mends what its maker left half done. Only the owner and root may; what others find is as it
-// is. A name among several may stand for somebody else's file.
+// Also fixes the mode of an object whose creator died halfway. Only its owner and root can. An
+// object with further names may be somebody else's file, and is left alone.
 void OpenToAll(int descriptor) {
   struct stat info;
   if (fstat(descriptor, &info) != 0 || !S_ISREG(info.st_mode) || info.st_nlink != 1) return;

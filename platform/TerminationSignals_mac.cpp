@@ -15,7 +15,7 @@ Signal g_signals[] = {{SIGHUP}, {SIGINT}, {SIGTERM}};
 
 bool g_delivering = false;
 
-// All that a signal does by itself. Not SIG_IGN, which every child process would inherit.
+// All that the signal itself does. Not SIG_IGN, which every child process would inherit.
 void DoNothing(int) {}
 
 void DeliverIfItCame(Signal& held) {

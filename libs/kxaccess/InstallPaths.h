@@ -22,7 +22,7 @@ extern const wchar_t kAccessIni[];
 // Branding overrides of the catalogs; ends in a slash.
 extern const wchar_t kBrandingFolder[];
 
-// The browser framework: its folder, and the library inside it.
+// The framework: its folder, and the library inside it.
 extern const char kFrameworkFolder[];
 extern const char kFrameworkLibrary[];
 

@@ -102,7 +102,7 @@ TEST_F(DoctorTest, NamesWhatIsInTheWay) {
        {"warning main-menu", "warning profile: .*cannot be written", "warning return-segment-size",
         "warning catalog-encoding: .*_DE.txt, line 3 is not UTF-8", "warning shared-memory-folder",
         "warning log-control-block: .*else", "warning developer-port: .* by ",
-        "warning log-file: no file can be made", "warning process-limits: only 300 open files"}},
+        "warning log-file: no file can be created", "warning process-limits: only 300 open files"}},
       {R"(hide "$APP/Helpers"; hide "$APP/Plugins"; hide "$FRAMEWORK"; hide "$FAKE" -o ro
           chromium /dev/null; unset DISPLAY WAYLAND_DISPLAY HOME; export TMPDIR=$FAKE)",
        {"failure program", "failure catalogs: .*access.ini is missing",

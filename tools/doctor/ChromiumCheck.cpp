@@ -1,4 +1,4 @@
-// Chromium itself: started on a profile of its own, without a window, and asked what it knows.
+// Chromium itself: started on an empty profile, without a window, and asked what it knows.
 
 #include <unistd.h>
 

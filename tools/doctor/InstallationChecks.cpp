@@ -104,7 +104,7 @@ Finding CheckFramework() {
   void* library = dlopen(path.c_str(), RTLD_LAZY | RTLD_LOCAL);
   if (!library) return Failure("framework", dlerror());
   if (const char* name = MissingFunction(library)) {
-    return Failure("framework", path + " is not a browser framework: it has no " + name);
+    return Failure("framework", path + " is not the framework: it has no " + name);
   }
   const auto hash = reinterpret_cast<const char* (*)(int)>(dlsym(library, "cef_api_hash"));
   const char* const built_for = hash(0);

@@ -13,7 +13,7 @@ namespace doctor {
 
 namespace {
 
-// What is less than a browser with a few processes and many threads gets along with. The number of
+// The least that a browser with a few processes and many threads gets along with. The number of
 // processes does not bind root.
 struct Need {
   int resource;

@@ -78,9 +78,9 @@ Finding CheckLogFile() {
   struct stat info;
   if (lstat(file.c_str(), &info) != 0) {
     if (stat(folder.c_str(), &info) == 0 && access(folder.c_str(), W_OK | X_OK) != 0) {
-      return Warning("log-file", "no file can be made in " + folder + ": " + strerror(errno));
+      return Warning("log-file", "no file can be created in " + folder + ": " + strerror(errno));
     }
-    return Ok("log-file", file + " will be made");
+    return Ok("log-file", file + " will be created");
   }
   if (S_ISLNK(info.st_mode) || (S_ISREG(info.st_mode) && info.st_nlink > 1)) {
     const std::string what = S_ISLNK(info.st_mode) ? " is a symbolic link" : " has other names too";

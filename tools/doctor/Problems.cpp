@@ -24,7 +24,7 @@ const std::vector<Problem> kProblems = {
     {"main-menu", true, "The shortcut for quitting does nothing", "The program's menu is missing",
      "Install the program again", Verdict::kSignedIn},
     {"framework", true, "Signing in does nothing at all",
-     "The browser framework is missing, damaged, or of another version than the program",
+     "The framework is missing, damaged, or of another version than the program",
      "Install program and framework again, from the same package", Verdict::kNothingWritten},
     {"temporary-folder", true, "No window appears",
      "The folder for temporary files cannot be written, or its disk is full",
@@ -56,14 +56,14 @@ const std::vector<Problem> kProblems = {
      "HOME is unset or wrong, so that program and client look for the result in different places",
      "Set HOME to your home folder for the client that starts the program", Verdict::kNotStarted},
     {"data-folder", true, "I signed in and nothing happened, or I have to sign in every time",
-     "The data folder below your home cannot be made or used",
+     "The data folder below your home cannot be created or used",
      "Remove what stands in its place; make the folder your own and writable for you alone",
      Verdict::kNotStarted},
     {"disk-space", true, "I have to type my password every time",
      "The disk with your home folder is nearly full, so that the browser keeps nothing",
      "Make room", Verdict::kSignedIn},
     {"profile", true, "I have to type my password every time",
-     "The browser's profile folder cannot be used, so each run has an empty one of its own",
+     "The browser's profile folder cannot be used, so each run starts with an empty one",
      "Remove the folder, or make it your own and writable for you alone", Verdict::kSignedIn},
     {"profile-lock", true, "I have to sign in again after using another computer",
      "A browser on another computer uses the same home folder, or died there; a run here takes the "
@@ -71,7 +71,7 @@ const std::vector<Problem> kProblems = {
      "Sign in on one computer at a time; if nobody signs in elsewhere, nothing is to be done",
      Verdict::kSignedIn},
     {"other-sign-in", true, "I have to type my password although I am signed in",
-     "Another sign-in is going on; a second one has an empty profile of its own",
+     "Another sign-in is going on; a second one starts with an empty profile",
      "Finish the other sign-in first", Verdict::kSignedIn},
     {"return-segment", true, "I signed in and nothing happened",
      "The shared memory for the result belongs to another user",
@@ -97,7 +97,8 @@ const std::vector<Problem> kProblems = {
      "The machine's log folder cannot be used, and nothing is written to one in a home folder",
      "Let root make the folder, with the mode 0755", Verdict::kSignedIn},
     {"log-file", true, "There is no log of my sign-in, or only half of it",
-     "The log file cannot be made, is another user's and not writable for all, is a link or not a "
+     "The log file cannot be created, is another user's and not writable for all, is a link or not "
+     "a "
      "plain file, or is full and can be renamed by root only",
      "Let its owner, or root, set its mode to 0666, or rename or remove it", Verdict::kSignedIn},
     {"log-lock", true, "The window comes 5 seconds late, and there is no log",
@@ -116,7 +117,7 @@ const std::vector<Problem> kProblems = {
      "Raise the limit that is named", Verdict::kBrowserFailed},
 
     {"display-lost", false, "The window vanished, and the session with it",
-     "The X server ended in the middle", "Sign in again; what had been gathered is not lost",
+     "The X server ended during the step", "Sign in again; what had been gathered is not lost",
      Verdict::kBrowserFailed},
     {"chromium-ended", false, "The window vanished",
      "Chromium crashed, was killed, or the system ran out of memory",

@@ -1,7 +1,7 @@
 // A VPN gateway, an identity provider and a third host, all in one server on loopback.
 //
 // The hosts are told apart by the Host header: gateway.localhost, idp.localhost, third.localhost,
-// names that browsers resolve to loopback by themselves. Under expired.gateway.localhost and the
+// names that browsers resolve to loopback on their own. Under expired.gateway.localhost and the
 // like, one name for every faulty CertificateKind and host, the same hosts are served with a
 // certificate of that fault. One box serves many runs at once: what it plays is chosen by the path,
 // "/SCENARIO/..." ("/" lists them). /-/requests holds the requests so far as JSON.

@@ -57,7 +57,7 @@ std::string Asked(const Fields& asked) {
   return html + "<button>Sign in</button><p class=hint>For trying it out: " + hint + "</p>";
 }
 
-// Browsers obey "autofocus" in a page of its own, but not in a frame of another site's.
+// Browsers obey "autofocus" in a page, but not in a frame from another site.
 constexpr char kCaret[] =
     "<script>function caret(){if(!f.contains(document.activeElement))"
     "f.querySelector('input:not([type=hidden])').focus()}"

@@ -37,7 +37,7 @@ struct PageParts {
   Fields hidden;
   Fields asked;
   bool by_itself = false;  // fills itself in and posts itself after the page has loaded
-  // Where the page goes on to by itself, so long after it has loaded.
+  // Where the page goes next on its own, `after_ms` after it has loaded.
   std::string next;
   int after_ms = 0;
 };

@@ -80,7 +80,7 @@ struct Expectation {
   std::string idp_cookies;
   std::string logout_url;
   int slo_state = 0;
-  std::vector<std::string> log;  // texts that the helper's log holds; its errors hold one of them
+  std::vector<std::string> log;  // texts that the program's log holds; its errors hold one of them
 };
 
 struct Scenario {

@@ -1,4 +1,4 @@
-// The reference caller of the browser helper: see --help.
+// The starter, the reference caller of EmbeddedBrowser: see --help.
 
 #include <rapidjson/document.h>
 #include <rapidjson/stringbuffer.h>
@@ -82,7 +82,7 @@ void PrintLine(const Outcome& outcome) {
   }
 }
 
-// One line on the terminal that is written over every second, by the helper's own lines too.
+// One line on the terminal, overwritten every second and by whatever the helper prints.
 ebStarter::Progress ProgressOnTerminal(milliseconds limit) {
   if (!isatty(STDERR_FILENO)) return nullptr;
   return [limit](milliseconds elapsed) {

@@ -112,6 +112,9 @@ INSTANTIATE_TEST_SUITE_P(
                  "mkdir \"$data/cef\"; mount --bind \"$data/cef\" \"$data/cef\"\n"
                  "mount -o remount,ro,bind \"$data/cef\"",
                  "signed in"},
+        Obstacle{"TemporaryFolderNotOurs",
+                 "mount --bind \"$TMPDIR\" \"$TMPDIR\"; mount -o remount,ro,bind \"$TMPDIR\"",
+                 "signed in"},
         Obstacle{"LockOfAnotherHost",
                  "mkdir -m 700 \"$data/cef\"; ln -s otherhost-123 \"$data/cef/SingletonLock\"",
                  "signed in"},

@@ -103,7 +103,7 @@ TEST_F(DoctorTest, NamesWhatIsInTheWay) {
         "warning catalog-encoding: .*_DE.txt, line 3 is not UTF-8", "warning shared-memory-folder",
         "warning log-control-block: .*else", "warning developer-port: .* by ",
         "warning log-file: no file can be created", "warning process-limits: only 300 open files"}},
-      {R"(hide "$APP/Helpers"; hide "$APP/Plugins"; hide "$FRAMEWORK"; hide "$FAKE" -o ro
+      {R"(hide "$APP/Helpers"; hide "$APP/Plugins"; hide "$FRAMEWORK"; hide "$FAKE" -o nr_inodes=1
           chromium /dev/null; unset DISPLAY WAYLAND_DISPLAY HOME; export TMPDIR=$FAKE)",
        {"failure program", "failure catalogs: .*access.ini is missing",
         "failure framework: .*cannot open", "failure chromium: .*not installed",

@@ -44,7 +44,9 @@ bool IsOwnFolder(const std::string& path) {
 std::string TemporaryFolder() {
   const char* wanted = getenv("TMPDIR");
   struct stat info;
-  if (!wanted || wanted[0] != '/' || stat(wanted, &info) != 0 || !S_ISDIR(info.st_mode)) {
+  // One that is not ours to write to is the variable of another user, who has become this one.
+  if (!wanted || wanted[0] != '/' || stat(wanted, &info) != 0 || !S_ISDIR(info.st_mode) ||
+      access(wanted, W_OK | X_OK) != 0) {
     return "/tmp";
   }
   std::string folder = wanted;

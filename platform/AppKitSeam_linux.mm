@@ -1,4 +1,5 @@
 #include <signal.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #import <Foundation/NSDistributedNotificationCenter.h>
@@ -35,6 +36,56 @@ class KeptExceptionHandler {
  private:
   NSUncaughtExceptionHandler* handler_;
 };
+
+// Foundation copies arguments and environment when it is loaded, and ends the process at the first
+// text that is not UTF-8: a cookie, a folder's name from an older system. So what is not ASCII is
+// kept out of its sight until it has started; nothing in it is meant for Foundation.
+char** s_Hidden = nullptr;
+char* s_FirstHidden = nullptr;
+
+#define EB_BEFORE_ALL_ELSE __attribute__((no_sanitize("address", "thread", "undefined")))
+
+EB_BEFORE_ALL_ELSE size_t LengthUnlessAscii(const char* text) {
+  bool ascii = true;
+  size_t length = 0;
+  for (; text[length]; ++length) ascii = ascii && static_cast<signed char>(text[length]) >= 0;
+  return ascii ? 0 : length;
+}
+
+EB_BEFORE_ALL_ELSE void HideFromFoundation(int count, char** arguments, char** environment) {
+  char** end = environment;
+  while (*end) ++end;
+  char** const last = end;
+  for (char** entry = environment; entry < end;) {
+    if (LengthUnlessAscii(*entry) == 0) {
+      ++entry;
+      continue;
+    }
+    char* const hidden = *entry;
+    *entry = *--end;
+    *end = hidden;
+  }
+  if (end != last) {
+    s_Hidden = end;
+    s_FirstHidden = *end;
+    *end = nullptr;
+  }
+  const size_t length = count > 0 ? LengthUnlessAscii(arguments[0]) : 0;
+  if (length == 0) return;
+  void* const room =
+      mmap(nullptr, length + 1, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  if (room == MAP_FAILED) return;
+  static const char kName[] = "EmbeddedBrowser";
+  for (size_t i = 0; i < length; ++i) {
+    static_cast<char*>(room)[i] = arguments[0][i];
+    arguments[0][i] = i < sizeof kName ? kName[i] : '\0';
+  }
+  arguments[0] = static_cast<char*>(room);
+}
+
+// Runs before the libraries' constructors.
+__attribute__((section(".preinit_array"), used)) void (*s_First)(int, char**,
+                                                                 char**) = HideFromFoundation;
 
 id DoNothing(id, SEL, ...) { return nil; }
 
@@ -98,6 +149,7 @@ void StartAppKitProcess() {
   static char name[] = "EmbeddedBrowser";
   static char* arguments[] = {name, nullptr};
   GSInitializeProcess(1, arguments, environ);
+  if (s_Hidden) *s_Hidden = s_FirstHidden;
 
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   // Without these a stray icon window and a floating menu appear beside the browser.

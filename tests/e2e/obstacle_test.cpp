@@ -115,6 +115,7 @@ INSTANTIATE_TEST_SUITE_P(
         Obstacle{"TemporaryFolderNotOurs",
                  "mount --bind \"$TMPDIR\" \"$TMPDIR\"; mount -o remount,ro,bind \"$TMPDIR\"",
                  "signed in"},
+        Obstacle{"EnvironmentIsNoUtf8", "export ODD=$'\\xE9' LAST=1", "signed in"},
         Obstacle{"LockOfAnotherHost",
                  "mkdir -m 700 \"$data/cef\"; ln -s otherhost-123 \"$data/cef/SingletonLock\"",
                  "signed in"},

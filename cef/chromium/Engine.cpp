@@ -164,8 +164,15 @@ void Engine::RunMessageLoop() {
 
 bool Engine::CreateBrowser(BrowserOrder order) {
   if (!running_) return false;
+  if (!order.context.get()) order.context = global_context_;
   factory_.Order(std::move(order));
   return true;
+}
+
+CefRefPtr<CefRequestContext> Engine::ShareContext(CefRefPtr<CefRequestContext> other,
+                                                  CefRefPtr<CefRequestContextHandler> handler) {
+  if (!other.get() || !handler.get()) return other;
+  return new RequestContext(cookies_, handler);
 }
 
 }  // namespace engine

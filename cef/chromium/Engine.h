@@ -36,11 +36,14 @@ class Engine {
   // CefBrowserHost::CreateBrowser. False when the engine does not run. Any thread.
   bool CreateBrowser(BrowserOrder order);
 
+  // CefRequestContext::CreateContext: a context beside `other`; without a handler, `other` itself.
+  // Any thread.
+  CefRefPtr<CefRequestContext> ShareContext(CefRefPtr<CefRequestContext> other,
+                                            CefRefPtr<CefRequestContextHandler> handler);
+
   // Any thread. Null before Initialize().
   CefRefPtr<CefCommandLine> command_line() const { return command_line_.get(); }
   CefRefPtr<CefRequestContext> global_context() const { return global_context_; }
-
-  CookieStore& cookies() { return cookies_; }
 
  private:
   Engine();

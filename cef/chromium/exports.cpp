@@ -5,7 +5,6 @@
 #include "cef/chromium/Engine.h"
 #include "cef/chromium/base/IoThread.h"
 #include "cef/chromium/base/MessageLoop.h"
-#include "cef/chromium/browser/RequestContext.h"
 
 using engine::Engine;
 using engine::IoThread;
@@ -70,12 +69,12 @@ bool cef_browser_host_create_browser(const CefWindowInfo&, CefRefPtr<CefClient> 
 CefRefPtr<CefCommandLine> cef_command_line_get_global() { return Engine::Get().command_line(); }
 
 CefRefPtr<CefRequestContext> cef_request_context_get_global_context() {
-  return engine::RequestContext::Global();
+  return Engine::Get().global_context();
 }
 
 CefRefPtr<CefRequestContext> cef_request_context_create_context_shared(
     CefRefPtr<CefRequestContext> other, CefRefPtr<CefRequestContextHandler> handler) {
-  return engine::RequestContext::Share(other, handler);
+  return Engine::Get().ShareContext(other, handler);
 }
 
 // Every browser has a plain window.

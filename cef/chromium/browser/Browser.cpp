@@ -1,11 +1,11 @@
 #include "cef/chromium/browser/Browser.h"
 
 #include <cctype>
+#include <utility>
 
 #include "cef/chromium/base/MessageLoop.h"
 #include "cef/chromium/base/NetErrors.h"
 #include "cef/chromium/browser/BrowserHost.h"
-#include "cef/chromium/browser/BrowserTable.h"
 #include "cef/chromium/browser/Frame.h"
 #include "cef/chromium/devtools/DevToolsConnection.h"
 
@@ -39,11 +39,11 @@ CefRefPtr<CefLifeSpanHandler> LifeSpanHandler(const CefRefPtr<CefClient>& client
 
 }  // namespace
 
-Browser::Browser(DevToolsConnection& connection, BrowserTable& table, const std::string& target_id,
-                 const std::string& session, CefRefPtr<CefClient> client,
-                 CefRefPtr<CefRequestContext> context, bool popup)
+Browser::Browser(DevToolsConnection& connection, SessionOfFrame session_of_frame,
+                 const std::string& target_id, const std::string& session,
+                 CefRefPtr<CefClient> client, CefRefPtr<CefRequestContext> context, bool popup)
     : connection_(connection),
-      table_(table),
+      session_of_frame_(std::move(session_of_frame)),
       target_id_(target_id),
       session_(session),
       context_(context),
@@ -131,15 +131,12 @@ void Browser::Navigate(const std::string& frame_id, const std::string& url) {
   const std::string target = HasScheme(url) ? url : "http://" + url;
   JsonObject params;
   params.Add("url", target);
-  std::string session = session_;
-  FrameRecord frame;
-  if (frame_id != target_id_ && table_.FindFrame(frame_id, &frame)) {
-    session = frame.session;
-    params.Add("frameId", frame_id);
-  }
+  // A frame that has gone meanwhile leaves the address to the whole page.
+  const std::string part = frame_id == target_id_ ? "" : session_of_frame_(frame_id);
+  if (!part.empty()) params.Add("frameId", frame_id);
   CefRefPtr<Browser> self = this;
   connection_.Send(
-      session, "Page.navigate", params,
+      part.empty() ? session_ : part, "Page.navigate", params,
       [self, frame_id, target](const JsonValue* result, const std::string& error) {
         // Everything else that can go wrong is an event of the network.
         if (result || error.find("invalid URL") == std::string::npos) return;

@@ -4,6 +4,7 @@
 #define CEF_CHROMIUM_BROWSER_BROWSER_H_
 
 #include <atomic>
+#include <functional>
 #include <mutex>
 #include <string>
 
@@ -12,24 +13,25 @@
 
 namespace engine {
 
-class BrowserTable;
 class DevToolsConnection;
 
 // Any thread, where nothing else is said. The object outlives its window; what is asked of it then
 // does nothing.
 class Browser : public CefBrowser {
  public:
-  // `target_id` and `session`: the page's target and the session attached to it. `client` and
-  // `context` may be null. Connection and table must live as long as the process.
-  Browser(DevToolsConnection& connection, BrowserTable& table, const std::string& target_id,
-          const std::string& session, CefRefPtr<CefClient> client,
+  // The session that speaks for a frame; "" for an unknown frame.
+  using SessionOfFrame = std::function<std::string(const std::string& frame_id)>;
+
+  // `target_id` and `session`: the page's target and the session attached to it. `client` may be
+  // null. The connection must live as long as the process.
+  Browser(DevToolsConnection& connection, SessionOfFrame session_of_frame,
+          const std::string& target_id, const std::string& session, CefRefPtr<CefClient> client,
           CefRefPtr<CefRequestContext> context, bool popup);
 
   const std::string& target_id() const { return target_id_; }
   const std::string& session() const { return session_; }
   // Null once OnBeforeClose has been called, and when the browser was made without one.
   CefRefPtr<CefClient> client() const;
-  // Null for the global one.
   CefRefPtr<CefRequestContext> context() const { return context_; }
   // The page is being closed without being asked.
   bool IsForcedToClose() const { return forced_; }
@@ -62,7 +64,7 @@ class Browser : public CefBrowser {
   void CloseTarget(int attempts);
 
   DevToolsConnection& connection_;
-  BrowserTable& table_;
+  const SessionOfFrame session_of_frame_;
   const std::string target_id_;
   const std::string session_;
   const CefRefPtr<CefRequestContext> context_;

@@ -19,7 +19,7 @@ namespace engine {
 // An order: who gets the browser and where it goes first.
 struct BrowserOrder {
   CefRefPtr<CefClient> client;
-  CefRefPtr<CefRequestContext> context;  // may be null
+  CefRefPtr<CefRequestContext> context;
   std::string url;
 };
 

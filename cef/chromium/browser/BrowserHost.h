@@ -16,7 +16,7 @@ class BrowserHost : public CefBrowserHost {
   void CloseBrowser(bool force_close) override { browser_->Close(force_close); }
   // Null: the window belongs to Chromium's process. It comes to the front by itself when it opens.
   CefWindowHandle GetWindowHandle() override { return nullptr; }
-  CefRefPtr<CefRequestContext> GetRequestContext() override;
+  CefRefPtr<CefRequestContext> GetRequestContext() override { return browser_->context(); }
 
  private:
   const CefRefPtr<Browser> browser_;

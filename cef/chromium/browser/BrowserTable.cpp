@@ -97,12 +97,10 @@ void BrowserTable::RemoveFrame(const std::string& frame_id) {
   if (found != frames_.end() && found->second.target_id != frame_id) frames_.erase(found);
 }
 
-bool BrowserTable::FindFrame(const std::string& frame_id, FrameRecord* record) const {
+std::string BrowserTable::SessionOfFrame(const std::string& frame_id) const {
   std::lock_guard<std::mutex> lock(mutex_);
   const auto found = frames_.find(frame_id);
-  if (found == frames_.end()) return false;
-  *record = found->second;
-  return true;
+  return found == frames_.end() ? std::string() : found->second.session;
 }
 
 }  // namespace engine

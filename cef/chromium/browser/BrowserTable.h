@@ -14,12 +14,6 @@ namespace engine {
 
 class Browser;
 
-// What is known of a frame. The main frame's id is the id of the browser's target.
-struct FrameRecord {
-  std::string target_id;  // of its browser
-  std::string session;    // that last spoke for the frame
-};
-
 // Holds a reference to every open browser. Any thread.
 class BrowserTable {
  public:
@@ -47,10 +41,16 @@ class BrowserTable {
   // Records a frame of the browser that `session` speaks for, or that it has moved there.
   void SetFrame(const std::string& session, const std::string& frame_id);
   void RemoveFrame(const std::string& frame_id);
-  // False when the frame is unknown.
-  bool FindFrame(const std::string& frame_id, FrameRecord* record) const;
+  // The session that last spoke for the frame; "" for an unknown frame.
+  std::string SessionOfFrame(const std::string& frame_id) const;
 
  private:
+  // The main frame's id is the id of the browser's target.
+  struct FrameRecord {
+    std::string target_id;  // of its browser
+    std::string session;    // that last spoke for the frame
+  };
+
   CefRefPtr<Browser> Find(const std::string& target_id) const;  // with mutex_ held
 
   mutable std::mutex mutex_;

@@ -35,10 +35,7 @@ void LoadErrors::OnRequest(const std::string& session, const JsonValue& params) 
   const std::string frame_id = TextAt(params, "frameId");
   if (url.compare(0, 5, "data:") == 0) return;
   // Later navigations of the frame go through the session that speaks for it now.
-  FrameRecord frame;
-  if (!table_.FindFrame(frame_id, &frame) || frame.session != session) {
-    table_.SetFrame(session, frame_id);
-  }
+  if (table_.SessionOfFrame(frame_id) != session) table_.SetFrame(session, frame_id);
   navigations_[TextAt(params, "requestId")] = {
       browser->target_id(), frame_id,
       Cut(url + TextAt(*request, "urlFragment"), kLongestPageAddress)};

@@ -1,18 +1,9 @@
 #include "cef/chromium/browser/RequestContext.h"
 
-#include "cef/chromium/Engine.h"
 #include "cef/chromium/base/MessageLoop.h"
 #include "cef/chromium/cookies/CookieManager.h"
 
 namespace engine {
-
-CefRefPtr<CefRequestContext> RequestContext::Global() { return Engine::Get().global_context(); }
-
-CefRefPtr<CefRequestContext> RequestContext::Share(CefRefPtr<CefRequestContext> other,
-                                                   CefRefPtr<CefRequestContextHandler> handler) {
-  if (!other.get() || !handler.get()) return other;
-  return new RequestContext(Engine::Get().cookies(), handler);
-}
 
 CefRefPtr<CefCookieManager> RequestContext::GetCookieManager(
     CefRefPtr<CefCompletionCallback> callback) {

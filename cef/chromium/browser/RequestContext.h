@@ -15,12 +15,7 @@ class CookieStore;
 // Any thread.
 class RequestContext : public CefRequestContext {
  public:
-  // Null before the engine runs.
-  static CefRefPtr<CefRequestContext> Global();
-  // A context beside `other`; without a handler, `other` itself.
-  static CefRefPtr<CefRequestContext> Share(CefRefPtr<CefRequestContext> other,
-                                            CefRefPtr<CefRequestContextHandler> handler);
-
+  // The store must live as long as the process; `handler` may be null.
   RequestContext(CookieStore& store, CefRefPtr<CefRequestContextHandler> handler)
       : store_(store), handler_(handler) {}
 

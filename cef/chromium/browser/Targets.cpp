@@ -95,12 +95,23 @@ void Targets::AttachPage(const std::string& session, const JsonValue& info) {
   connection_.Send("", "Target.closeTarget", JsonObject().Add("targetId", target));
 }
 
-void Targets::AttachOrdered(const std::string& target, const std::string& session,
-                            const BrowserOrder& order) {
-  CefRefPtr<Browser> browser =
-      new Browser(connection_, table_, target, session, order.client, order.context, false);
+CefRefPtr<Browser> Targets::AddBrowser(const std::string& target, const std::string& session,
+                                       CefRefPtr<CefClient> client,
+                                       CefRefPtr<CefRequestContext> context, bool popup) {
+  const auto session_of_frame = [this](const std::string& frame_id) {
+    return table_.SessionOfFrame(frame_id);
+  };
+  const CefRefPtr<Browser> browser =
+      new Browser(connection_, session_of_frame, target, session, client, context, popup);
   table_.Add(browser);
   SetUpPage(session, true);
+  return browser;
+}
+
+void Targets::AttachOrdered(const std::string& target, const std::string& session,
+                            const BrowserOrder& order) {
+  const CefRefPtr<Browser> browser =
+      AddBrowser(target, session, order.client, order.context, false);
   MessageLoop::Get().PostTask([this, browser] {
     browser->NotifyCreated();
     factory_.Finish();
@@ -123,10 +134,8 @@ void Targets::LoadFirst(const CefRefPtr<Browser>& browser, const std::string& ur
 }
 
 void Targets::AttachPopup(const std::string& target, const std::string& session, Browser& opener) {
-  CefRefPtr<Browser> browser =
-      new Browser(connection_, table_, target, session, opener.client(), opener.context(), true);
-  table_.Add(browser);
-  SetUpPage(session, true);
+  const CefRefPtr<Browser> browser =
+      AddBrowser(target, session, opener.client(), opener.context(), true);
   // It loads nothing before the client knows of it.
   MessageLoop::Get().PostTask([this, browser] {
     browser->NotifyCreated();

@@ -41,6 +41,9 @@ class Targets {
  private:
   void OnAttached(const std::string& parent_session, const JsonValue& params);
   void AttachPage(const std::string& session, const JsonValue& info);
+  CefRefPtr<Browser> AddBrowser(const std::string& target, const std::string& session,
+                                CefRefPtr<CefClient> client, CefRefPtr<CefRequestContext> context,
+                                bool popup);
   void AttachOrdered(const std::string& target, const std::string& session,
                      const BrowserOrder& order);
   void AttachPopup(const std::string& target, const std::string& session, Browser& opener);

@@ -146,8 +146,7 @@ ProcessWatch::~ProcessWatch() {
 bool ProcessWatch::WaitForAll(std::chrono::milliseconds limit) const {
   const auto end = Clock::now() + limit;
   for (int fd : fds_) {
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
-    if (!engine::WaitReadable(fd, left)) return false;
+    if (!engine::WaitReadable(fd, end)) return false;
   }
   return true;
 }

@@ -41,12 +41,9 @@ std::string OutputOf(const std::vector<std::string>& command) {
   const pid_t child = engine::StartChild(options, &ignored);
   close(ends[1]);
   std::string output;
-  const auto end = std::chrono::steady_clock::now() + kListLimit;
+  const auto end = engine::Clock::now() + kListLimit;
   char buffer[4096];
-  while (child > 0) {
-    const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-        end - std::chrono::steady_clock::now());
-    if (left.count() <= 0 || !engine::WaitReadable(ends[0], left)) break;
+  while (child > 0 && engine::TimeLeft(end).count() > 0 && engine::WaitReadable(ends[0], end)) {
     const ssize_t count = read(ends[0], buffer, sizeof buffer);
     if (count <= 0) break;
     output.append(buffer, static_cast<size_t>(count));

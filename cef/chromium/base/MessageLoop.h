@@ -18,6 +18,8 @@
 #include <thread>
 #include <utility>
 
+#include "cef/chromium/base/Deadline.h"
+
 namespace engine {
 
 class MessageLoop {
@@ -42,10 +44,10 @@ class MessageLoop {
   // nothing and is not remembered. Any thread.
   void Quit();
 
-  // Waits until the descriptor is readable; tasks and events wait meanwhile. False when `limit` has
-  // passed or one of the three signals has come first; that stays for HandOverSignals() or Run().
+  // Waits until the descriptor is readable; tasks and events wait meanwhile. False when the time
+  // has come or one of the three signals has come first; that stays for HandOverSignals() or Run().
   // UI thread, or any before Init().
-  bool AwaitReadable(int fd, std::chrono::milliseconds limit);
+  bool AwaitReadable(int fd, Clock::time_point end);
 
   // Hands over the signals that wait, as Run() does. UI thread.
   void HandOverSignals();
@@ -87,8 +89,6 @@ class MessageLoop {
   void OnDescriptorReadable();
 
  private:
-  using Clock = std::chrono::steady_clock;
-
   MessageLoop() = default;
 
   size_t ReadyTasks();

@@ -1,13 +1,11 @@
 #include "cef/chromium/base/MessageLoop.h"
 
 #import <AppKit/AppKit.h>
-#include <poll.h>
 #include <pthread.h>
 #include <sys/eventfd.h>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 
 #import "platform/CatchThrown.h"
@@ -207,14 +205,10 @@ void MessageLoop::BreakAlerts() {
   Fill(pending_fd_);
 }
 
-bool MessageLoop::AwaitReadable(int fd, std::chrono::milliseconds limit) {
-  const auto end = Clock::now() + (pending_signals_.empty() ? limit : limit.zero());
+bool MessageLoop::AwaitReadable(int fd, Clock::time_point end) {
   pollfd watched[] = {{fd, POLLIN, 0}, {signal_fd_, POLLIN, 0}};
-  for (;;) {
-    const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now()).count();
-    const int count = poll(watched, 2, static_cast<int>(std::max<long long>(left, 0)));
-    if (count >= 0 || errno != EINTR) return count > 0 && watched[0].revents != 0;
-  }
+  return PollUntil(pending_signals_.empty() ? end : Clock::now(), watched, 2) &&
+         watched[0].revents != 0;
 }
 
 void MessageLoop::HandOverSignals() {

@@ -137,12 +137,11 @@ bool DevToolsConnection::WaitClosed(std::chrono::milliseconds limit) {
 void DevToolsConnection::WatchLimit(Clock::time_point deadline) {
   if (deadline >= next_look_) return;
   next_look_ = deadline;
-  const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
   IoThread::Get().PostDelayedTask(
       [this, deadline, pipe = std::weak_ptr<PipeTransport>(transport_)] {
         if (pipe.lock()) GiveUpLate(deadline);
       },
-      left.count());
+      TimeLeft(deadline).count());
 }
 
 void DevToolsConnection::GiveUpLate(Clock::time_point look) {

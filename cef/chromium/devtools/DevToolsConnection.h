@@ -14,6 +14,7 @@
 #include <mutex>
 #include <string>
 
+#include "cef/chromium/base/Deadline.h"
 #include "cef/chromium/base/Json.h"
 #include "cef/chromium/devtools/PipeTransport.h"
 
@@ -70,8 +71,6 @@ class DevToolsConnection {
   bool WaitClosed(std::chrono::milliseconds limit);
 
  private:
-  using Clock = std::chrono::steady_clock;
-
   struct Command {
     std::string method;
     ReplyHandler reply;  // may be empty

@@ -1,25 +1,21 @@
 #include "cef/chromium/process/AppWindow.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <vector>
 
+#include "cef/chromium/base/Deadline.h"
 #include "cef/chromium/base/MessageLoop.h"
 
 namespace engine {
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 constexpr auto kMessageLimit = std::chrono::seconds(2);
 
@@ -31,14 +27,9 @@ std::vector<std::string> Arguments(const std::string& profile_dir, const std::st
   return arguments;
 }
 
-bool WaitFor(int fd, short events, Clock::time_point end) {
-  for (;;) {
-    const auto left =
-        std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
-    pollfd watched = {fd, events, 0};
-    const int count = poll(&watched, 1, static_cast<int>(std::max<long long>(left, 0)));
-    if (count >= 0 || errno != EINTR) return count > 0;
-  }
+bool WaitWritable(int fd, Clock::time_point end) {
+  pollfd watched = {fd, POLLOUT, 0};
+  return PollUntil(end, &watched, 1);
 }
 
 bool SendAll(int fd, const std::string& message, Clock::time_point end) {
@@ -51,7 +42,7 @@ bool SendAll(int fd, const std::string& message, Clock::time_point end) {
       continue;
     } else if (count < 0 && errno != EAGAIN) {
       return false;
-    } else if (!WaitFor(fd, POLLOUT, end)) {
+    } else if (!WaitWritable(fd, end)) {
       errno = ETIMEDOUT;
       return false;
     }
@@ -59,17 +50,11 @@ bool SendAll(int fd, const std::string& message, Clock::time_point end) {
   return true;
 }
 
-// False also when a signal comes.
-bool Await(int fd, Clock::time_point end) {
-  const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now());
-  return MessageLoop::Get().AwaitReadable(fd, left);
-}
-
-// Reads to the end of the stream or as many bytes as the longest answer has.
+// Reads to the end of the stream, as many bytes as the longest answer has, or until a signal comes.
 std::string ReadAnswer(int fd, Clock::time_point end) {
   constexpr size_t kLongest = sizeof("SHUTDOWN") - 1;
   std::string answer;
-  while (answer.size() < kLongest && answer != "ACK" && Await(fd, end)) {
+  while (answer.size() < kLongest && answer != "ACK" && MessageLoop::Get().AwaitReadable(fd, end)) {
     char buffer[kLongest];
     const ssize_t count = recv(fd, buffer, kLongest - answer.size(), 0);
     if (count < 0 && (errno == EINTR || errno == EAGAIN)) continue;

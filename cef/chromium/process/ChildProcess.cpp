@@ -1,7 +1,6 @@
 #include "cef/chromium/process/ChildProcess.h"
 
 #include <fcntl.h>
-#include <poll.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/syscall.h>
@@ -15,8 +14,6 @@
 namespace engine {
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
 
 // Above every number a child uses, so that no descriptor is overwritten before it was copied (a
 // pipe may itself have been given the numbers 3 and 4).
@@ -93,17 +90,6 @@ pid_t StartChild(const ChildOptions& options, std::string* err) {
 }
 
 int OpenProcess(pid_t child) { return static_cast<int>(syscall(SYS_pidfd_open, child, 0)); }
-
-bool WaitReadable(int fd, std::chrono::milliseconds limit) {
-  const auto end = Clock::now() + limit;
-  pollfd watched = {fd, POLLIN, 0};
-  for (;;) {
-    const auto left =
-        std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
-    const int count = poll(&watched, 1, static_cast<int>(std::max<long long>(left, 0)));
-    if (count >= 0 || errno != EINTR) return count > 0;
-  }
-}
 
 int ReapChild(pid_t child) {
   int status = -1;

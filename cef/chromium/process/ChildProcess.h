@@ -5,10 +5,11 @@
 
 #include <sys/types.h>
 
-#include <chrono>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "cef/chromium/base/Deadline.h"
 
 namespace engine {
 
@@ -26,11 +27,9 @@ struct ChildOptions {
 // Returns its process id, or -1 and a reason in *err. Usable with any number of threads running.
 pid_t StartChild(const ChildOptions& options, std::string* err);
 
-// A close-on-exec descriptor that becomes readable when the child has ended, or -1.
+// A close-on-exec descriptor that becomes readable when the child has ended (see WaitReadable()),
+// or -1.
 int OpenProcess(pid_t child);
-
-// True once the descriptor is readable or at its end; false when `limit` has passed.
-bool WaitReadable(int fd, std::chrono::milliseconds limit);
 
 // Collects a child that has ended or is about to. Its wait status, or -1 if it is not ours.
 int ReapChild(pid_t child);

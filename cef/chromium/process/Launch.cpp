@@ -31,12 +31,6 @@ struct Answer {
   }
 };
 
-std::chrono::milliseconds Left(std::chrono::steady_clock::time_point deadline) {
-  const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
-      deadline - std::chrono::steady_clock::now());
-  return std::max(left, std::chrono::milliseconds(0));
-}
-
 // The value of the switch, which is taken out; *there tells whether it was.
 std::string Take(const std::string& name, Launch::Switches* switches, bool* there) {
   std::string value;
@@ -156,8 +150,8 @@ Launch::Result Launch::AwaitAnswer(Clock::time_point deadline, std::string* err)
                      }
                      eventfd_write(answer->arrived, 1);
                    });
-  if (!MessageLoop::Get().AwaitReadable(answer->arrived, Left(deadline))) {
-    const bool late = Left(deadline).count() == 0;
+  if (!MessageLoop::Get().AwaitReadable(answer->arrived, deadline)) {
+    const bool late = TimeLeft(deadline).count() == 0;
     *err = late ? "it does not answer" : "a signal has ended the wait for it";
     return Result::kGivenUp;
   }

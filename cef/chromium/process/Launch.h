@@ -3,13 +3,13 @@
 #ifndef CEF_CHROMIUM_PROCESS_LAUNCH_H_
 #define CEF_CHROMIUM_PROCESS_LAUNCH_H_
 
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "cef/chromium/base/Deadline.h"
 #include "cef/chromium/devtools/DevToolsConnection.h"
 #include "cef/chromium/process/ChromiumProcess.h"
 #include "cef/chromium/process/NetLog.h"
@@ -53,8 +53,6 @@ class Launch {
   std::shared_ptr<NetLog> net_log() const { return std::atomic_load(&net_log_); }
 
  private:
-  using Clock = std::chrono::steady_clock;
-
   enum class Result {
     kAnswers,
     kEnded,  // without an answer

@@ -29,20 +29,14 @@ bool IoThread::OnIoThread() const { return std::this_thread::get_id() == id_.loa
 
 bool IoThread::PostTask(Task task) {
   if (!started_) return false;
-  {
-    std::lock_guard<std::mutex> lock(mutex_);
-    ready_.push_back(std::move(task));
-  }
+  tasks_.Post(std::move(task));
   Wake();
   return true;
 }
 
 bool IoThread::PostDelayedTask(Task task, int64_t ms) {
   if (!started_) return false;
-  {
-    std::lock_guard<std::mutex> lock(mutex_);
-    due_.emplace(Clock::now() + std::chrono::milliseconds(ms), std::move(task));
-  }
+  tasks_.PostDelayed(std::move(task), ms);
   Wake();
   return true;
 }
@@ -56,29 +50,13 @@ void IoThread::Unwatch(int fd) { watched_.erase(fd); }
 void IoThread::Wake() { eventfd_write(wake_fd_, 1); }
 
 int IoThread::TimeoutMs() {
-  std::lock_guard<std::mutex> lock(mutex_);
-  if (!ready_.empty()) return 0;
-  if (due_.empty()) return -1;
-  const auto left =
-      std::chrono::ceil<std::chrono::milliseconds>(due_.begin()->first - Clock::now());
-  return static_cast<int>(std::clamp<int64_t>(left.count(), 0, 60 * 60 * 1000));
+  const auto left = tasks_.UntilNext();
+  return left ? static_cast<int>(std::min<int64_t>(left->count(), 60 * 60 * 1000)) : -1;
 }
 
 // Runs what is queued now. Tasks that these post wait until the descriptors had their turn.
 void IoThread::RunTasks() {
-  std::deque<Task> tasks;
-  {
-    std::lock_guard<std::mutex> lock(mutex_);
-    const auto end = due_.upper_bound(Clock::now());
-    for (auto it = due_.begin(); it != end; it = due_.erase(it)) {
-      ready_.push_back(std::move(it->second));
-    }
-    tasks.swap(ready_);
-  }
-  for (Task& task : tasks) {
-    task();
-    task = nullptr;
-  }
+  for (size_t left = tasks_.Ready(); left > 0; --left) tasks_.Take()();
 }
 
 void IoThread::Run() {

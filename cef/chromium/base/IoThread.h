@@ -7,19 +7,17 @@
 #define CEF_CHROMIUM_BASE_IOTHREAD_H_
 
 #include <atomic>
-#include <chrono>
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <map>
-#include <mutex>
 #include <thread>
+
+#include "cef/chromium/base/TaskQueue.h"
 
 namespace engine {
 
 class IoThread {
  public:
-  using Task = std::function<void()>;
   // `revents` as poll() reports them.
   using ReadyHandler = std::function<void(short revents)>;
 
@@ -42,7 +40,6 @@ class IoThread {
   void Unwatch(int fd);
 
  private:
-  using Clock = std::chrono::steady_clock;
   struct Watched {
     short events;
     ReadyHandler ready;
@@ -55,10 +52,8 @@ class IoThread {
   int TimeoutMs();
   void Wake();
 
-  std::mutex mutex_;
-  std::deque<Task> ready_;                      // guarded by mutex_
-  std::multimap<Clock::time_point, Task> due_;  // guarded by mutex_
-  std::map<int, Watched> watched_;              // IO thread only
+  TaskQueue tasks_;
+  std::map<int, Watched> watched_;  // IO thread only
 
   std::atomic<bool> started_{false};
   std::atomic<std::thread::id> id_{};

@@ -8,24 +8,19 @@
 #define CEF_CHROMIUM_BASE_MESSAGELOOP_H_
 
 #include <atomic>
-#include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <deque>
-#include <functional>
-#include <map>
-#include <mutex>
 #include <thread>
 #include <utility>
 
 #include "cef/chromium/base/Deadline.h"
+#include "cef/chromium/base/TaskQueue.h"
 
 namespace engine {
 
 class MessageLoop {
  public:
-  using Task = std::function<void()>;
-
   // The process's loop. It is never destroyed, so that late threads may still post.
   static MessageLoop& Get();
 
@@ -91,8 +86,6 @@ class MessageLoop {
  private:
   MessageLoop() = default;
 
-  size_t ReadyTasks();
-  Task TakeTask();
   void RunTasks();
   void Turn();
   void Wait();
@@ -103,9 +96,7 @@ class MessageLoop {
   void LetAlertsStay();
   static void Deliver(int number);
 
-  std::mutex mutex_;
-  std::deque<Task> ready_;                      // guarded by mutex_
-  std::multimap<Clock::time_point, Task> due_;  // guarded by mutex_
+  TaskQueue tasks_;
 
   std::atomic<bool> initialised_{false};
   std::thread::id ui_thread_;  // set once, before initialised_

@@ -115,20 +115,14 @@ bool MessageLoop::OnUiThread() const {
 
 bool MessageLoop::PostTask(Task task) {
   if (!initialised_) return false;
-  {
-    std::lock_guard<std::mutex> lock(mutex_);
-    ready_.push_back(std::move(task));
-  }
+  tasks_.Post(std::move(task));
   Fill(wake_fd_);
   return true;
 }
 
 bool MessageLoop::PostDelayedTask(Task task, int64_t ms) {
   if (!initialised_) return false;
-  {
-    std::lock_guard<std::mutex> lock(mutex_);
-    due_.emplace(Clock::now() + std::chrono::milliseconds(ms), std::move(task));
-  }
+  tasks_.PostDelayed(std::move(task), ms);
   Fill(wake_fd_);
   return true;
 }
@@ -169,7 +163,7 @@ void MessageLoop::Run() {
     if (id thrown = CatchThrown([this] { Turn(); })) {
       NSLog(@"message loop: exception in a turn: %@", thrown);
     }
-  } while (!quit_ || ReadyTasks() > 0);
+  } while (!quit_ || tasks_.Ready() > 0);
 }
 
 void MessageLoop::Turn() {
@@ -217,28 +211,11 @@ void MessageLoop::HandOverSignals() {
   DeliverSignals();
 }
 
-// A due task joins the end of the queue.
-size_t MessageLoop::ReadyTasks() {
-  std::lock_guard<std::mutex> lock(mutex_);
-  const auto end = due_.upper_bound(Clock::now());
-  for (auto it = due_.begin(); it != end; it = due_.erase(it)) {
-    ready_.push_back(std::move(it->second));
-  }
-  return ready_.size();
-}
-
-MessageLoop::Task MessageLoop::TakeTask() {
-  std::lock_guard<std::mutex> lock(mutex_);
-  Task task = std::move(ready_.front());
-  ready_.pop_front();
-  return task;
-}
-
 // Runs what is queued now. Tasks that these post wait for the next turn, so that they cannot starve
 // the events.
 void MessageLoop::RunTasks() {
-  for (size_t left = ReadyTasks(); left > 0; --left) {
-    TakeTask()();
+  for (size_t left = tasks_.Ready(); left > 0; --left) {
+    tasks_.Take()();
     CollectSignals();
     DeliverSignals();
   }
@@ -247,14 +224,10 @@ void MessageLoop::RunTasks() {
 
 void MessageLoop::Wait() {
   NSDate* until = [NSDate distantFuture];
-  if (ReadyTasks() > 0) {
-    until = [NSDate distantPast];
-  } else {
-    std::lock_guard<std::mutex> lock(mutex_);
-    if (!due_.empty()) {
-      const std::chrono::duration<double> left = due_.begin()->first - Clock::now();
-      until = [NSDate dateWithTimeIntervalSinceNow:left.count()];
-    }
+  if (const auto left = tasks_.UntilNext()) {
+    const std::chrono::duration<double> seconds = *left;
+    until = left->count() == 0 ? [NSDate distantPast]
+                               : [NSDate dateWithTimeIntervalSinceNow:seconds.count()];
   }
   if (!HaveDisplay()) {
     [[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode beforeDate:until];

@@ -11,6 +11,8 @@
 #include <mutex>
 #include <string>
 
+#include "cef/chromium/base/TaskQueue.h"
+
 namespace engine {
 
 // The longest text of a page that is kept for the client.
@@ -25,8 +27,6 @@ std::string Cut(std::string text, size_t most = kLongestPageText);
 // loop's own queue at any time, so that what ends the run never waits behind it. Any thread.
 class PageQueue : public std::enable_shared_from_this<PageQueue> {
  public:
-  using Task = std::function<void()>;
-
   // `left_out`, if any, is told on the UI thread how much was turned away, once there is room.
   explicit PageQueue(size_t limit, std::function<void(size_t count)> left_out = nullptr);
 

@@ -6,6 +6,8 @@
 
 #include <string>
 
+#include "cef/chromium/base/Url.h"
+
 namespace engine {
 
 // A cookie as Chromium's store reports it.
@@ -18,19 +20,6 @@ struct StoredCookie {
   bool secure = false;
   std::string partition;  // the key, as Chromium's JSON; "" as a rule
 };
-
-// The parts of an address. scheme and host are in lower case; IPv6 hosts keep their brackets; path
-// is the escaped path without query, at least "/".
-struct Url {
-  std::string scheme;
-  std::string host;
-  int port = 0;  // the scheme's usual one if the address names none; 0 if there is none
-  std::string path;
-};
-
-// Takes an absolute address apart. False if it has no scheme, or if a scheme with hosts (http,
-// https, ws, wss, ftp) has an impossible host or port. Host names outside ASCII are not converted.
-bool ParseUrl(const std::string& text, Url* url);
 
 // True for http, https, ws and wss: the addresses that have cookies.
 bool IsCookieable(const Url& url);

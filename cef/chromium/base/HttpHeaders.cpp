@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cctype>
 
+#include "cef/chromium/base/Text.h"
+
 namespace engine {
 
 bool EqualIgnoringCase(const std::string& a, const std::string& b) {
@@ -23,9 +25,7 @@ std::string MediaType(const std::string& content_type) {
   std::string type = content_type.substr(0, content_type.find(';'));
   const auto is_blank = [](unsigned char c) { return std::isspace(c) != 0; };
   type.erase(std::remove_if(type.begin(), type.end(), is_blank), type.end());
-  std::transform(type.begin(), type.end(), type.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return type;
+  return Lower(type);
 }
 
 HeaderMap RequestHeaders(const JsonValue& request, std::string* referrer) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "cef/chromium/base/Text.h"
+
 namespace engine {
 
 namespace {
@@ -50,7 +52,7 @@ constexpr CertError kCertErrors[] = {
 
 int NetErrorCode(std::string_view name) {
   constexpr std::string_view kPrefix = "net::";
-  if (name.substr(0, kPrefix.size()) == kPrefix) name.remove_prefix(kPrefix.size());
+  if (StartsWith(name, kPrefix)) name.remove_prefix(kPrefix.size());
   const auto found = std::find_if(std::begin(kErrors), std::end(kErrors),
                                   [&](const NetError& error) { return name == error.name; });
   return found == std::end(kErrors) ? kFailed : found->code;

@@ -11,13 +11,7 @@ namespace engine {
 
 namespace {
 
-struct SchemePort {
-  const char* scheme;
-  int port;
-};
-
-constexpr SchemePort kHostSchemes[] = {
-    {"http", 80}, {"https", 443}, {"ws", 80}, {"wss", 443}, {"ftp", 21}};
+constexpr const char* kHostSchemes[] = {"http", "https", "ws", "wss", "ftp"};
 
 // Blanks and control characters around an address do not count.
 std::string Trim(const std::string& text) {
@@ -48,11 +42,10 @@ bool IsHost(const std::string& host) {
   return host.find_first_of(" \t\r\n<>\"\\^`{|}[]:%#") == std::string::npos;
 }
 
-bool ParsePort(const std::string& text, int* port) {
+bool IsPort(const std::string& text) {
   if (text.empty()) return true;
   if (text.size() > 5 || text.find_first_not_of("0123456789") != std::string::npos) return false;
-  *port = std::stoi(text);
-  return *port <= 65535;
+  return std::stoi(text) <= 65535;
 }
 
 bool ParseAuthority(std::string authority, Url* url) {
@@ -62,7 +55,7 @@ bool ParseAuthority(std::string authority, Url* url) {
   const size_t colon = authority.find(':', bracket == std::string::npos ? 0 : bracket);
   url->host = Lower(authority.substr(0, colon));
   if (!IsHost(url->host)) return false;
-  return colon == std::string::npos || ParsePort(authority.substr(colon + 1), &url->port);
+  return colon == std::string::npos || IsPort(authority.substr(colon + 1));
 }
 
 }  // namespace
@@ -75,12 +68,10 @@ bool ParseUrl(const std::string& text, Url* url) {
   if (length == 0) return false;
   Url result;
   result.scheme = Lower(address.substr(0, length));
-  const auto known = std::find_if(std::begin(kHostSchemes), std::end(kHostSchemes),
-                                  [&](const auto& entry) { return result.scheme == entry.scheme; });
   size_t begin = length + 1;
-  const bool has_host = known != std::end(kHostSchemes);
+  const bool has_host =
+      std::count(std::begin(kHostSchemes), std::end(kHostSchemes), result.scheme) != 0;
   if (has_host) {
-    result.port = known->port;
     begin = std::min(address.find_first_not_of("/\\", begin), address.size());
     const size_t end = std::min(address.find_first_of("/\\?#", begin), address.size());
     if (!ParseAuthority(address.substr(begin, end - begin), &result)) return false;

@@ -12,7 +12,6 @@ namespace engine {
 struct Url {
   std::string scheme;
   std::string host;
-  int port = 0;  // the scheme's usual one if the address names none; 0 if there is none
   std::string path;
 };
 

@@ -1,10 +1,10 @@
 #include "cef/chromium/browser/Browser.h"
 
-#include <cctype>
 #include <utility>
 
 #include "cef/chromium/base/MessageLoop.h"
 #include "cef/chromium/base/NetErrors.h"
+#include "cef/chromium/base/Url.h"
 #include "cef/chromium/browser/BrowserHost.h"
 #include "cef/chromium/browser/Frame.h"
 #include "cef/chromium/devtools/DevToolsConnection.h"
@@ -20,17 +20,6 @@ constexpr char kInvalidUrl[] = "net::ERR_INVALID_URL";
 int NextIdentifier() {
   static std::atomic<int> last{0};
   return ++last;
-}
-
-bool HasScheme(const std::string& url) {
-  const size_t colon = url.find(':');
-  if (colon == 0 || colon == std::string::npos || !std::isalpha(static_cast<unsigned char>(url[0])))
-    return false;
-  for (const char c : url.substr(0, colon)) {
-    if (!std::isalnum(static_cast<unsigned char>(c)) && c != '+' && c != '-' && c != '.')
-      return false;
-  }
-  return true;
 }
 
 CefRefPtr<CefLifeSpanHandler> LifeSpanHandler(const CefRefPtr<CefClient>& client) {

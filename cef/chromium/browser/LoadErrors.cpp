@@ -1,5 +1,6 @@
 #include "cef/chromium/browser/LoadErrors.h"
 
+#include "cef/chromium/base/Text.h"
 #include "cef/chromium/browser/Browser.h"
 
 namespace engine {
@@ -33,7 +34,7 @@ void LoadErrors::OnRequest(const std::string& session, const JsonValue& params) 
   if (!request || !browser.get() || TextAt(params, "type") != "Document") return;
   const std::string url = TextAt(*request, "url");
   const std::string frame_id = TextAt(params, "frameId");
-  if (url.compare(0, 5, "data:") == 0) return;
+  if (StartsWith(url, "data:")) return;
   // Later navigations of the frame go through the session that speaks for it now.
   if (table_.SessionOfFrame(frame_id) != session) table_.SetFrame(session, frame_id);
   navigations_[TextAt(params, "requestId")] = {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "cef/chromium/base/MessageLoop.h"
+#include "cef/chromium/base/Text.h"
 #include "cef/chromium/browser/DisplayEvents.h"
 #include "cef/chromium/process/AppWindow.h"
 
@@ -19,8 +20,6 @@ JsonObject AutoAttach(bool root) {
   }
   return params;
 }
-
-bool StartsWith(const std::string& text, const char* prefix) { return text.rfind(prefix, 0) == 0; }
 
 // Pages of the browser itself, such as the new tab that a shortcut opens.
 bool IsBrowserPage(const std::string& url) {

@@ -3,7 +3,7 @@
 #include "cef/chromium/base/IoThread.h"
 #include "cef/chromium/base/MessageLoop.h"
 #include "cef/chromium/base/NetErrors.h"
-#include "cef/chromium/cookies/CookieRules.h"
+#include "cef/chromium/base/Url.h"
 #include "cef/chromium/network/RequestCallback.h"
 #include "cef/chromium/network/SslInfo.h"
 #include "include/cef_request_handler.h"

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "cef/chromium/base/HttpHeaders.h"
+#include "cef/chromium/base/Text.h"
 #include "cef/chromium/network/Request.h"
 #include "cef/chromium/network/RequestCallback.h"
 #include "cef/chromium/network/Response.h"
@@ -44,7 +45,7 @@ uint64 RequestNumber(const std::string& id) {
 bool IsInternal(const std::string& type, const JsonValue& request) {
   if (type != "Other") return type == "Preflight" || type == "Manifest";
   const JsonValue* headers = MemberAt(request, "headers");
-  return (headers && TextAt(*headers, "Accept").rfind("image/", 0) == 0) ||
+  return (headers && StartsWith(TextAt(*headers, "Accept"), "image/")) ||
          TextAt(request, "initialPriority") == "Medium";
 }
 

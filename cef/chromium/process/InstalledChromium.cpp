@@ -1,6 +1,5 @@
 #include "cef/chromium/process/InstalledChromium.h"
 
-#include <rapidjson/document.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -8,6 +7,8 @@
 #include <fstream>
 #include <map>
 #include <sstream>
+
+#include "cef/chromium/base/Json.h"
 
 namespace engine {
 
@@ -53,20 +54,18 @@ constexpr Place kPlaces[] = {
     {"/var/lib/flatpak/exports/bin/com.brave.Browser", kBravePolicies},
 };
 
-using rapidjson::Value;
-
 // The policies that forbid, and how. What Chromium itself would not take is no obstacle either.
 constexpr char kFormerName[] = "DeveloperToolsDisabled";
 constexpr char kPresentName[] = "DeveloperToolsAvailability";
 struct Rule {
   const char* name;
-  bool (*forbids)(const Value& value);
+  bool (*forbids)(const JsonValue& value);
 };
 constexpr Rule kRules[] = {
     {"RemoteDebuggingAllowed",
-     [](const Value& value) { return value.IsBool() && !value.GetBool(); }},
-    {kPresentName, [](const Value& value) { return value.IsInt() && value.GetInt() == 2; }},
-    {kFormerName, [](const Value& value) { return value.IsBool() && value.GetBool(); }},
+     [](const JsonValue& value) { return value.IsBool() && !value.GetBool(); }},
+    {kPresentName, [](const JsonValue& value) { return value.IsInt() && value.GetInt() == 2; }},
+    {kFormerName, [](const JsonValue& value) { return value.IsBool() && value.GetBool(); }},
 };
 
 std::vector<fs::path> FilesIn(const std::string& folder) {
@@ -122,13 +121,12 @@ std::string ForbiddingPolicy(const InstalledChromium& chromium) {
     for (const fs::path& file : FilesIn(chromium.policy_folder + level)) {
       rapidjson::Document policies;
       Parse(file, &policies);
-      if (policies.HasParseError() || !policies.IsObject()) continue;
+      if (policies.HasParseError()) continue;
       for (const Rule& rule : kRules) {
-        const auto entry = policies.FindMember(rule.name);
-        if (entry == policies.MemberEnd()) continue;
-        verdicts[rule.name] = rule.forbids(entry->value)
-                                  ? std::string(rule.name) + " in " + file.string()
-                                  : std::string();
+        const JsonValue* value = MemberAt(policies, rule.name);
+        if (!value) continue;
+        verdicts[rule.name] =
+            rule.forbids(*value) ? std::string(rule.name) + " in " + file.string() : std::string();
       }
     }
   }

@@ -7,11 +7,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
-#include <cctype>
 #include <cerrno>
 #include <cstring>
 #include <vector>
+
+#include "cef/chromium/base/Text.h"
 
 namespace engine {
 
@@ -28,9 +28,7 @@ std::string VerifierHost(std::string host) {
   if (host.size() > 2 && host.front() == '[' && host.back() == ']') {
     host = host.substr(1, host.size() - 2);
   }
-  std::transform(host.begin(), host.end(), host.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return host;
+  return Lower(host);
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 #include "cef/chromium/process/NetLogParser.h"
 
-#include <rapidjson/document.h>
-
 #include <cstring>
+
+#include "cef/chromium/base/Json.h"
 
 namespace engine {
 
@@ -19,22 +19,15 @@ constexpr uint32_t kSelfSignedLocalNetwork = 1u << 28;
 constexpr uint32_t kAuthorityInvalid = 1u << 2;
 
 using rapidjson::Document;
-using rapidjson::Value;
 
-const Value* Member(const Value& object, const char* name) {
-  if (!object.IsObject()) return nullptr;
-  const auto found = object.FindMember(name);
-  return found == object.MemberEnd() ? nullptr : &found->value;
-}
-
-const Value* Member(const Value& object, const char* outer, const char* inner) {
-  const Value* member = Member(object, outer);
-  return member ? Member(*member, inner) : nullptr;
+const JsonValue* MemberIn(const JsonValue& object, const char* outer, const char* inner) {
+  const JsonValue* member = MemberAt(object, outer);
+  return member ? MemberAt(*member, inner) : nullptr;
 }
 
 // The chain that the host has sent begins with its own certificate.
-std::string FirstCertificate(const Value& event) {
-  const Value* chain = Member(event, "params", "certificates");
+std::string FirstCertificate(const JsonValue& event) {
+  const JsonValue* chain = MemberIn(event, "params", "certificates");
   if (!chain || !chain->IsArray() || chain->Empty() || !(*chain)[0].IsString()) return "";
   return (*chain)[0].GetString();
 }
@@ -68,13 +61,13 @@ void NetLogParser::ReadLine(const Result& result) {
   Document event;
   event.Parse(line_.data(), line_.size());
   if (event.HasParseError()) return;
-  const Value* type = Member(event, "type");
-  const Value* source = Member(event, "source", "id");
+  const JsonValue* type = MemberAt(event, "type");
+  const JsonValue* source = MemberIn(event, "source", "id");
   if (!type || !type->IsInt() || type->GetInt() != verifier_job_) return;
   if (!source || !source->IsInt64()) return;
   const int64_t id = source->GetInt64();
-  const Value* host = Member(event, "params", "host");
-  const Value* status = Member(event, "params", "cert_status");
+  const JsonValue* host = MemberIn(event, "params", "host");
+  const JsonValue* status = MemberIn(event, "params", "cert_status");
   if (host && host->IsString()) {
     if (under_way_.size() >= kMostUnderWay) under_way_.clear();
     under_way_[id] = {host->GetString(), 0, FirstCertificate(event)};
@@ -96,8 +89,8 @@ void NetLogParser::ReadConstants() {
   Document log;
   log.Parse(line_.data(), line_.size());
   if (log.HasParseError()) return;
-  const Value* types = Member(log, "constants", "logEventTypes");
-  const Value* job = types ? Member(*types, "CERT_VERIFIER_JOB") : nullptr;
+  const JsonValue* types = MemberIn(log, "constants", "logEventTypes");
+  const JsonValue* job = types ? MemberAt(*types, "CERT_VERIFIER_JOB") : nullptr;
   if (!job || !job->IsInt()) return;
   verifier_job_ = job->GetInt();
   verifier_mark_ = "\"type\":" + std::to_string(verifier_job_);

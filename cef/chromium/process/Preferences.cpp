@@ -1,9 +1,6 @@
 #include "cef/chromium/process/Preferences.h"
 
 #include <fcntl.h>
-#include <rapidjson/document.h>
-#include <rapidjson/stringbuffer.h>
-#include <rapidjson/writer.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -11,6 +8,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "cef/chromium/base/Json.h"
 #include "cef/chromium/process/PrivateFolder.h"
 
 namespace engine {
@@ -66,7 +64,8 @@ constexpr const char* kBlocked[] = {
 using rapidjson::Document;
 using rapidjson::Value;
 
-// Sets the value at the path, whose names are parted by dots. What stands in its way is replaced.
+// Sets the value at the path, whose names are separated by dots. What stands in its way is
+// replaced.
 void Set(Document* document, const std::string& path, Value value) {
   auto& allocator = document->GetAllocator();
   Value* object = document;
@@ -129,10 +128,7 @@ bool SeedPreferences(const std::string& profile_dir, std::string* err) {
   document.Parse<rapidjson::kParseIterativeFlag>(former.data(), former.size());
   if (document.HasParseError() || !document.IsObject()) document.SetObject();
   SetAll(&document);
-  rapidjson::StringBuffer buffer;
-  rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
-  document.Accept(writer);
-  const std::string text(buffer.GetString(), buffer.GetSize());
+  const std::string text = JsonText(document);
   if (text == former) return true;
 
   // Under another name first: a half-written file would count as damaged and be thrown away.

@@ -255,7 +255,7 @@ TEST_F(DevToolsConnectionTest, ACookieThatIsRefusedDoesNotKeepTheOthers) {
   engine::CookieStore store(connection_);
   Open();
   std::promise<int> deleted;
-  store.Delete([](const engine::StoredCookie&) { return true; },
+  store.Delete([](const engine::Cookie&) { return true; },
                [&](int count) { deleted.set_value(count); });
   EXPECT_THAT(ReadCommand(), HasSubstr("Storage.getCookies"));
   Reply(R"({"id":1,"result":{"cookies":[{"name":"a","domain":"a.test","path":"/"},)"

@@ -49,7 +49,7 @@ TEST(CookieRulesTest, SendsCookiesWhereTheyBelong) {
       {"a.test", "/", true, "wss://a.test/", true},
   };
   for (const auto& one : kCases) {
-    StoredCookie cookie;
+    Cookie cookie;
     cookie.domain = one.domain;
     cookie.path = one.path;
     cookie.secure = one.secure;
@@ -71,7 +71,7 @@ TEST(CookieRulesTest, ChecksWhatIsToBeStored) {
   const std::string https = "https://vpn.a.test/in/";
   const struct {
     std::string url;
-    WantedCookie cookie;  // name, value, domain, path, secure
+    Cookie cookie;  // name, value, domain, path, secure
     SetCookieCheck result;
   } kCases[] = {
       {"http://", {"n", "v", "", "/", false}, kBad},
@@ -101,7 +101,7 @@ TEST(CookieRulesTest, ChecksWhatIsToBeStored) {
 TEST(CookieRulesTest, DeletionTakesItsScopeFromTheAddress) {
   EXPECT_EQ(CheckDeleteCookies("a.test", "n"), DeleteCookiesScope::kAll);
   EXPECT_EQ(CheckDeleteCookies("http://", "n"), DeleteCookiesScope::kInvalidUrl);
-  StoredCookie cookie;
+  Cookie cookie;
   Url url;
   ASSERT_TRUE(ParseUrl("http://a.test/", &url));
   cookie.domain = "A.test";

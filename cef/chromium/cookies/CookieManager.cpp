@@ -5,7 +5,7 @@
 namespace engine {
 namespace {
 
-void ToCefCookie(const StoredCookie& stored, CefCookie& cookie) {
+void ToCefCookie(const Cookie& stored, CefCookie& cookie) {
   CefString(&cookie.name).FromString(stored.name);
   CefString(&cookie.value).FromString(stored.value);
   CefString(&cookie.domain).FromString(stored.domain);
@@ -14,9 +14,8 @@ void ToCefCookie(const StoredCookie& stored, CefCookie& cookie) {
   cookie.httponly = stored.http_only;
 }
 
-NewCookie ToNewCookie(const CefString& url, const CefCookie& cookie) {
-  NewCookie result;
-  result.url = url.ToString();
+Cookie FromCefCookie(const CefCookie& cookie) {
+  Cookie result;
   result.name = CefString(&cookie.name).ToString();
   result.value = CefString(&cookie.value).ToString();
   result.domain = CefString(&cookie.domain).ToString();
@@ -27,8 +26,8 @@ NewCookie ToNewCookie(const CefString& url, const CefCookie& cookie) {
 }
 
 // Exactly this cookie.
-CookieStore::Filter Only(const StoredCookie& wanted) {
-  return [wanted](const StoredCookie& cookie) {
+CookieStore::Filter Only(const Cookie& wanted) {
+  return [wanted](const Cookie& cookie) {
     return cookie.name == wanted.name && cookie.domain == wanted.domain &&
            cookie.path == wanted.path && cookie.partition == wanted.partition;
   };
@@ -71,7 +70,7 @@ bool CookieManager::VisitUrlCookies(const CefString& url, bool includeHttpOnly,
   Url parsed;
   if (!visitor.get() || !ParseUrl(url.ToString(), &parsed)) return false;
   Visit(
-      [parsed, includeHttpOnly](const StoredCookie& cookie) {
+      [parsed, includeHttpOnly](const Cookie& cookie) {
         return (includeHttpOnly || !cookie.http_only) && CookieMatchesUrl(cookie, parsed);
       },
       visitor);
@@ -80,9 +79,9 @@ bool CookieManager::VisitUrlCookies(const CefString& url, bool includeHttpOnly,
 
 bool CookieManager::SetCookie(const CefString& url, const CefCookie& cookie,
                               CefRefPtr<CefSetCookieCallback> callback) {
-  const NewCookie wanted = ToNewCookie(url, cookie);
-  switch (CheckSetCookie(wanted.url,
-                         {wanted.name, wanted.value, wanted.domain, wanted.path, wanted.secure})) {
+  const std::string address = url.ToString();
+  const Cookie wanted = FromCefCookie(cookie);
+  switch (CheckSetCookie(address, wanted)) {
     case SetCookieCheck::kInvalidUrl:
       return false;
     case SetCookieCheck::kRefused:
@@ -91,7 +90,7 @@ bool CookieManager::SetCookie(const CefString& url, const CefCookie& cookie,
     case SetCookieCheck::kStorable:
       break;
   }
-  store_.Set(wanted, [callback](bool stored) { PostResult(callback, stored); });
+  store_.Set(address, wanted, [callback](bool stored) { PostResult(callback, stored); });
   return true;
 }
 
@@ -107,11 +106,9 @@ bool CookieManager::DeleteCookies(const CefString& url, const CefString& cookie_
   }
   Url parsed;
   ParseUrl(url.ToString(), &parsed);
-  store_.Delete(
-      [scope, parsed, name](const StoredCookie& cookie) {
-        return DeletionConcerns(scope, parsed, name, cookie);
-      },
-      done);
+  store_.Delete([scope, parsed, name](
+                    const Cookie& cookie) { return DeletionConcerns(scope, parsed, name, cookie); },
+                done);
   return true;
 }
 

@@ -43,7 +43,7 @@ bool IsCookieable(const Url& url) {
   return url.scheme == "http" || url.scheme == "https" || url.scheme == "ws" || url.scheme == "wss";
 }
 
-bool CookieMatchesUrl(const StoredCookie& cookie, const Url& url) {
+bool CookieMatchesUrl(const Cookie& cookie, const Url& url) {
   if (!IsCookieable(url) || (cookie.secure && !IsSecure(url))) return false;
   const std::string domain = Lower(cookie.domain);
   const bool host_matches = !domain.empty() && domain.front() == '.'
@@ -59,7 +59,7 @@ std::string PlantingUrl(const std::string& url) {
   return "http://" + parts.host + parts.path;
 }
 
-SetCookieCheck CheckSetCookie(const std::string& url, const WantedCookie& cookie) {
+SetCookieCheck CheckSetCookie(const std::string& url, const Cookie& cookie) {
   Url parts;
   if (!ParseUrl(url, &parts)) return SetCookieCheck::kInvalidUrl;
   constexpr auto kRefused = SetCookieCheck::kRefused;
@@ -89,7 +89,7 @@ DeleteCookiesScope CheckDeleteCookies(const std::string& url, const std::string&
 }
 
 bool DeletionConcerns(DeleteCookiesScope scope, const Url& url, const std::string& name,
-                      const StoredCookie& cookie) {
+                      const Cookie& cookie) {
   switch (scope) {
     case DeleteCookiesScope::kAll:
       return true;

@@ -10,42 +10,35 @@
 
 namespace engine {
 
-// A cookie as Chromium's store reports it.
-struct StoredCookie {
+// A cookie, as Chromium's store reports it or as a client wants it stored.
+struct Cookie {
   std::string name;
   std::string value;
-  std::string domain;  // with a leading dot: also for the hosts below; without: this host only
-  std::string path;
-  bool http_only = false;
+  // Stored: with a leading dot also for the hosts below, without one for this host only.
+  // Wanted: for the hosts below in either form; "" = the host of the address only.
+  std::string domain;
+  std::string path;  // wanted: "" = the default path of the address
   bool secure = false;
-  std::string partition;  // the key, as Chromium's JSON; "" as a rule
+  bool http_only = false;
+  std::string partition{};  // stored: the key, as Chromium's JSON; "" as a rule
 };
 
 // True for http, https, ws and wss: the addresses that have cookies.
 bool IsCookieable(const Url& url);
 
 // True if the cookie would be sent to the address.
-bool CookieMatchesUrl(const StoredCookie& cookie, const Url& url);
+bool CookieMatchesUrl(const Cookie& cookie, const Url& url);
 
 // The http form of a cookieable address, through which a cookie is stored without being forced
 // Secure. Any other address is returned as it is.
 std::string PlantingUrl(const std::string& url);
-
-// A cookie as a client wants it stored.
-struct WantedCookie {
-  std::string name;
-  std::string value;
-  std::string domain;  // "" = this host only
-  std::string path;    // "" = the default path of the address
-  bool secure = false;
-};
 
 enum class SetCookieCheck {
   kInvalidUrl,  // the call itself fails
   kRefused,     // the call succeeds, its completion reports failure
   kStorable,
 };
-SetCookieCheck CheckSetCookie(const std::string& url, const WantedCookie& cookie);
+SetCookieCheck CheckSetCookie(const std::string& url, const Cookie& cookie);
 
 enum class DeleteCookiesScope {
   kInvalidUrl,  // the call itself fails
@@ -59,7 +52,7 @@ DeleteCookiesScope CheckDeleteCookies(const std::string& url, const std::string&
 
 // True if such a deletion concerns the cookie. `url` and `name` as given to CheckDeleteCookies.
 bool DeletionConcerns(DeleteCookiesScope scope, const Url& url, const std::string& name,
-                      const StoredCookie& cookie);
+                      const Cookie& cookie);
 
 }  // namespace engine
 

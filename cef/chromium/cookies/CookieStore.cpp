@@ -9,8 +9,8 @@
 namespace engine {
 namespace {
 
-StoredCookie ParseCookie(const JsonValue& json) {
-  StoredCookie cookie;
+Cookie ParseCookie(const JsonValue& json) {
+  Cookie cookie;
   cookie.name = TextAt(json, "name");
   cookie.value = TextAt(json, "value");
   cookie.domain = TextAt(json, "domain");
@@ -29,11 +29,11 @@ std::string WithDot(const std::string& domain) {
   return address || domain[0] == '.' ? domain : "." + domain;
 }
 
-std::string ToJson(const NewCookie& cookie) {
+std::string ToJson(const std::string& url, const Cookie& cookie) {
   JsonObject json;
   json.Add("name", cookie.name).Add("value", cookie.value);
   // Given as it is, an address of HTTPS would force the cookie to be Secure.
-  json.Add("url", cookie.secure ? cookie.url : PlantingUrl(cookie.url));
+  json.Add("url", cookie.secure ? url : PlantingUrl(url));
   json.Add("secure", cookie.secure).Add("httpOnly", cookie.http_only);
   if (!cookie.domain.empty()) json.Add("domain", WithDot(cookie.domain));
   if (!cookie.path.empty()) json.Add("path", cookie.path);
@@ -42,7 +42,7 @@ std::string ToJson(const NewCookie& cookie) {
 
 // The same cookie, long expired: Chromium has no other way to delete one without a page. Its value
 // does not matter, but name and value must not both be empty.
-std::string Expired(const StoredCookie& cookie) {
+std::string Expired(const Cookie& cookie) {
   JsonObject json;
   json.Add("name", cookie.name).Add("value", "expired").Add("path", cookie.path);
   if (!cookie.partition.empty()) json.AddJson("partitionKey", cookie.partition);
@@ -87,10 +87,9 @@ void CookieStore::Fetch(std::function<void(Cookies)> done) {
             cookies.push_back(ParseCookie(json));
           }
         }
-        std::stable_sort(cookies.begin(), cookies.end(),
-                         [](const StoredCookie& a, const StoredCookie& b) {
-                           return a.path.size() > b.path.size();
-                         });
+        std::stable_sort(cookies.begin(), cookies.end(), [](const Cookie& a, const Cookie& b) {
+          return a.path.size() > b.path.size();
+        });
         done(std::move(cookies));
       },
       DevToolsConnection::kFirstPageLimit);
@@ -112,7 +111,7 @@ void CookieStore::Erase(const Cookies& cookies, std::function<void(int)> done) {
     return;
   }
   std::vector<std::string> expired;
-  for (const StoredCookie& cookie : cookies) expired.push_back(Expired(cookie));
+  for (const Cookie& cookie : cookies) expired.push_back(Expired(cookie));
   Store(expired, [this, expired, done = std::move(done)](bool stored) {
     if (stored || expired.size() == 1) {
       done(stored ? static_cast<int>(expired.size()) : 0);
@@ -129,8 +128,9 @@ void CookieStore::Erase(const Cookies& cookies, std::function<void(int)> done) {
   });
 }
 
-void CookieStore::Set(const NewCookie& cookie, std::function<void(bool)> done) {
-  Enqueue([this, json = ToJson(cookie), done = std::move(done)](std::function<void()> next) {
+void CookieStore::Set(const std::string& url, const Cookie& cookie,
+                      std::function<void(bool)> done) {
+  Enqueue([this, json = ToJson(url, cookie), done = std::move(done)](std::function<void()> next) {
     Store({json}, [done, next](bool stored) {
       done(stored);
       next();
@@ -141,7 +141,7 @@ void CookieStore::Set(const NewCookie& cookie, std::function<void(bool)> done) {
 void CookieStore::Get(Filter filter, std::function<void(const Cookies&)> done) {
   Enqueue([this, filter = std::move(filter), done = std::move(done)](std::function<void()> next) {
     Fetch([filter, done, next](Cookies cookies) {
-      const auto drop = [&](const StoredCookie& cookie) { return !filter(cookie); };
+      const auto drop = [&](const Cookie& cookie) { return !filter(cookie); };
       cookies.erase(std::remove_if(cookies.begin(), cookies.end(), drop), cookies.end());
       done(cookies);
       next();
@@ -152,7 +152,7 @@ void CookieStore::Get(Filter filter, std::function<void(const Cookies&)> done) {
 void CookieStore::Delete(Filter filter, std::function<void(int)> done) {
   Enqueue([this, filter = std::move(filter), done = std::move(done)](std::function<void()> next) {
     Fetch([this, filter, done, next](Cookies cookies) {
-      const auto drop = [&](const StoredCookie& cookie) { return !filter(cookie); };
+      const auto drop = [&](const Cookie& cookie) { return !filter(cookie); };
       cookies.erase(std::remove_if(cookies.begin(), cookies.end(), drop), cookies.end());
       Erase(cookies, [done, next](int deleted) {
         done(deleted);

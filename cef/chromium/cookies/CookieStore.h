@@ -13,28 +13,18 @@
 
 namespace engine {
 
-// A cookie to be stored for an address.
-struct NewCookie {
-  std::string url;
-  std::string name;
-  std::string value;
-  std::string domain;  // empty: for the address's host only
-  std::string path;    // empty: the address's default path
-  bool secure = false;
-  bool http_only = false;
-};
-
 // Operations may be ordered from any thread and are carried out one after the other, in the order
 // of the calls; their callbacks run on the IO thread. They fail on a closed connection, and when
 // Chromium does not answer in time: what waits for them then goes on.
 class CookieStore {
  public:
-  using Cookies = std::vector<StoredCookie>;
-  using Filter = std::function<bool(const StoredCookie&)>;
+  using Cookies = std::vector<Cookie>;
+  using Filter = std::function<bool(const Cookie&)>;
 
   explicit CookieStore(DevToolsConnection& connection) : connection_(connection) {}
 
-  void Set(const NewCookie& cookie, std::function<void(bool stored)> done);
+  // Stores a cookie for an address, where CheckSetCookie() finds it storable.
+  void Set(const std::string& url, const Cookie& cookie, std::function<void(bool stored)> done);
   // Deletes the cookies that pass; one that Chromium refuses to delete does not keep the others.
   void Delete(Filter filter, std::function<void(int deleted)> done);
   void DeleteAll(std::function<void(int deleted)> done);

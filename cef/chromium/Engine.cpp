@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <vector>
 
 #include "cef/chromium/base/IoThread.h"
 #include "cef/chromium/base/MessageLoop.h"
+#include "cef/chromium/base/Say.h"
 #include "cef/chromium/browser/DisplayEvents.h"
 #include "cef/chromium/browser/FrameEvents.h"
 #include "cef/chromium/browser/RequestContext.h"
@@ -19,12 +19,6 @@ namespace {
 
 // Chromium ends without its display; this is for one that does not notice.
 constexpr int64_t kWithoutDisplayMs = 1000;
-
-// One line for whoever started the program. The beginning tells such lines from all others.
-void Say(const std::string& text) {
-  fprintf(stderr, "cef: %s\n", text.c_str());
-  fflush(stderr);
-}
 
 }  // namespace
 

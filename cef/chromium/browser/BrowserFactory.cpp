@@ -1,9 +1,9 @@
 #include "cef/chromium/browser/BrowserFactory.h"
 
-#include <cstdio>
 #include <utility>
 
 #include "cef/chromium/base/MessageLoop.h"
+#include "cef/chromium/base/Say.h"
 
 namespace engine {
 namespace {
@@ -86,8 +86,7 @@ void BrowserFactory::Finish() {
 }
 
 void BrowserFactory::Fail(const std::string& reason) {
-  fprintf(stderr, "cef: no browser window could be opened: %s\n", reason.c_str());
-  fflush(stderr);
+  Say("no browser window could be opened: " + reason);
   on_failure_();
   Finish();
 }

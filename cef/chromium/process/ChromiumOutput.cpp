@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <signal.h>
 #include <sys/eventfd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -12,6 +11,8 @@
 #include <cstring>
 #include <initializer_list>
 #include <sstream>
+
+#include "cef/chromium/base/QuietThread.h"
 
 namespace engine {
 
@@ -59,12 +60,7 @@ std::unique_ptr<ChromiumOutput> ChromiumOutput::Start(const std::string& log_fil
   output->writer_fd_ = ends[1];
   fcntl(ends[0], F_SETFL, O_NONBLOCK);
   if (!log_file.empty()) output->OpenLog(log_file);
-  // Signals are for the threads that expect them; a new thread takes over its maker's mask.
-  sigset_t all, before;
-  sigfillset(&all);
-  pthread_sigmask(SIG_SETMASK, &all, &before);
-  output->thread_ = std::thread([raw = output.get()] { raw->Read(); });
-  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  output->thread_ = StartQuietThread([raw = output.get()] { raw->Read(); });
   return output;
 }
 

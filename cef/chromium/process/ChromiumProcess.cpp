@@ -10,9 +10,9 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <vector>
 
 #include "cef/chromium/process/ChildProcess.h"
-#include "cef/chromium/process/ChromiumSwitches.h"
 #include "cef/chromium/process/PrivateFolder.h"
 
 namespace engine {

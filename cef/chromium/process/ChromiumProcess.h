@@ -13,10 +13,9 @@
 #include <memory>
 #include <mutex>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "cef/chromium/process/ChromiumOutput.h"
+#include "cef/chromium/process/ChromiumSwitches.h"
 #include "cef/chromium/process/InstalledChromium.h"
 
 namespace engine {
@@ -28,9 +27,9 @@ struct ChromiumOptions {
   std::string profile_dir;
   // The profile is to be removed as well if this process is killed.
   bool private_profile = false;
-  // Names without dashes, values ("" = none). Lists of features are joined with the built-in ones;
-  // any other switch replaces the built-in one of its name.
-  std::vector<std::pair<std::string, std::string>> switches;
+  // Lists of features are joined with the built-in ones; any other switch replaces the built-in one
+  // of its name.
+  Switches switches;
   // Receives what Chromium prints, as ChromiumOutput says; "" = none.
   std::string log_file;
   // A folder from MakeRunFolder(), taken over by Start() even if it fails; "" = Start makes one.

@@ -9,6 +9,7 @@
 
 namespace engine {
 
+// Names without dashes, and values; "" = none.
 using Switches = std::vector<std::pair<std::string, std::string>>;
 
 // The arguments (without the program) for a Chromium on the profile: the built-in switches, then

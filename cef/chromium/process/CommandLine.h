@@ -4,9 +4,8 @@
 #define CEF_CHROMIUM_PROCESS_COMMANDLINE_H_
 
 #include <string>
-#include <utility>
-#include <vector>
 
+#include "cef/chromium/process/ChromiumSwitches.h"
 #include "include/cef_command_line.h"
 
 namespace engine {
@@ -20,8 +19,7 @@ class CommandLine : public CefCommandLine {
   // From now on changes are ignored.
   void Freeze() { read_only_ = true; }
 
-  // Switch names (without dashes) and values, in the order of their first appearance.
-  using Switches = std::vector<std::pair<std::string, std::string>>;
+  // In the order of their first appearance.
   const Switches& switches() const { return switches_; }
 
  private:

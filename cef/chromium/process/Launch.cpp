@@ -32,7 +32,7 @@ struct Answer {
 };
 
 // The value of the switch, which is taken out; *there tells whether it was.
-std::string Take(const std::string& name, Launch::Switches* switches, bool* there) {
+std::string Take(const std::string& name, Switches* switches, bool* there) {
   std::string value;
   *there = false;
   for (auto it = switches->begin(); it != switches->end();) {

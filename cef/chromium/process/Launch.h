@@ -6,8 +6,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <utility>
-#include <vector>
 
 #include "cef/chromium/base/Deadline.h"
 #include "cef/chromium/devtools/DevToolsConnection.h"
@@ -23,8 +21,6 @@ inline constexpr std::chrono::seconds kChromiumStartLimit{14};
 // Start() and End() belong to the UI thread.
 class Launch {
  public:
-  using Switches = std::vector<std::pair<std::string, std::string>>;
-
   // The connection must live as long as the process.
   explicit Launch(DevToolsConnection& connection) : connection_(connection) {}
 

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <signal.h>
 #include <sys/eventfd.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -11,6 +10,7 @@
 #include <cstring>
 #include <vector>
 
+#include "cef/chromium/base/QuietThread.h"
 #include "cef/chromium/base/Text.h"
 
 namespace engine {
@@ -49,12 +49,7 @@ std::unique_ptr<NetLog> NetLog::Start(const std::string& folder, std::string* er
     *err = "cannot open " + path + ": " + strerror(errno);
     return nullptr;
   }
-  // Signals are for the threads that expect them; a new thread takes over its maker's mask.
-  sigset_t all, before;
-  sigfillset(&all);
-  pthread_sigmask(SIG_SETMASK, &all, &before);
-  log->thread_ = std::thread([raw = log.get()] { raw->Drain(); });
-  pthread_sigmask(SIG_SETMASK, &before, nullptr);
+  log->thread_ = StartQuietThread([raw = log.get()] { raw->Drain(); });
   return log;
 }
 

@@ -151,7 +151,7 @@ void Engine::RunMessageLoop() {
   if (running_) {
     MessageLoop::Get().Run();
   } else {
-    // One of them may be why the engine does not run.
+    // One of them may be why the framework does not run.
     MessageLoop::Get().HandOverSignals();
   }
 }

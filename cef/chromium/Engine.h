@@ -26,14 +26,15 @@ class Engine {
   // Never destroyed: callbacks of late threads still find it.
   static Engine& Get();
 
-  // CefInitialize, on the main thread. A call while the engine runs does nothing and succeeds.
+  // CefInitialize, on the main thread. A call while the framework runs does nothing and succeeds.
   // False after at most 15 seconds; standard error then says why.
   bool Initialize(const CefSettings& settings, CefRefPtr<CefApp> app);
 
-  // CefRunMessageLoop: when the engine does not run, it hands over what signals wait and returns.
+  // CefRunMessageLoop. When the framework does not run, it hands over what signals wait and
+  // returns.
   void RunMessageLoop();
 
-  // CefBrowserHost::CreateBrowser. False when the engine does not run. Any thread.
+  // CefBrowserHost::CreateBrowser. False when the framework does not run. Any thread.
   bool CreateBrowser(BrowserOrder order);
 
   // CefRequestContext::CreateContext: a context beside `other`; without a handler, `other` itself.

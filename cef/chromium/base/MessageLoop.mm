@@ -1,3 +1,22 @@
+// Four things reach the UI thread: AppKit's events, posted tasks, the three signals, and the loss
+// of the display. All of them end AppKit's own wait, so an idle loop costs nothing.
+//
+// A turn of the loop, in order:
+//   1. It takes up a display that has come, or leaves the one that is lost. AppKit reports the loss
+//      in the middle of its own work, where nothing may be taken apart: there it is only noted.
+//   2. It runs the tasks that are queued by now, and hands over signals after each. Tasks that
+//   these
+//      post wait for the next turn, or they would starve the events.
+//   3. It waits for an event, or for the time of the next task, and gives the event to AppKit.
+//
+// Signals are blocked and read from a descriptor. Their handlers thus run between two tasks, when
+// no lock is held, and may do what a signal handler usually must not.
+//
+// An alert is a second loop inside of a task. wake_fd_ is not watched in there, since no task may
+// start while another one runs. What must not wait for the user (signals, urgent tasks, the end of
+// the run) fills pending_fd_, which is watched in alerts only. It stays filled until the last of
+// these has been served, so that an alert which opens a moment later ends as well.
+
 #include "cef/chromium/base/MessageLoop.h"
 
 #import <AppKit/AppKit.h>

@@ -1,3 +1,18 @@
+// From an order to a browser:
+//   1. Order() begins to hold signals back, on whatever thread it is called.
+//   2. The UI thread carries out one order at a time. A new window does not say which order it is
+//      for; with only one that waits, there is no doubt.
+//   3. Try() asks Chromium for a window in the first way. A way that fails at once is followed by
+//      the next; a window that was promised has three seconds before that.
+//   4. The window's target reaches the IO thread, which takes the order with Take(). Giving up goes
+//      through Take() too, so an order either gets its browser or fails, never both.
+//   5. The browser is announced on the UI thread. Only then does Finish() let signals through,
+//   which
+//      now find a browser to close, and start the next order.
+//
+// A signal meanwhile cuts this short: no other way is tried. A window that has been asked for
+// cannot be called off, however, so it has one more second to appear and be closed in good order.
+
 #include "cef/chromium/browser/BrowserFactory.h"
 
 #include <utility>

@@ -25,7 +25,7 @@ struct BrowserOrder {
 
 // Lives as long as the process. From the order to the end of OnAfterCreated, signals are held back:
 // a signal closes the browsers there are, and would miss the one that is about to be. A window that
-// is not there within a second of the signal does not come any more.
+// has not come a second after the signal is given up.
 class BrowserFactory {
  public:
   // A way to have Chromium open a window; false with a reason when it failed at once. It must not
@@ -46,7 +46,7 @@ class BrowserFactory {
   // The browser of the taken order has been announced. UI thread.
   void Finish();
 
-  // Why the last opener will have promised in vain. UI thread.
+  // Why the window that the last opener has promised will not come. UI thread.
   void Note(const std::string& reason) { last_error_ = reason; }
 
   // Chromium is gone: everything ordered fails. UI thread.

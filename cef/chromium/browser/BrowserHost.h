@@ -14,7 +14,7 @@ class BrowserHost : public CefBrowserHost {
   explicit BrowserHost(CefRefPtr<Browser> browser) : browser_(browser) {}
 
   void CloseBrowser(bool force_close) override { browser_->Close(force_close); }
-  // Null: the window belongs to Chromium's process. It comes to the front by itself when it opens.
+  // Null: the window belongs to Chromium's process. It comes to the front on its own when it opens.
   CefWindowHandle GetWindowHandle() override { return nullptr; }
   CefRefPtr<CefRequestContext> GetRequestContext() override { return browser_->context(); }
 

@@ -10,7 +10,7 @@ namespace engine {
 namespace {
 
 constexpr char kTitleBinding[] = "reportTitle";
-// A world of its own, which the page's scripts cannot see.
+// An isolated world, which the page's scripts cannot see.
 constexpr char kTitleWorld[] = "titleObserver";
 // A page without a title goes by its address.
 constexpr char kTitleScript[] = R"(((blank) => {

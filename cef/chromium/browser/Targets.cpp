@@ -1,3 +1,18 @@
+// From a target to a browser:
+//   1. Chromium attaches us to every new page, frame and worker before it runs, so nothing is sent
+//      or loaded unseen. Each session has to ask for this again on behalf of its own children.
+//   2. The browser enters the table before any command is sent: what the commands enable produces
+//      events, and those look for it there.
+//   3. The page is set up, and then let run. Commands on a session keep their order, so the set-up
+//      need not be waited for.
+//   4. The client hears of the browser on the UI thread. A popup is let run only after that, since
+//      its first request must belong to a browser that the client knows. An ordered page is blank
+//      and may run at once.
+//   5. An ordered page loads its address when the renderer has answered, so that the set-up is in
+//      force, and when all cookies that were planted so far are stored.
+//   6. When the target is gone, the browser leaves the table first, so that no event finds it any
+//      more; then everybody forgets what they keep for it; OnBeforeClose comes last.
+
 #include "cef/chromium/browser/Targets.h"
 
 #include <utility>
@@ -13,7 +28,7 @@ namespace {
 JsonObject AutoAttach(bool root) {
   JsonObject params;
   params.Add("autoAttach", true).Add("waitForDebuggerOnStart", true).Add("flatten", true);
-  // Without these exclusions every tabbed window brings targets of its own toolbar.
+  // Without these exclusions every tabbed window adds targets for its toolbar.
   if (root) {
     params.AddJson("filter",
                    R"([{"type":"browser_ui","exclude":true},{"type":"tab","exclude":true},{}])");

@@ -23,7 +23,7 @@ class Targets {
  public:
   Targets(DevToolsConnection& connection, BrowserTable& table, BrowserFactory& factory);
 
-  // Chromium sends this with every request when it is not empty. Before Subscribe().
+  // Chromium sends this with every request when it is not empty. Before Enable().
   void SetUserAgent(const std::string& user_agent) { user_agent_ = user_agent; }
   // Called on the IO thread when a browser's window is gone.
   void OnGone(std::function<void(const std::string& target_id)> handler);

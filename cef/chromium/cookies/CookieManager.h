@@ -15,7 +15,6 @@ class CookieManager : public CefCookieManager {
   // The store must live as long as the process.
   explicit CookieManager(CookieStore& store) : store_(store) {}
 
-  // The schemes are fixed; only the callback is run.
   bool VisitUrlCookies(const CefString& url, bool includeHttpOnly,
                        CefRefPtr<CefCookieVisitor> visitor) override;
   bool SetCookie(const CefString& url, const CefCookie& cookie,

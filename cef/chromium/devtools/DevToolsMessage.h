@@ -16,7 +16,7 @@ std::string EventMethod(const std::string& text);
 // Reads a message. Chromium writes bytes that are no UTF-8 as single halves of surrogate pairs,
 // which JSON does not allow: each becomes U+FFFD.
 //
-// False when the text is no JSON all the same. `message` then holds what stands before the fault of
+// False when the text still is no JSON. `message` then holds what stands before the fault of
 // the message's own members and of its params, if they are texts or numbers: as a rule enough to
 // say what it was about.
 bool ReadMessage(const std::string& text, rapidjson::Document* message);

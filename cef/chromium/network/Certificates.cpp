@@ -1,3 +1,18 @@
+// What becomes of a certificate error:
+//   1. Chromium reports it on the IO thread, and keeps the request waiting for our answer.
+//   2. DevTools names only the worst fault. The others, and the certificate itself, come through
+//   the
+//      network log, usually a little later. So the decision is put off by 50 ms; without that, the
+//      verdict on an earlier certificate of the host could be taken for this one's.
+//   3. A certificate that the user has allowed for the host passes. Otherwise only a main frame may
+//      ask: nobody can judge where a page's pictures come from.
+//   4. Errors of the same browser, host and fault join an open question, since a page opens several
+//      connections at a time.
+//   5. The client is asked on the UI thread, which may wait for the rest of the verdict; the IO
+//      thread may not, and keeps serving other requests while the user thinks.
+//   6. The answer goes back to the IO thread, to every request that has joined. A yes is
+//   remembered.
+
 #include "cef/chromium/network/Certificates.h"
 
 #include "cef/chromium/base/IoThread.h"

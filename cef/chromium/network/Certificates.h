@@ -21,9 +21,9 @@
 namespace engine {
 
 // The client is asked for main frames only; everything else with a bad certificate is cancelled
-// without a word. Once allowed, the same certificate passes for that host until the process ends;
-// one that was not known, as long as none is known.
-// Chromium does not remember the answers given this way, it asks again for each new connection.
+// without a word. Once allowed, the same certificate passes for that host until the process ends.
+// One that is allowed before the verifier has named it passes only while it is not named. Chromium
+// does not remember the answers given this way, it asks again for each new connection.
 class Certificates {
  public:
   // What is wrong with a host's certificate, `fault` among it, if that is known within `wait`.

@@ -13,7 +13,7 @@ namespace engine {
 // (UTF-8). Takes two seconds at most. True if Chromium has accepted: the window then appears as a
 // new page target without opener, its address being AppWindowUrl(title). False and a reason in *err
 // otherwise. A signal that waits for the message loop ends the wait for the answer; the window may
-// come all the same. UI thread.
+// still come. UI thread.
 bool OpenAppWindow(const std::string& profile_dir, const std::string& title, std::string* err);
 
 // The address of the empty page: a data URL.

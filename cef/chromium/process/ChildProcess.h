@@ -16,14 +16,14 @@ namespace engine {
 struct ChildOptions {
   // The program's path and its arguments.
   std::vector<std::string> command;
-  // Which of our descriptors (first) the child has as which of its own (second, each once).
+  // Which of our descriptors (first) the child has under which number (second, each once).
   // 0, 1 and 2 are /dev/null unless named here. Every other descriptor is closed in the child.
   std::vector<std::pair<int, int>> descriptors;
   // Variables that differ from our own environment.
   std::vector<std::pair<std::string, std::string>> environment;
 };
 
-// Starts a program in a session of its own, with no signal blocked or ignored, in the root folder.
+// Starts a program in its own session, with no signal blocked or ignored, in the root folder.
 // Returns its process id, or -1 and a reason in *err. Usable with any number of threads running.
 pid_t StartChild(const ChildOptions& options, std::string* err);
 

@@ -12,7 +12,7 @@
 
 namespace engine {
 
-// Reads on a thread of its own for as long as it lives, so that Chromium never waits for a reader.
+// Reads on its own thread for as long as it lives, so that Chromium never waits for a reader.
 // Any thread may ask.
 class ChromiumOutput {
  public:

@@ -24,7 +24,7 @@ namespace {
 constexpr size_t kLongestTemporaryFolder = 40;
 
 // Standard input: first a line with Chromium's process group, then nothing until its end, which is
-// our death. Chromium then ends by itself in a moment; three seconds are for a stuck one.
+// our death. Chromium then exits on its own within a moment; three seconds are for one that hangs.
 constexpr char kGuardianScript[] = R"(trap '' HUP INT QUIT TERM
 read -r group
 read -r never
@@ -165,7 +165,6 @@ bool ChromiumProcess::WaitForExit(std::chrono::milliseconds limit) {
 }
 
 void ChromiumProcess::Kill() {
-  std::lock_guard<std::mutex> lock(reap_mutex_);
   if (pid_ < 0 || reaped_) return;
   kill(-pid_, SIGKILL);
   ReapChild(pid_);

@@ -11,7 +11,6 @@
 
 #include <chrono>
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "cef/chromium/process/ChromiumOutput.h"
@@ -36,16 +35,16 @@ struct ChromiumOptions {
   std::string run_folder;
 };
 
-// A Chromium without any window, in a session and process group of its own. Its temporary files go
-// and its cache of pages go to a run folder that is removed at the end. Should this process be
-// killed, a guardian (a small shell process) removes what is left of Chromium, of the run folder
-// and of a private profile. Pages cannot make it start the user's programs.
+// A Chromium without any window, in its own session and process group. Its temporary files and its
+// cache of pages go to a run folder that is removed at the end. Should this process be killed, a
+// guardian (a small shell process) removes what is left of Chromium, of the run folder and of a
+// private profile. Pages cannot make it start the user's programs.
 //
-// All calls but WaitForExit() and Kill() belong to one thread; those two may come from any.
+// All calls belong to one thread, except that output() may be asked by any.
 class ChromiumProcess {
  public:
   // Starts Chromium. Returns null and says why in *err if there is none or it cannot be started.
-  // A Chromium that ends by itself right away (no display, profile in use) shows only as the end of
+  // A Chromium that exits right away (no display, profile in use) shows only as the end of
   // file on event_fd().
   static std::unique_ptr<ChromiumProcess> Start(const ChromiumOptions& options, std::string* err);
 
@@ -86,9 +85,7 @@ class ChromiumProcess {
   std::unique_ptr<ChromiumOutput> output_;
   std::string run_folder_;
   int run_folder_lock_ = -1;
-
-  std::mutex reap_mutex_;
-  bool reaped_ = false;  // guarded by reap_mutex_
+  bool reaped_ = false;
 };
 
 // Makes a private folder (0700) with a path short enough for Chromium's sockets; "" and a reason in

@@ -27,7 +27,7 @@ constexpr Switch kBuiltIn[] = {
     {"password-store", "basic"},
     {"disable-background-networking", ""},
     {"disable-component-update", ""},
-    // The component updater and the list of signed-in accounts ask all the same. Port 9 is one that
+    // The component updater and the list of signed-in accounts ask anyway. Port 9 is one that
     // Chromium connects to under no circumstances; the address is one that nobody has.
     {"component-updater", "url-source=http://192.0.2.1:9/"},
     {"gaia-url", "http://192.0.2.1:9/"},

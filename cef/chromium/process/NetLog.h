@@ -21,7 +21,7 @@
 
 namespace engine {
 
-// Reads the log on a thread of its own for as long as it lives, so that Chromium never waits for a
+// Reads the log on its own thread for as long as it lives, so that Chromium never waits for a
 // reader. It must exist before Chromium starts and be destroyed after Chromium has ended.
 class NetLog {
  public:

@@ -13,7 +13,7 @@ constexpr size_t kLongestLine = 4u << 20;
 // Verifications that were given up never report an end.
 constexpr size_t kMostUnderWay = 1000;
 
-// The result for a self-signed device in the local network has a bit of its own, which clients of
+// The result for a self-signed device in the local network has its own bit, which clients of
 // generation 80 do not know; to them it is an unknown authority.
 constexpr uint32_t kSelfSignedLocalNetwork = 1u << 28;
 constexpr uint32_t kAuthorityInvalid = 1u << 2;

@@ -138,7 +138,6 @@ TEST_F(ChromiumProcessTest, EveryWayToEndLeavesNothingBehind) {
     bool by_itself;
   } const kWays[] = {
       {"Browser.close", [](RawChromium& c) { c.Call("Browser.close"); }, true},
-      {"commands closed", [](RawChromium& c) { c.process().CloseCommands(); }, true},
       {"main process killed", [](RawChromium& c) { kill(c.process().pid(), SIGKILL); }, true},
       {"killed", [](RawChromium& c) { c.process().Kill(); }, true},
       {"destroyed", [](RawChromium&) {}, false},
@@ -190,7 +189,7 @@ TEST_F(ChromiumProcessTest, AGentleEndKeepsCookies) {
     chromium.Call("Storage.setCookies", "{\"cookies\":[{\"name\":\"c" + std::to_string(run) +
                                             "\",\"value\":\"v\",\"url\":\"http://a.test/\","
                                             "\"expires\":4000000000}]}");
-    chromium.process().CloseCommands();
+    chromium.Call("Browser.close");
     EXPECT_TRUE(chromium.process().WaitForExit(seconds(5)));
   }
 }

@@ -83,7 +83,7 @@ TEST_F(ProfileTest, WhatEarlierRunsWroteDownIsRemovedAndNotWrittenAgain) {
   RawChromium chromium = ChromiumOn(path_);
   const std::string session = chromium.OpenPage("data:text/html,seen");
   chromium.Evaluate(session, "document.body.textContent");
-  chromium.process().CloseCommands();
+  chromium.Call("Browser.close");
   EXPECT_TRUE(chromium.process().WaitForExit(std::chrono::seconds(5)));
   for (const char* name : {"/Default/Sessions", "/Default/Sessions_Encrypted"}) {
     EXPECT_TRUE(fs::is_regular_file(path_ + name) && fs::is_empty(path_ + name)) << name;

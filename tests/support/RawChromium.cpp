@@ -31,6 +31,7 @@ RawChromium::RawChromium(engine::ChromiumOptions options) {
   signal(SIGPIPE, SIG_IGN);
   if (geteuid() == 0) options.switches.emplace_back("no-sandbox", "");
   std::string err;
+  options.chromium = engine::FindChromiums(&err).at(0);
   process_ = engine::ChromiumProcess::Start(options, &err);
   if (!process_) throw std::runtime_error(err);
 }

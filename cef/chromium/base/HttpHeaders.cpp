@@ -8,10 +8,13 @@
 #include "cef/chromium/base/Text.h"
 
 namespace engine {
+namespace {
 
 bool EqualIgnoringCase(const std::string& a, const std::string& b) {
   return a.size() == b.size() && strncasecmp(a.data(), b.data(), a.size()) == 0;
 }
+
+}  // namespace
 
 CefString HeaderValue(const HeaderMap& headers, const CefString& name) {
   const std::string wanted = name.ToString();

@@ -13,8 +13,6 @@ namespace engine {
 
 using HeaderMap = std::multimap<CefString, CefString>;
 
-bool EqualIgnoringCase(const std::string& a, const std::string& b);
-
 // The first value of a header; empty when there is none. Letter case of the name does not matter.
 CefString HeaderValue(const HeaderMap& headers, const CefString& name);
 

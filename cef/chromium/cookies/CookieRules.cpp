@@ -10,6 +10,11 @@ bool EndsWith(const std::string& text, const std::string& end) {
   return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
 }
 
+// The addresses that have cookies.
+bool IsCookieable(const Url& url) {
+  return url.scheme == "http" || url.scheme == "https" || url.scheme == "ws" || url.scheme == "wss";
+}
+
 bool IsSecure(const Url& url) { return url.scheme == "https" || url.scheme == "wss"; }
 
 bool IsAddress(const std::string& host) {
@@ -38,10 +43,6 @@ bool HasForbidden(const std::string& text) {
 }
 
 }  // namespace
-
-bool IsCookieable(const Url& url) {
-  return url.scheme == "http" || url.scheme == "https" || url.scheme == "ws" || url.scheme == "wss";
-}
 
 bool CookieMatchesUrl(const Cookie& cookie, const Url& url) {
   if (!IsCookieable(url) || (cookie.secure && !IsSecure(url))) return false;

@@ -23,9 +23,6 @@ struct Cookie {
   std::string partition{};  // stored: the key, as Chromium's JSON; "" as a rule
 };
 
-// True for http, https, ws and wss: the addresses that have cookies.
-bool IsCookieable(const Url& url);
-
 // True if the cookie would be sent to the address.
 bool CookieMatchesUrl(const Cookie& cookie, const Url& url);
 

@@ -10,7 +10,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <vector>
 
 #include "cef/chromium/process/ChildProcess.h"
 #include "cef/chromium/process/PrivateFolder.h"
@@ -79,14 +78,8 @@ std::unique_ptr<ChromiumProcess> ChromiumProcess::Start(const ChromiumOptions& o
   if (process->run_folder_.empty()) return nullptr;
   bool busy = false;
   process->run_folder_lock_ = LockFolder(process->run_folder_, &busy);
-  ChromiumOptions wanted = options;
-  if (wanted.chromium.path.empty()) {
-    const std::vector<InstalledChromium> found = FindChromiums(err);
-    if (found.empty()) return nullptr;
-    wanted.chromium = found.front();
-  }
   process->output_ = ChromiumOutput::Start(options.log_file, err);
-  if (!process->output_ || !process->StartGuardian(wanted, err) || !process->Spawn(wanted, err)) {
+  if (!process->output_ || !process->StartGuardian(options, err) || !process->Spawn(options, err)) {
     return nullptr;
   }
   return process;
@@ -155,8 +148,6 @@ ChromiumProcess::~ChromiumProcess() {
   Close(&run_folder_lock_);
   DismissGuardian();
 }
-
-void ChromiumProcess::CloseCommands() { Close(&command_fd_); }
 
 bool ChromiumProcess::WaitForExit(std::chrono::milliseconds limit) {
   // The process is left to be reaped by Kill(): until then nobody else can get its number, nor that

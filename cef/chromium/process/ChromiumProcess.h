@@ -20,7 +20,6 @@
 namespace engine {
 
 struct ChromiumOptions {
-  // Which one; an empty path: the first that is found.
   InstalledChromium chromium;
   // An existing folder, absolute (see Profile).
   std::string profile_dir;
@@ -58,8 +57,6 @@ class ChromiumProcess {
   // ended raises SIGPIPE unless that is ignored.
   int command_fd() const { return command_fd_; }
   int event_fd() const { return event_fd_; }
-  // Closes command_fd(), upon which Chromium saves its state and ends. Nobody may be writing.
-  void CloseCommands();
 
   pid_t pid() const { return pid_; }
   ChromiumOutput& output() { return *output_; }

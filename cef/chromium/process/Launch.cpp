@@ -123,7 +123,7 @@ Launch::Result Launch::AttemptOnce(const Plan& plan, std::string* err) {
   options.private_profile = profile_->is_private();
   options.run_folder = MakeRunFolder(err);
   if (options.run_folder.empty()) return Result::kGivenUp;
-  program_ = options.chromium.path;
+  chromium_path_ = options.chromium.path;
   // Without it certificates have one fault only; no reason not to start.
   std::string ignored;
   const std::shared_ptr<NetLog> log = NetLog::Start(options.run_folder, &ignored);
@@ -167,10 +167,10 @@ Launch::Result Launch::AwaitAnswer(Clock::time_point deadline, std::string* err)
   *err = WhyNoDisplay();
   if (!err->empty()) return Result::kGivenUp;
   if (process_->output().TellsOfPolicy()) {
-    *err = "the policy RemoteDebuggingAllowed forbids that other programs use " + program_;
+    *err = "the policy RemoteDebuggingAllowed forbids that other programs use " + chromium_path_;
     return Result::kUnfit;
   }
-  *err = program_ + " has ended before it answered";
+  *err = chromium_path_ + " has ended before it answered";
   const std::string words = process_->output().LastLine();
   if (!words.empty()) *err += "; it says: " + words;
   return Result::kEnded;

@@ -74,7 +74,7 @@ class Launch {
   std::unique_ptr<Profile> profile_;
   std::shared_ptr<NetLog> net_log_;  // replaced atomically
   std::unique_ptr<ChromiumProcess> process_;
-  std::string program_;  // the path of the Chromium that is being tried
+  std::string chromium_path_;  // of the Chromium that is being tried
 };
 
 }  // namespace engine

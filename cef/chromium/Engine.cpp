@@ -106,6 +106,7 @@ void Engine::OnDisplayLost() {
 
 bool Engine::Initialize(const CefSettings& settings, CefRefPtr<CefApp> app) {
   if (running_) return true;
+  // A client that was built with other headers than these would be misread.
   if (settings.size != sizeof(cef_settings_t)) return false;
 
   MessageLoop::Get().Init();

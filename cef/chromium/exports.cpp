@@ -62,6 +62,7 @@ bool cef_browser_host_create_browser(const CefWindowInfo&, CefRefPtr<CefClient> 
                                      const CefString& url, const CefBrowserSettings& settings,
                                      CefRefPtr<CefDictionaryValue>,
                                      CefRefPtr<CefRequestContext> request_context) {
+  // A client that was built with other headers than these would be misread.
   if (settings.size != sizeof(cef_browser_settings_t)) return false;
   return Engine::Get().CreateBrowser({client, request_context, url.ToString()});
 }

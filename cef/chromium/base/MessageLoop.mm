@@ -110,6 +110,7 @@ void MessageLoop::Init() {
   ScopedPool pool;
   const sigset_t signals = SignalSet();
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+  // Whoever has started us may have had them ignored; here they end the run.
   for (int number : kSignals) signal(number, SIG_DFL);
 
   wake_fd_ = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);

@@ -27,6 +27,7 @@ struct CertError {
   uint32_t bit;
 };
 
+// The numbers are Chromium's, the bits those of cef_cert_status_t.
 constexpr CertError kCertErrors[] = {
     {-150, 1u << 13},  // pinned key missing
     {-200, 1u << 0},   // common name

@@ -57,6 +57,7 @@ void PageQueue::RunSome() {
     std::lock_guard<std::mutex> lock(mutex_);
     in_the_loop_ = !tasks_.empty();
     if (in_the_loop_) {
+      // Posted again rather than repeated: what others have posted meanwhile comes first.
       MessageLoop::Get().PostTask([self = shared_from_this()] { self->RunSome(); });
     } else {
       turned_away = std::exchange(turned_away_, 0);

@@ -11,6 +11,7 @@ void TaskQueue::Post(Task task) {
 
 void TaskQueue::PostDelayed(Task task, int64_t ms) {
   std::lock_guard<std::mutex> lock(mutex_);
+  // The map keeps equal times in the order of their coming.
   due_.emplace(Clock::now() + std::chrono::milliseconds(ms), std::move(task));
 }
 

@@ -49,8 +49,10 @@ bool IsPort(const std::string& text) {
 }
 
 bool ParseAuthority(std::string authority, Url* url) {
+  // The last one: a password may contain others.
   const size_t at = authority.rfind('@');
   if (at != std::string::npos) authority.erase(0, at + 1);
+  // Colons within brackets belong to an IPv6 address.
   const size_t bracket = authority.rfind(']');
   const size_t colon = authority.find(':', bracket == std::string::npos ? 0 : bracket);
   url->host = Lower(authority.substr(0, colon));

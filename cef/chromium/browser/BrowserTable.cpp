@@ -83,6 +83,7 @@ void BrowserTable::RemoveSession(const std::string& session) {
 
 void BrowserTable::SetFrame(const std::string& session, const std::string& frame_id) {
   std::lock_guard<std::mutex> lock(mutex_);
+  // Events may still come for a browser that has gone.
   const auto owner = sessions_.find(session);
   if (owner == sessions_.end() || frame_id.empty()) return;
   FrameRecord& frame = frames_[frame_id];

@@ -90,6 +90,7 @@ void DevToolsConnection::Send(const std::string& session, const std::string& met
           limit == kNoLimit ? Clock::time_point::max() : Clock::now() + limit;
       unanswered_[id] = {method, std::move(reply), deadline};
       WatchLimit(deadline);
+      // Still locked, so that commands enter the pipe in the order of their numbers.
       transport_->Send(message.str());
       return;
     }

@@ -78,6 +78,7 @@ void PipeTransport::OnWritable() {
 
 void PipeTransport::OnReadable() {
   char piece[kReadSize];
+  // One piece at a time: a page that floods the pipe must not keep this thread's tasks waiting.
   const ssize_t count = read(read_fd_, piece, sizeof piece);
   if (count > 0) {
     received_.Feed(piece, static_cast<size_t>(count), on_message_);
@@ -93,6 +94,7 @@ void PipeTransport::Close() {
     closed_ = true;
     pending_.clear();
   }
+  // What is unwatched may hold the last other reference.
   const auto self = shared_from_this();
   IoThread::Get().Unwatch(write_fd_);
   IoThread::Get().Unwatch(read_fd_);

@@ -166,6 +166,7 @@ bool NetworkHooks::Describe(const JsonValue& params, Pending* pending) const {
 void NetworkHooks::OnRequest(const std::string& id, const JsonValue& params) {
   Pending pending;
   const bool described = Describe(params, &pending);
+  // A redirect comes as a new request, which is when its address is known.
   NotifyRedirect(TextAt(params, "redirectedRequestId"), pending.url);
   if (!described) {
     Continue(id);
@@ -188,6 +189,7 @@ void NetworkHooks::OnRequest(const std::string& id, const JsonValue& params) {
       handler->GetResourceHandler(browser, pending.frame, pending.request);
       Continue(id);
       break;
+    // The client keeps the callback and answers later, on any thread.
     case RV_CONTINUE_ASYNC:
       break;
     default:
@@ -250,6 +252,7 @@ void NetworkHooks::Keep(const std::string& id, const Pending& pending) {
       return former.main_frame && former.browser->target_id() == pending.browser->target_id();
     });
   }
+  // The oldest one, as the numbers grow.
   if (pending_.size() >= kMostPending) pending_.erase(pending_.begin());
   pending_[KeyOf(id)] = pending;
 }

@@ -51,6 +51,7 @@ pid_t StartChild(const ChildOptions& options, std::string* err) {
   std::vector<int> copies;
   int last = STDERR_FILENO;
   bool ready = true;
+  // Not closed: the first files that the child opens would get these numbers.
   for (int fd = 0; fd <= STDERR_FILENO; ++fd) {
     posix_spawn_file_actions_addopen(&actions, fd, "/dev/null", O_RDWR, 0);
   }
@@ -61,9 +62,11 @@ pid_t StartChild(const ChildOptions& options, std::string* err) {
     posix_spawn_file_actions_adddup2(&actions, copy, theirs);
     last = std::max(last, theirs);
   }
+  // Not all that we have is close-on-exec: some we have inherited ourselves.
   posix_spawn_file_actions_addclosefrom_np(&actions, last + 1);
   posix_spawn_file_actions_addchdir_np(&actions, "/");
 
+  // This process blocks some signals and ignores others; a child would inherit both.
   sigset_t none, all;
   sigemptyset(&none);
   sigfillset(&all);

@@ -114,6 +114,7 @@ bool ChromiumOutput::ReadPiece() {
   if (count <= 0) return count < 0 && errno == EINTR;
   WriteLog(piece, static_cast<size_t>(count));
   tail_.append(piece, static_cast<size_t>(count));
+  // Cut at twice the length, so that not every piece moves the whole text.
   if (tail_.size() > 2 * kTail) tail_.erase(0, tail_.size() - kTail);
   return true;
 }

@@ -79,6 +79,7 @@ std::unique_ptr<ChromiumProcess> ChromiumProcess::Start(const ChromiumOptions& o
   bool busy = false;
   process->run_folder_lock_ = LockFolder(process->run_folder_, &busy);
   process->output_ = ChromiumOutput::Start(options.log_file, err);
+  // The guardian first: without one Chromium must not run.
   if (!process->output_ || !process->StartGuardian(options, err) || !process->Spawn(options, err)) {
     return nullptr;
   }
@@ -146,6 +147,7 @@ ChromiumProcess::~ChromiumProcess() {
   Close(&event_fd_);
   if (!run_folder_.empty()) RemoveTree(run_folder_);
   Close(&run_folder_lock_);
+  // Last: if we are killed during the above, the guardian still finishes it.
   DismissGuardian();
 }
 

@@ -1,8 +1,5 @@
 // One running Chromium that is driven over a pair of pipes, and everything it leaves on the
 // machine.
-//
-// Sources that belong together: ChromiumProcess.cpp, ChromiumSwitches.cpp, ChromiumOutput.cpp,
-// InstalledChromium.cpp, ChildProcess.cpp.
 
 #ifndef CEF_CHROMIUM_PROCESS_CHROMIUMPROCESS_H_
 #define CEF_CHROMIUM_PROCESS_CHROMIUMPROCESS_H_

@@ -45,6 +45,7 @@ std::string Take(const std::string& name, Switches* switches, bool* there) {
 }
 
 void AddReason(const std::string& reason, std::string* reasons) {
+  // Several browsers may fail for the same reason.
   if (reasons->find(reason) != std::string::npos) return;
   if (!reasons->empty()) *reasons += "; ";
   *reasons += reason;

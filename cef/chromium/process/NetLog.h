@@ -1,8 +1,6 @@
 // What Chromium's certificate verifier says about hosts. DevTools reports only the worst fault of a
 // certificate; Chromium's network log has them all. The log goes through a FIFO, since it holds
 // addresses and must not get to the disk.
-//
-// Sources that belong together: NetLog.cpp, NetLogParser.cpp.
 
 #ifndef CEF_CHROMIUM_PROCESS_NETLOG_H_
 #define CEF_CHROMIUM_PROCESS_NETLOG_H_

@@ -32,6 +32,7 @@ pid_t OwnerInName(const std::string& name, const std::string& base) {
   return static_cast<pid_t>(std::strtol(name.c_str() + begin, nullptr, 10));
 }
 
+// With EPERM it lives, as somebody else's.
 bool IsDead(pid_t process) { return kill(process, 0) != 0 && errno == ESRCH; }
 
 bool IsOwnFolder(const std::string& path) {

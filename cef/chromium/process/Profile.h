@@ -1,6 +1,4 @@
 // The folder that holds Chromium's cookies, cache and preferences, and who may use it.
-//
-// Sources that belong together: Profile.cpp, PrivateFolder.cpp.
 
 #ifndef CEF_CHROMIUM_PROCESS_PROFILE_H_
 #define CEF_CHROMIUM_PROCESS_PROFILE_H_

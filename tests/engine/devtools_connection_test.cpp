@@ -66,6 +66,7 @@ class DevToolsConnectionTest : public ::testing::Test {
   }
 
   DevToolsConnection connection_;
+  engine::CookieStore store_{connection_};  // the IO thread may still use it after the last reply
   int commands_[2] = {-1, -1};
   int events_[2] = {-1, -1};
 };
@@ -252,11 +253,10 @@ TEST_F(DevToolsConnectionTest, LargeMessagesAreCutAndStayReadable) {
 
 // Chromium takes all cookies of a command or none.
 TEST_F(DevToolsConnectionTest, ACookieThatIsRefusedDoesNotKeepTheOthers) {
-  engine::CookieStore store(connection_);
   Open();
   std::promise<int> deleted;
-  store.Delete([](const engine::Cookie&) { return true; },
-               [&](int count) { deleted.set_value(count); });
+  store_.Delete([](const engine::Cookie&) { return true; },
+                [&](int count) { deleted.set_value(count); });
   EXPECT_THAT(ReadCommand(), HasSubstr("Storage.getCookies"));
   Reply(R"({"id":1,"result":{"cookies":[{"name":"a","domain":"a.test","path":"/"},)"
         R"({"name":"b","domain":"a.test","path":"/"}]}}|)");

@@ -4,9 +4,8 @@
 // A turn of the loop, in order:
 //   1. It takes up a display that has come, or leaves the one that is lost. AppKit reports the loss
 //      in the middle of its own work, where nothing may be taken apart: there it is only noted.
-//   2. It runs the tasks that are queued by now, and hands over signals after each. Tasks that
-//   these
-//      post wait for the next turn, or they would starve the events.
+//   2. It runs the tasks that are queued by now, and hands over signals after each. What they
+//      post meanwhile waits for the next turn, or it would starve the events.
 //   3. It waits for an event, or for the time of the next task, and gives the event to AppKit.
 //
 // Signals are blocked and read from a descriptor. Their handlers thus run between two tasks, when

@@ -6,9 +6,8 @@
 //      the next; a window that was promised has three seconds before that.
 //   4. The window's target reaches the IO thread, which takes the order with Take(). Giving up goes
 //      through Take() too, so an order either gets its browser or fails, never both.
-//   5. The browser is announced on the UI thread. Only then does Finish() let signals through,
-//   which
-//      now find a browser to close, and start the next order.
+//   5. The browser is announced on the UI thread. Only then does Finish() let signals through, for
+//      which there is now a browser to close, and start the next order.
 //
 // A signal meanwhile cuts this short: no other way is tried. A window that has been asked for
 // cannot be called off, however, so it has one more second to appear and be closed in good order.

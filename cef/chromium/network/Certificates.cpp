@@ -1,7 +1,6 @@
 // What becomes of a certificate error:
 //   1. Chromium reports it on the IO thread, and keeps the request waiting for our answer.
-//   2. DevTools names only the worst fault. The others, and the certificate itself, come through
-//   the
+//   2. DevTools names only the worst fault. The others, and the certificate itself, come with the
 //      network log, usually a little later. So the decision is put off by 50 ms; without that, the
 //      verdict on an earlier certificate of the host could be taken for this one's.
 //   3. A certificate that the user has allowed for the host passes. Otherwise only a main frame may
@@ -10,8 +9,7 @@
 //      connections at a time.
 //   5. The client is asked on the UI thread, which may wait for the rest of the verdict; the IO
 //      thread may not, and keeps serving other requests while the user thinks.
-//   6. The answer goes back to the IO thread, to every request that has joined. A yes is
-//   remembered.
+//   6. The answer goes back to the IO thread and to every request that has joined; a yes is kept.
 
 #include "cef/chromium/network/Certificates.h"
 

@@ -33,46 +33,31 @@ class ObstacleTest : public E2eTest {
     if (RunToEnd(probe, kPatience).exit_status != 0) GTEST_SKIP() << "no mount namespaces here";
   }
 
-  // A command after the shell lines of `script`, to which $data is the data folder, $away an empty
-  // one, "chromium FILE" puts a file in the place of every Chromium, and "policy LEVEL JSON" makes
-  // a policy of the machine.
-  Subprocess::Command After(const std::string& script, Subprocess::Command command) const {
-    constexpr char kFunctions[] =
-        "chromium() {\n"
-        "  for file in /usr/lib/chromium/chromium /usr/lib*/chromium-browser/chromium-browser \\\n"
-        "      /usr/{,local/}bin/{chromium{,-browser},google-chrome} /opt/google/chrome/chrome; "
-        "do\n"
-        "    [ ! -e $file ] || mount --bind \"$1\" \"$(realpath $file)\"\n"
-        "  done\n"
-        "}\n"
-        "policy() {\n"
-        "  mount -t tmpfs none /etc/chromium; mkdir -p /etc/chromium/policies/$1\n"
-        "  printf \"$2\" >/etc/chromium/policies/$1/p.json\n"
-        "}\n";
+  // A command behind an obstacle of obstacles.sh.
+  Subprocess::Command After(const std::string& obstacle, Subprocess::Command command) const {
     std::filesystem::create_directories(home_.file("away"));
-    if (command.program.empty()) command.program = command.arguments[0];
     std::vector<std::string> arguments = Unshare();
-    arguments.insert(
-        arguments.end(),
-        {"/bin/bash", "-ec", kFunctions + script + "\nexec -a \"$0\" \"$program\" \"$@\""});
-    arguments.insert(arguments.end(), command.arguments.begin(), command.arguments.end());
-    command.environment["program"] = command.program;
-    command.environment["data"] = DataFolder();
-    command.environment["away"] = home_.file("away");
-    command.environment["stage"] = InstallPaths::kRoot;
-    command.environment["fake"] = EB_FAKE_CHROMIUM;
+    arguments.insert(arguments.end(),
+                     {"/bin/bash", EB_OBSTACLES "/e2e/obstacles.sh", obstacle, command.arguments[0],
+                      command.program.empty() ? command.arguments[0] : command.program});
+    arguments.insert(arguments.end(), command.arguments.begin() + 1, command.arguments.end());
+    command.environment["SUPPORT"] = EB_OBSTACLES "/support";
+    command.environment["DATA"] = DataFolder();
+    command.environment["FAKE"] = home_.file("away");
+    command.environment["STAGE"] = InstallPaths::kRoot;
+    command.environment["FAKE_PROGRAM"] = EB_FAKE_CHROMIUM;
     command.arguments = arguments;
     command.program.clear();
     return command;
   }
-  Subprocess::Command SignsInAfter(const std::string& script) const {
-    return After(script, StarterCommand({"saml-login", kSignIn, "KXSAMLEMBID=launch", false, {}}));
+  Subprocess::Command SignsInAfter(const std::string& obstacle) const {
+    return After(obstacle,
+                 StarterCommand({"saml-login", kSignIn, "KXSAMLEMBID=launch", false, {}}));
   }
 };
 
 struct Obstacle {
   const char* name;
-  const char* script;
   const char* verdict;
   const char* detail = "";  // how the verdict's detail begins
   int seconds = 20;         // that a failure may take
@@ -82,7 +67,7 @@ class ManyObstaclesTest : public ObstacleTest, public testing::WithParamInterfac
 
 TEST_P(ManyObstaclesTest, AreOvercomeOrNamed) {
   const auto begin = std::chrono::steady_clock::now();
-  Subprocess starter(SignsInAfter(GetParam().script));
+  Subprocess starter(SignsInAfter(GetParam().name));
   const StarterReport report = Report(starter);
   EXPECT_EQ(report.verdict, GetParam().verdict) << report.log << report.err;
   EXPECT_THAT(report.detail, StartsWith(GetParam().detail));
@@ -98,64 +83,40 @@ TEST_P(ManyObstaclesTest, AreOvercomeOrNamed) {
 INSTANTIATE_TEST_SUITE_P(
     All, ManyObstaclesTest,
     testing::Values(
-        Obstacle{"SharedMemorySmall", "mount -t tmpfs -o size=64k none /dev/shm", "signed in"},
-        Obstacle{"DataFolderTiny", "mount -t tmpfs -o size=64k none \"$data\"", "signed in"},
-        Obstacle{"RoomNowhere",
-                 "for full in \"$data\" \"$TMPDIR\"; do mount -t tmpfs -o size=64k none \"$full\"\n"
-                 "head -c 64k /dev/zero >\"$full/big\" 2>/dev/null || true; done",
-                 kBrowserFailed, "Chromium could not be started: cannot write "},
-        Obstacle{"DataFolderMissing", "rm -r \"$HOME/Library\"", "signed in"},
-        Obstacle{"DataFolderReadOnly",
-                 "mount --bind \"$data\" \"$data\"\nmount -o remount,ro,bind \"$data\"",
-                 "signed in"},
-        Obstacle{"ProfileReadOnly",
-                 "mkdir \"$data/cef\"; mount --bind \"$data/cef\" \"$data/cef\"\n"
-                 "mount -o remount,ro,bind \"$data/cef\"",
-                 "signed in"},
-        Obstacle{"TemporaryFolderNotOurs",
-                 "mount --bind \"$TMPDIR\" \"$TMPDIR\"; mount -o remount,ro,bind \"$TMPDIR\"",
-                 "signed in"},
-        Obstacle{"EnvironmentIsNoUtf8", "export ODD=$'\\xE9' LAST=1", "signed in"},
-        Obstacle{"LockOfAnotherHost",
-                 "mkdir -m 700 \"$data/cef\"; ln -s otherhost-123 \"$data/cef/SingletonLock\"",
-                 "signed in"},
-        Obstacle{"DisplayMissing", "unset DISPLAY WAYLAND_DISPLAY", kBrowserFailed,
+        Obstacle{"SharedMemorySmall", "signed in"}, Obstacle{"DataFolderTiny", "signed in"},
+        Obstacle{"RoomNowhere", kBrowserFailed, "Chromium could not be started: cannot write "},
+        Obstacle{"DataFolderMissing", "signed in"}, Obstacle{"DataFolderReadOnly", "signed in"},
+        Obstacle{"ProfileReadOnly", "signed in"}, Obstacle{"LockOfAnotherHost", "signed in"},
+        Obstacle{"TemporaryFolderNotOurs", "signed in"},
+        Obstacle{"EnvironmentIsNoUtf8", "signed in"},
+        Obstacle{"DisplayMissing", kBrowserFailed,
                  "Chromium could not be started: DISPLAY is not set"},
-        Obstacle{"DisplayDead", "export DISPLAY=:4242", kBrowserFailed,
+        Obstacle{"DisplayDead", kBrowserFailed,
                  "Chromium could not be started: the X server :4242 is gone"},
-        Obstacle{"ChromiumMissing", "chromium /dev/null", kBrowserFailed,
+        Obstacle{"ChromiumMissing", kBrowserFailed,
                  "Chromium could not be started: Chromium is not installed"},
-        Obstacle{"ChromiumTooOld", "export FAKE_CHROMIUM=old; chromium \"$fake\"", kBrowserFailed,
+        Obstacle{"ChromiumTooOld", kBrowserFailed,
                  "Chromium could not be started: Chromium/40.0.2214.10 is too old: it does not "
                  "know Fetch.enable"},
-        Obstacle{"PolicyOfTheMachine",
-                 "policy managed '{\"RemoteDebuggingAllowed\": false, // why\n}'", kBrowserFailed,
+        Obstacle{"PolicyOfTheMachine", kBrowserFailed,
                  "Chromium could not be started: the policy RemoteDebuggingAllowed in "
                  "/etc/chromium/policies/managed/p.json forbids that other programs use /usr/",
                  2},
-        Obstacle{"PolicyRecommended", "policy recommended '{\"DeveloperToolsAvailability\": 2}'",
-                 kBrowserFailed,
+        Obstacle{"PolicyRecommended", kBrowserFailed,
                  "Chromium could not be started: the policy DeveloperToolsAvailability in "
                  "/etc/chromium/policies/recommended/p.json forbids",
                  2},
-        Obstacle{"PolicyOfAnAccount", "export FAKE_CHROMIUM=forbidden; chromium \"$fake\"",
-                 kBrowserFailed,
+        Obstacle{"PolicyOfAnAccount", kBrowserFailed,
                  "Chromium could not be started: the policy RemoteDebuggingAllowed forbids", 4},
-        Obstacle{"ChromiumIsAStub",
-                 "mount --bind /usr/lib/chromium \"$away\"; chromium /bin/false\n"
-                 "mount -t tmpfs none /opt; mkdir -p /opt/google/chrome\n"
-                 "printf '#!/bin/sh\\nexec \"%s/chromium\" \"$@\"\\n' \"$away\" "
-                 ">/opt/google/chrome/chrome\n"
-                 "chmod 755 /opt/google/chrome/chrome",
-                 "signed in"},
-        Obstacle{"ChromiumHangs", "export FAKE_CHROMIUM=silent; chromium \"$fake\"", kBrowserFailed,
+        Obstacle{"ChromiumIsAStub", "signed in"},
+        Obstacle{"ChromiumEndsInTheUsersProfile", "signed in"},
+        Obstacle{"ChromiumHangs", kBrowserFailed,
                  "Chromium could not be started: it does not answer"},
-        Obstacle{"WindowDoesNotCome", "export FAKE_CHROMIUM=windowless; chromium \"$fake\"",
-                 kBrowserFailed, "no browser window could be opened: "}),
+        Obstacle{"WindowDoesNotCome", kBrowserFailed, "no browser window could be opened: "}),
     [](const auto& info) { return info.param.name; });
 
 TEST_F(ObstacleTest, ASignalEndsTheWaitForChromium) {
-  Subprocess starter(SignsInAfter("export FAKE_CHROMIUM=silent; chromium \"$fake\""));
+  Subprocess starter(SignsInAfter("ChromiumHangs"));
   ASSERT_TRUE(WaitFor([&] { return !BrowserProcesses("").empty(); }));
   const auto begin = std::chrono::steady_clock::now();
   starter.Signal(SIGTERM);
@@ -176,13 +137,9 @@ TEST_F(ObstacleTest, TheSandboxIsOnUnlessItIsForbidden) {
   };
   for (const bool forbidden : {false, true}) {
     SCOPED_TRACE(forbidden ? "no namespaces" : "namespaces");
-    const std::string limit = forbidden ? "echo 0 >/proc/sys/user/max_user_namespaces; " : "";
-    Subprocess starter(After(
-        "exec unshare --user --map-user=65534 --map-group=65534 --keep-caps /bin/bash -ec '" +
-            limit +
-            "exec setpriv --ambient-caps=-all --inh-caps=-all /bin/bash -ec "
-            "\"exec -a \\\"\\$0\\\" \\\"\\$program\\\" \\\"\\$@\\\"\" \"$0\" \"$@\"' \"$0\" \"$@\"",
-        StarterCommand({"saml-login", kNever, "KXSAMLEMBID=launch", false, {}})));
+    Subprocess starter(
+        After(forbidden ? "OrdinaryUserWithoutNamespaces" : "OrdinaryUser",
+              StarterCommand({"saml-login", kNever, "KXSAMLEMBID=launch", false, {}})));
     ASSERT_NE(display_->WaitForWindow(kFormTitle, kPatience), "") << starter.err();
     const std::vector<pid_t> renderers = BrowserProcesses("renderer");
     EXPECT_FALSE(renderers.empty());
@@ -225,17 +182,7 @@ TEST_F(E2eTest, APageStartsNoProgramsAndStaysOffTheDisk) {
 }
 
 TEST_F(ObstacleTest, WithoutHomeTheTemporaryFolderServes) {
-  // Another /tmp, in which the build and the display's socket keep their places.
-  Subprocess program(
-      After("for keep in /tmp/.X11-unix \"$stage\" \"$program\"; do case $keep in /tmp/*)\n"
-            "  to=\"$away/${keep#/tmp/}\"\n"
-            "  if [ -d \"$keep\" ]; then mkdir -p \"$to\"; else mkdir -p \"${to%/*}\"; touch "
-            "\"$to\"; fi\n"
-            "  mount --rbind \"$keep\" \"$to\";; esac; done\n"
-            // AppKit cannot have its own folder there.
-            "touch \"$away/GNUstepSecure$(id -u)\"\n"
-            "unset HOME TMPDIR\nmount --rbind \"$away\" /tmp\n",
-            DirectCommand(Request(kSignIn))));
+  Subprocess program(After("HomeNotSet", DirectCommand(Request(kSignIn))));
   const DirectReport report = DirectEnd(program, home_.file("away"));
   EXPECT_EQ(report.exit_status, 0) << report.err;
   EXPECT_THAT(report.document, HasSubstr("\"postauthcookie\":\"KXSAMLEBSTATEID=")) << report.log;

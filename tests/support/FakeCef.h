@@ -18,6 +18,7 @@
 #include "tests/support/FakeCefBrowser.h"
 #include "tests/support/FakeCefContext.h"
 #include "tests/support/FakeCefRequest.h"
+#include "tests/support/FakeTrace.h"
 
 class FakeCef {
  public:
@@ -74,8 +75,5 @@ class FakeCef {
   std::map<CefThreadId, std::deque<CefRefPtr<CefTask>>> tasks_;
   int nextBrowser_ = 1;
 };
-
-// Adds a line when a FakeCef lives.
-void FakeTrace(const std::string& line);
 
 #endif  // TESTS_SUPPORT_FAKECEF_H_

@@ -1,6 +1,6 @@
 #include "tests/support/FakeCefContext.h"
 
-#include "tests/support/FakeCef.h"
+#include "tests/support/FakeTrace.h"
 
 namespace {
 

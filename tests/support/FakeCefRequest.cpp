@@ -1,6 +1,6 @@
 #include "tests/support/FakeCefRequest.h"
 
-#include "tests/support/FakeCef.h"
+#include "tests/support/FakeTrace.h"
 
 FakeRequest::FakeRequest(const CefString& address, const CefString& cookies) : url(address) {
   if (!cookies.empty()) headers.emplace("Cookie", cookies);

@@ -121,6 +121,7 @@ void E2eTest::TearDown() {
     const std::string name = entry.path().filename();
     EXPECT_FALSE(name.rfind("cef", 0) == 0 && name != "cef" && name != "cef_browser.log") << name;
   }
+  EXPECT_FALSE(std::filesystem::exists(home_.file("Downloads"))) << "a page's file on the disk";
   const std::string profile = DataFolder() + "cef";
   for (const char* lock : {"SingletonLock", "SingletonSocket", "SingletonCookie"}) {
     EXPECT_FALSE(std::filesystem::is_symlink(profile + "/" + lock)) << "left: " << lock;

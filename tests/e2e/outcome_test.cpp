@@ -31,13 +31,6 @@ TEST_F(E2eTest, PlantedCookiesAndUserAgentReachTheGateway) {
               Contains(AllOf(HasSubstr("KXID=launch"), HasSubstr("KXFIRST=a=b"))));
 }
 
-TEST_F(E2eTest, LogoutTellsWhereToContinue) {
-  TrustBox();
-  const StarterReport report = Run({"saml-logout", "/logout-state2/start", kLogout, true, {}});
-  EXPECT_THAT(report.logout_url, HasSubstr("SAMLRequest="));
-  EXPECT_EQ(report.detail, "state 2, continue at " + report.logout_url);
-}
-
 // The identity provider knows the user again, until a sign-in asks to forget all cookies.
 TEST_F(E2eTest, IdentityProviderCookiesStayUntilTheyAreCleared) {
   const Step step{"saml-login", kSamlPath, kSaml, false, {}};
@@ -46,6 +39,9 @@ TEST_F(E2eTest, IdentityProviderCookiesStayUntilTheyAreCleared) {
   EXPECT_EQ(sent(), "");
   EXPECT_EQ(Run(step).verdict, "signed in");
   EXPECT_THAT(sent(), HasSubstr("IDPDEVICE=box"));
+  EXPECT_THAT(ReadFile(DataFolder() + "cef/Default/Preferences"),
+              HasSubstr("\"exit_type\":\"Normal\""))
+      << "the browser was killed";
   Step clearing = step;
   clearing.options = {"--clear-cookies", Address("/slo")};
   EXPECT_EQ(Run(clearing).verdict, "signed in");

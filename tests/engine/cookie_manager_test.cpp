@@ -105,8 +105,12 @@ TEST_F(CookieManagerTest, PlantedCookiesAreInTheFirstRequestInCallOrder) {
   Set(url, "gone", "x");
   manager_->DeleteCookies(url, "gone", nullptr);
   Set(url, "first", "one=\"1\"");
-  // Planted for an address of HTTPS it must reach plain HTTP as well.
-  Set("https://plant.test/", "second", "2");
+  // Planted for an address of HTTPS it must reach plain HTTP as well; and in the last moment,
+  // behind deletions that take a while.
+  client_->on_created = [this, url](CefRefPtr<CefBrowser>) {
+    for (int i = 0; i < 300; ++i) manager_->DeleteCookies(url, "none", nullptr);
+    Set("https://plant.test/", "second", "2");
+  };
   client_->on_title = [](CefRefPtr<CefBrowser> browser, const std::string&) {
     browser->GetHost()->CloseBrowser(true);
   };

@@ -146,29 +146,6 @@ TEST_F(ProfileTest, WhatDeadProcessesLeftIsRemoved) {
   close(lock);
 }
 
-TEST_F(ProfileTest, AForeignChromiumIsLeftAlone) {
-  VirtualDisplay display;
-  fs::create_directory(path_);
-  RawChromium foreign = ChromiumOn(path_);
-  foreign.Call("Browser.getVersion");
-  auto profile = Open(path_);
-  EXPECT_EQ(profile->dir().rfind(path_ + "-" + std::to_string(getpid()) + "-", 0), 0u);
-  EXPECT_TRUE(profile->is_private());
-  ChromiumOn(profile->dir()).Call("Browser.getVersion");
-  foreign.Call("Browser.getVersion");
-}
-
-TEST_F(ProfileTest, LocksOfTheDeadDoNotHinder) {
-  VirtualDisplay display;
-  fs::create_directory(path_);
-  fs::create_symlink("otherhost-123", path_ + "/SingletonLock");
-  fs::create_symlink("456", path_ + "/SingletonCookie");
-  fs::create_symlink("/tmp/nowhere/SingletonSocket", path_ + "/SingletonSocket");
-  auto profile = Open(path_);
-  EXPECT_FALSE(profile->is_private());
-  ChromiumOn(profile->dir()).Call("Browser.getVersion");
-}
-
 TEST_F(ProfileTest, LocksOfAChromiumThatWasKilledGoWithTheProfile) {
   VirtualDisplay display;
   auto profile = Open(path_);
@@ -221,6 +198,7 @@ TEST_F(ProfileTest, ThePreferencesRefusePermissions) {
   const std::string id = paused["params"]["requestId"].GetString();
   chromium.Call("Fetch.fulfillRequest", R"({"requestId":")" + id + R"(","responseCode":200})");
   chromium.WaitFor("Page.frameNavigated", "provider.test");
+  EXPECT_EQ(chromium.Evaluate(session, "String(navigator.webdriver)"), "false");
   for (const char* name : {"geolocation", "notifications", "camera", "microphone", "midi"}) {
     const std::string query = std::string("navigator.permissions.query({name:'") + name +
                               "'}).then(p => location.host + ' ' + p.state)";

@@ -2,6 +2,7 @@
 // it beside the data folder, writes HELPER_SAYS on standard error, and does what the request's
 // "url" says; "cookie" is the text to leave in the segment.
 
+#include <fcntl.h>
 #include <rapidjson/document.h>
 #include <signal.h>
 #include <sys/ipc.h>
@@ -63,6 +64,11 @@ void LeaveChild() {
 
 int main(int, char** argv) {
   Tell("request", argv[0]);
+  std::string descriptors;
+  for (int fd = 0; fd < 1024; ++fd) {
+    if (fcntl(fd, F_GETFD) != -1) descriptors += std::to_string(fd);
+  }
+  Tell("descriptors", descriptors);
   rapidjson::Document request;
   if (request.Parse(argv[0]).HasParseError()) return 255;
   const std::string behaviour = request["url"].GetString();

@@ -177,11 +177,20 @@ TEST_F(Starter, SignalsArePassedOnAndTheHelperIsReaped) {
 }
 
 TEST_F(Starter, StubbornHelperIsKilledWhenItsGraceIsOver) {
-  Settings settings = Step("stubborn");
-  settings.limits = {milliseconds(300), milliseconds(300)};
-  const Outcome outcome = RunStep(settings);
-  EXPECT_EQ(outcome.verdict, Verdict::kTimedOut);
-  EXPECT_EQ(outcome.end.killed_by, SIGKILL);
+  for (const bool stopped : {false, true}) {
+    std::filesystem::remove(home_.file("ready"));
+    StopSwitch stop;
+    Settings settings = Step("stubborn");
+    settings.limits = {stopped ? seconds(10) : milliseconds(300), milliseconds(300)};
+    settings.stop = &stop;
+    auto step = std::async(std::launch::async, [&] { return RunStep(settings); });
+    Told("ready");
+    if (stopped) stop.Stop(SIGINT);
+    const Outcome outcome = step.get();
+    EXPECT_EQ(outcome.verdict, stopped ? Verdict::kStopped : Verdict::kTimedOut);
+    EXPECT_EQ(outcome.end.killed_by, SIGKILL);
+    EXPECT_LT(outcome.end.duration, seconds(5));
+  }
 }
 
 TEST_F(Starter, HelperEndsWhenItsCallerIsKilled) {
@@ -221,8 +230,11 @@ TEST_F(Starter, StepsOfOneProcessRunAndStopEachByItself) {
   quick.request.cookie = kSignedIn;
   auto lingers = std::async(std::launch::async, [&] { return RunStep(lingering); });
   Told("ready");
+  const int stray = dup(STDOUT_FILENO);  // not close-on-exec
   const Outcome outcome = RunStep(quick);
+  close(stray);
   EXPECT_EQ(outcome.verdict, Verdict::kSignedIn);
+  EXPECT_EQ(ReadFile(other.file("descriptors")), "012");
   EXPECT_EQ(outcome.data.value_or(ReturnData()).post_auth_cookie, "KXSAMLEBSTATEID=1");
   stop->Stop(SIGHUP);
   EXPECT_EQ(lingers.get().verdict, Verdict::kStopped);

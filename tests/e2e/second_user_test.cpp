@@ -71,24 +71,4 @@ TEST_F(SecondUserTest, BothSignInAndLogInAnyOrder) {
   EXPECT_EQ(Report(*other).verdict, "signed in");
 }
 
-// As an earlier version made the control block: the user has no log, but keeps its lock.
-TEST_F(SecondUserTest, NobodyWaitsForOneWhoIsKeptOutOfTheLog) {
-  const int block = shm_open(block_.c_str(), O_RDWR | O_CREAT | O_EXCL, 0644);
-  ASSERT_GE(block, 0);
-  close(block);
-  const auto kept_out = SignIn(kUser, kNever);
-  ASSERT_TRUE(WaitForRequest("/saml-never/sso"));
-
-  const auto begin = std::chrono::steady_clock::now();
-  const auto stopped = SignIn(0, kNever);
-  const auto other = SignIn(0, kAutomatic);
-  EXPECT_THAT(other->Wait(kPatience).value_or(Subprocess::End()).out, HasSubstr("signed in"));
-  stopped->Signal(SIGTERM);
-  kept_out->Signal(SIGTERM);
-  for (const auto* run : {&stopped, &kept_out})
-    EXPECT_THAT((*run)->Wait(kPatience).value_or(Subprocess::End()).out, HasSubstr("stopped"));
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(25));
-  shm_unlink(block_.c_str());
-}
-
 }  // namespace

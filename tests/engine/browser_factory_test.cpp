@@ -81,12 +81,4 @@ TEST_F(BrowserFactoryTest, ASignalEndsTheSearch) {
   }
 }
 
-TEST_F(BrowserFactoryTest, WithoutAWindowTheOrderFailsAloud) {
-  ::testing::internal::CaptureStderr();
-  Run({Opener("a", kPromises), Opener("b", kFails)}, {"one"});
-  EXPECT_THAT(::testing::internal::GetCapturedStderr(), HasSubstr("b failed"));
-  EXPECT_THAT(opened_, IsEmpty());
-  EXPECT_FALSE(factory_.Take().has_value());
-}
-
 }  // namespace

@@ -64,17 +64,6 @@ TEST_F(BrowserTest, CloseBeforeTheFirstLoad) {
   EXPECT_THAT(server_.Requests(), IsEmpty());
 }
 
-TEST_F(BrowserTest, WindowClosedByTheUser) {
-  server_.Page("/page", "<title>closing time</title>");
-  client_->on_title = [](CefRefPtr<CefBrowser>, const std::string& title) {
-    ASSERT_EQ(title, "closing time");
-    ASSERT_NE(TestDisplay()->WaitForWindow("closing time"), "");
-    EXPECT_EQ(TestDisplay()->Run({"wmctrl", "-c", "closing time"}).status, 0);
-  };
-  Run(server_.Url("/page"));
-  EXPECT_THAT(Lives(), ElementsAre("created 1", "do-close 1", "before-close 1"));
-}
-
 // The sign-in page goes on in the window that it opens; the run must not end with the first one.
 TEST_F(BrowserTest, WindowsThatPagesOpenBecomeBrowsers) {
   server_.Page("/popup", "<title>second</title>");
@@ -107,27 +96,6 @@ TEST_F(BrowserTest, WindowsThatPagesOpenBecomeBrowsers) {
     EXPECT_LT(created - trace.begin(), loads - trace.begin()) << opener;
     EXPECT_THAT(trace, Contains("response 200 /popup")) << opener;
   }
-}
-
-TEST_F(BrowserTest, SeveralOrdersAreCarriedOut) {
-  server_.Page("/a", "<title>a</title>");
-  server_.Page("/b", "<title>b</title>");
-  int titles = 0;
-  client_->on_title = [&](CefRefPtr<CefBrowser> browser, const std::string&) {
-    static CefRefPtr<CefBrowser> other;
-    if (++titles == 1) {
-      other = browser;
-    } else {
-      browser->GetHost()->CloseBrowser(true);
-      other->GetHost()->CloseBrowser(true);
-      other = nullptr;
-    }
-  };
-  Open(server_.Url("/a"));
-  Run(server_.Url("/b"));
-  EXPECT_THAT(client_->trace(), Contains("title a"));
-  EXPECT_THAT(client_->trace(), Contains("title b"));
-  EXPECT_THAT(Lives(), SizeIs(6));
 }
 
 TEST_F(BrowserTest, ShortcutsOpenNoFurtherBrowser) {
@@ -166,27 +134,6 @@ TEST_F(BrowserTest, PageThatHasCrashedIsSetUpAgainWhenItIsLoadedAgain) {
   for (const auto& request : server_.RequestsFor("/page")) {
     EXPECT_EQ(request.headers.count("sec-ch-ua"), 0u) << "the user agent is kept";
   }
-}
-
-// A signal that arrives while the window is about to open must find it.
-TEST_F(BrowserTest, SignalBeforeTheWindowWaitsForIt) {
-  static CefRefPtr<RecordingClient> signalled;
-  static CefRefPtr<CefBrowser> open;
-  signalled = client_;
-  client_->on_created = [](CefRefPtr<CefBrowser> browser) { open = browser; };
-  const auto former = std::signal(SIGTERM, [](int) {
-    signalled->Record("signal");
-    if (open.get()) open->GetHost()->CloseBrowser(true);
-  });
-  Open(server_.Url("/page"));
-  std::raise(SIGTERM);
-  RunLoop();
-  std::signal(SIGTERM, former);
-  EXPECT_THAT(Lives(), ElementsAre("created 1", "do-close 1", "before-close 1"));
-  EXPECT_EQ(client_->trace().at(0), "created 1");
-  EXPECT_EQ(client_->trace().at(1), "signal");
-  open = nullptr;
-  signalled = nullptr;
 }
 
 TEST_F(BrowserTest, ConsoleAndTitlesOfAPage) {

@@ -222,22 +222,6 @@ TEST_F(CertificatesTest, APageThatWasGivenUpIsNotAskedAboutAgain) {
   EXPECT_THAT(client_->trace(), Contains("title end"));
 }
 
-TEST_F(CertificatesTest, WindowMayCloseBeforeTheAnswer) {
-  FaultyServer faulty(CertificateKind::kUnknownAuthority);
-  CefRefPtr<CefRequestCallback> kept;
-  client_->on_certificate_error = [&](CefRefPtr<CefBrowser> browser,
-                                      CefRefPtr<CefRequestCallback> callback) {
-    kept = callback;
-    browser->GetHost()->CloseBrowser(true);
-    return true;
-  };
-  Run(faulty.server->Url("/page", "early.test"));
-  kept->Continue(true);
-  kept = nullptr;
-  EXPECT_THAT(client_->trace(), Contains("before-close 1"));
-  EXPECT_THAT(faulty.server->Requests(), IsEmpty());
-}
-
 // On a file system that has no FIFOs there is no network log, and no certificate is known.
 class NoNetworkLogTest : public CertificatesTest {
  protected:

@@ -13,31 +13,6 @@ using ::testing::IsEmpty;
 
 namespace {
 
-TEST(ChromiumStartTest, WithoutADisplayTheStartFailsInTimeAndSaysWhy) {
-  const char* display = getenv("DISPLAY");
-  const std::string former = display ? display : "";
-  unsetenv("DISPLAY");
-  unsetenv("WAYLAND_DISPLAY");
-  const CefFunctionTable table = CefLinkedFunctions();
-  CefSetFunctionTable(&table);
-  TempDir folder;
-  CefSettings settings;
-  settings.no_sandbox = 1;
-  CefString(&settings.cache_path).FromString(folder.file("profile"));
-
-  ::testing::internal::CaptureStderr();
-  const auto begin = std::chrono::steady_clock::now();
-  EXPECT_FALSE(CefInitialize(CefMainArgs(0, nullptr), settings, nullptr, nullptr));
-  CefRunMessageLoop();
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(15));
-  EXPECT_THAT(::testing::internal::GetCapturedStderr(),
-              ::testing::HasSubstr("cef: Chromium could not be started"));
-  EXPECT_FALSE(CefBrowserHost::CreateBrowser(CefWindowInfo(), nullptr, "", CefBrowserSettings(),
-                                             nullptr, nullptr));
-  EXPECT_THAT(DescendantsRunning(folder.path()), IsEmpty());
-  if (display) setenv("DISPLAY", former.c_str(), 1);
-}
-
 // Last: no further test of this process would find a Chromium, not even the other one.
 class ChromiumKilledTest : public EngineTest, public ::testing::WithParamInterface<bool> {};
 INSTANTIATE_TEST_SUITE_P(Closing, ChromiumKilledTest, ::testing::Bool());

@@ -180,20 +180,6 @@ TEST_F(ChromiumProcessTest, NobodyIsAskedUnasked) {
   }
 }
 
-// A cookie set in the last moment is in the store of the next run.
-TEST_F(ChromiumProcessTest, AGentleEndKeepsCookies) {
-  for (int run = 0; run < 3; ++run) {
-    RawChromium chromium(NextRun());
-    const auto cookies = chromium.Call("Storage.getCookies");
-    EXPECT_EQ(cookies["cookies"].Size(), static_cast<unsigned>(run));
-    chromium.Call("Storage.setCookies", "{\"cookies\":[{\"name\":\"c" + std::to_string(run) +
-                                            "\",\"value\":\"v\",\"url\":\"http://a.test/\","
-                                            "\"expires\":4000000000}]}");
-    chromium.Call("Browser.close");
-    EXPECT_TRUE(chromium.process().WaitForExit(seconds(5)));
-  }
-}
-
 // Whoever kills us, and however: the guardian cleans up.
 TEST_F(ChromiumProcessTest, OurOwnDeathLeavesNothingBehind) {
   for (const bool stuck : {false, true}) {

@@ -48,37 +48,6 @@ TEST_F(LoadErrorTest, NameAndNumberAreReportedAndThePageCanBeReplaced) {
   }
 }
 
-TEST_F(LoadErrorTest, ServerThatIsGoneIsReportedAsRefused) {
-  std::string url;
-  {
-    LocalServer gone;
-    url = gone.Url("/z");
-  }
-  ShowErrorPage();
-  Run(url);
-  EXPECT_THAT(Errors(), ElementsAre("load-error -102 net::ERR_CONNECTION_REFUSED /z"));
-}
-
-TEST_F(LoadErrorTest, HttpErrorsAreNoLoadErrors) {
-  server_.Page("/start", "<script>location = '/empty'</script>");
-  server_.Serve("/empty", [](const LocalServer::Request&) {
-    return LocalServer::Answer{500, "", "", {}};
-  });
-  // The next page's request comes after everything about the former one.
-  client_->on_response = [this](CefRefPtr<CefBrowser> browser, const RecordingClient::Seen& seen) {
-    if (seen.status == 500) {
-      Post(
-          TID_UI, [this, browser] { browser->GetMainFrame()->LoadURL(server_.Url("/end")); }, 500);
-    } else if (seen.status == 404) {
-      browser->GetHost()->CloseBrowser(true);
-    }
-    return false;
-  };
-  Run(server_.Url("/start"));
-  EXPECT_THAT(client_->trace(), Contains("response 500 /empty"));
-  EXPECT_THAT(Errors(), Not(Contains(HasSubstr("/empty"))));
-}
-
 TEST_F(LoadErrorTest, FailedSubframeIsReportedForItselfAndCanBeReplaced) {
   server_.Page("/page", "<title>outer</title><iframe src='http://gone.test/inner'></iframe>");
   client_->on_load_error = [this](CefRefPtr<CefBrowser>, CefRefPtr<CefFrame> frame,

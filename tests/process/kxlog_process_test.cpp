@@ -210,28 +210,6 @@ TEST_F(LogUsersTest, ShareTheLogWhoeverComesFirst) {
   }
 }
 
-// Nothing is written below a home folder, on purpose; but nobody may keep the other waiting.
-TEST_F(LogUsersTest, HaveLogsOfTheirOwnWhereThereIsNoCommonOne) {
-  const TempDir homes[2];
-  const auto begin = std::chrono::steady_clock::now();
-  for (int round = 0; round < 2; ++round) {
-    std::vector<std::unique_ptr<Subprocess>> writers;
-    for (const uid_t user : {kSomebody, kSomebodyElse}) {
-      const std::string home = homes[user == kSomebody].path();
-      ASSERT_EQ(chown(home.c_str(), user, user), 0);
-      writers.push_back(Start(user, 100, "022", home));
-    }
-    for (const auto& writer : writers) EXPECT_EQ(StatusOf(writer), 1);
-  }
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, seconds(5));
-  for (const uid_t user : {kSomebody, kSomebodyElse}) {
-    const std::string block = "/Library_Users_debuglog.shm." + std::to_string(user);
-    EXPECT_EQ(shm_unlink((block + StagingSuffix(InstallPaths::kRoot)).c_str()), 0);
-    const std::string folder = homes[user == kSomebody].path() + kLogFolderUnderHome;
-    EXPECT_EQ(semctl(semget(ftok(folder.c_str(), 1), 0, 0), 0, IPC_RMID), 0);
-  }
-}
-
 // As an earlier version left it.
 TEST_F(LogUsersTest, KeptOutOfTheControlBlockGoOnWithoutALog) {
   MakeFolderAndFile();

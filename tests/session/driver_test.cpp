@@ -50,30 +50,6 @@ TEST_F(Driver, ActsOnItsFourSignalsOnly) {
   session->m_handler->m_BrowserList_.clear();
 }
 
-TEST_F(Driver, InstallsThreeSignalHandlers) {
-  ASSERT_TRUE(SetupSignalHandler());
-  for (int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
-    struct sigaction action;
-    sigaction(number, nullptr, &action);
-    EXPECT_EQ(action.sa_handler, number == SIGQUIT ? SIG_DFL : &handleSignal) << number;
-    signal(number, SIG_DFL);
-  }
-}
-
-TEST(RunPathsTest, LieBelowHomeOrInTmp) {
-  setenv("HOME", "/home/ada", 1);
-  RunPaths paths = RunPaths::FromEnvironment();
-  EXPECT_EQ(paths.channel, "/home/ada/Library/Application Support/Corvane Secure/");
-  EXPECT_EQ(paths.browser_data, "/home/ada/Library/Application Support/Corvane Secure/cef");
-  EXPECT_EQ(paths.browser_log,
-            "/home/ada/Library/Application Support/Corvane Secure/cef_browser.log");
-  unsetenv("HOME");
-  paths = RunPaths::FromEnvironment();
-  EXPECT_EQ(paths.channel, "/tmp");
-  EXPECT_EQ(paths.browser_data, "/tmp");
-  EXPECT_EQ(paths.browser_log, "/tmp");
-}
-
 // What a reader finds in the segment of a folder; removes the segment.
 std::string TakeSegment(const std::string& folder) {
   const int id = shmget(ftok(folder.c_str(), 'R'), 0, 0);

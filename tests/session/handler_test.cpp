@@ -67,14 +67,6 @@ class Handler : public SessionTest {
   CefRefPtr<EmbBrowserHandler> handler;
 };
 
-TEST_F(Handler, IsReachableWhileItLives) {
-  EXPECT_EQ(EmbBrowserHandler::GetInstance(), handler.get());
-  session->m_handler = nullptr;
-  handler = nullptr;
-  EXPECT_EQ(EmbBrowserHandler::GetInstance(), nullptr);
-  handler = new EmbBrowserHandler(false, session.get());
-}
-
 TEST_F(Handler, EndsTheLoopWithTheLastBrowser) {
   auto first = Open();
   auto second = Open();
@@ -236,19 +228,6 @@ TEST_F(Handler, PassesTheRest) {
   EXPECT_TRUE(
       handler->OnSelectClientCertificate(browser.get(), false, "host", 443, {}, select.get()));
   EXPECT_THAT(cef.Trace(), ElementsAre()) << "no certificate is chosen for the user";
-}
-
-TEST_F(Handler, TheSessionAddsItsSwitchesForEveryProcessType) {
-  for (const char* type : {"", "renderer"}) {
-    cef.ClearTrace();
-    session->OnBeforeCommandLineProcessing(type, cef.commandLine.get());
-    EXPECT_THAT(cef.Trace(),
-                ElementsAre("AppendSwitch(disable-gpu)", "AppendSwitch(disable-gpu-compositing)",
-                            "AppendSwitch(disable-extensions)",
-                            "AppendSwitch(autoplay-policy=user-gesture-required)",
-                            "AppendSwitch(ssl-client-certificate)"));
-  }
-  EXPECT_EQ(session->GetBrowserProcessHandler().get(), session.get());
 }
 
 }  // namespace

@@ -98,11 +98,6 @@ RawChromium::Message RawChromium::WaitFor(const std::string& method, const std::
   throw std::runtime_error("no " + method + " with " + part);
 }
 
-void RawChromium::WaitForEnd() {
-  while (ReadMore()) {
-  }
-}
-
 std::string RawChromium::OpenPage(const std::string& url) {
   const Message target =
       Call("Target.createTarget", "{\"newWindow\":true,\"url\":" + Quote(url) + "}");

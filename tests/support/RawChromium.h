@@ -32,9 +32,6 @@ class RawChromium {
   // The next event of that name whose text contains `part`; skips and forgets the events before it.
   Message WaitFor(const std::string& method, const std::string& part = "");
 
-  // Waits for the end of the event stream, throwing away what comes before it.
-  void WaitForEnd();
-
   // Opens a page, attaches to it and returns the session.
   std::string OpenPage(const std::string& url);
 

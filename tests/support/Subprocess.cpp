@@ -96,7 +96,12 @@ Subprocess::Subprocess(const Command& command) {
   fcntl(error_, F_SETFL, O_NONBLOCK);
   process_ = static_cast<int>(syscall(SYS_pidfd_open, pid_, 0));
   stop_ = eventfd(0, EFD_CLOEXEC);
+  // Signals of the process are for the thread that is tested.
+  sigset_t all, former_mask;
+  sigfillset(&all);
+  pthread_sigmask(SIG_SETMASK, &all, &former_mask);
   collector_ = std::thread([this] { Collect(); });
+  pthread_sigmask(SIG_SETMASK, &former_mask, nullptr);
 
   // Inputs of tests fit the pipe, so this does not wait for the program.
   const auto former = signal(SIGPIPE, SIG_IGN);

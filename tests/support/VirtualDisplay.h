@@ -3,11 +3,13 @@
 #ifndef TESTS_SUPPORT_VIRTUALDISPLAY_H_
 #define TESTS_SUPPORT_VIRTUALDISPLAY_H_
 
-#include <sys/types.h>
-
 #include <chrono>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
+
+#include "tests/support/Subprocess.h"
 
 // Starts Xvfb on a free display number and, if asked, a window manager; sets DISPLAY to it. The
 // destructor ends both and restores DISPLAY. Both also end when the test process dies. Not for use
@@ -46,15 +48,10 @@ class VirtualDisplay {
                             std::chrono::milliseconds limit = std::chrono::seconds(10)) const;
 
  private:
-  void StartServer();
-  void StartOpenbox();
-  void End();
-
-  pid_t server_ = -1;
-  pid_t window_manager_ = -1;
+  std::unique_ptr<Subprocess> server_;
+  std::unique_ptr<Subprocess> window_manager_;
   std::string name_;
-  std::string former_display_;
-  bool had_display_ = false;
+  std::optional<std::string> former_display_;
 };
 
 #endif  // TESTS_SUPPORT_VIRTUALDISPLAY_H_

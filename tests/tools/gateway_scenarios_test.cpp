@@ -23,40 +23,16 @@ TEST(GatewayScenarios, BadFilesAreRefusedWithPlaceAndReason) {
     const char* error;
   } cases[] = {
       {"{\n  \"step\": \"custom\"\n  \"cookie\"", "bad.json:3:3: Missing a comma"},
-      {"{} {}", "bad.json:1:4: The document root must not be followed"},
-      {"[]", "bad.json: /: must be of type object"},
       {"{}",
        "bad.json: /: \"description\", \"step\", \"cookie\", \"expect\", \"pages\" is missing"},
       {R"({"like": "bad"})", "bad.json: /like: \"bad\" leads back here"},
-      {R"({"like": "none"})", "bad.json: /like: there is no scenario \"none\""},
-      {R"({"like": "worse"})", "worse.json: /stepp: is not known here"},
       {R"({"like": "good", "auto": true, "auto": false})", "bad.json: /auto: stands here twice"},
-      {WithPage(R"({"title": "a", "form": {"to": "idp/next", "to": "idp/next"}})"),
-       "bad.json: /pages/gateway~1start/form/to: stands here twice"},
       {R"({"like": "good", "step": "saml"})",
        "bad.json: /step: must be one of: saml-login, custom, saml-logout"},
-      {R"({"like": "good", "timeout": "6"})", "bad.json: /timeout: must be of type integer"},
-      {R"({"like": "good", "timeout": 0})", "bad.json: /timeout: is too small"},
-      {R"({"like": "good", "certificates": {"idp": "good"}})",
-       "bad.json: /certificates/idp: must be one of: unknown-authority, "},
-      {R"({"like": "good", "hands": [{"window": "w", "close": true}, {"window": "w"}]})",
-       "bad.json: /hands/1: needs one of keys, type, close"},
       {R"({"like": "good", "hands": [{"window": "(", "close": true}]})",
        "bad.json: /hands/0/window: is not a regular expression: ("},
       {R"({"like": "good", "pages": {"mars/x": {"title": "t"}}})",
        "bad.json: /pages/mars~1x: is not HOST/path"},
-      {R"({"like": "good", "pages": {"idp/next": []}})",
-       "bad.json: /pages/idp~1next: has no answer"},
-      {WithPage(R"({"redirct": "idp/next"})"),
-       "bad.json: /pages/gateway~1start/redirct: is not known here"},
-      {WithPage(R"([{"title": "a"}, {"text": "b"}])"),
-       "bad.json: /pages/gateway~1start/1: needs one of redirect, body, title"},
-      {WithPage(R"({"title": "a", "redirect": "idp/next"})"),
-       "bad.json: /pages/gateway~1start: needs one of redirect, body, title"},
-      {WithPage(R"({"title": "a", "go": {"to": "idp/next"}, "post": {"to": "idp/next"}})"),
-       "bad.json: /pages/gateway~1start: takes one of form, post, go"},
-      {WithPage(R"({"redirect": "idp/next", "html": "a"})"),
-       "bad.json: /pages/gateway~1start: is a page and needs a title"},
       {WithPage(R"({"title": "a", "post": {"to": "idp/nowhere?a=b"}})"),
        "bad.json: /pages/gateway~1start/post/to: leads to idp/nowhere, a page that does not exist"},
       {WithPage(R"({"title": "a", "html": "{address idp/x?a={field a}}"})"),
@@ -65,7 +41,6 @@ TEST(GatewayScenarios, BadFilesAreRefusedWithPlaceAndReason) {
   for (const auto& entry : cases) {
     const TempDir folder;
     folder.write("good.json", kGood);
-    folder.write("worse.json", R"({"like": "good", "stepp": "custom"})");
     folder.write("bad.json", entry.text);
     try {
       ReadScenario(folder.path(), "bad");

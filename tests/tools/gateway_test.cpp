@@ -101,7 +101,7 @@ TEST(Gateway, ProgramServesBothSchemesAndNeverOutlivesItsStarter) {
   ASSERT_TRUE(end);
   EXPECT_EQ(end->exit_status, 0) << end->err;
 
-  Subprocess other(start({"--port", "0", "--scenario", "custom-never"}));
+  Subprocess other(start({"--port", "0", "--scenario", "custom-finished"}));
   EXPECT_TRUE(
       other.WaitForError("embedded-browser-start --type custom --url 'http://", seconds(20)));
   other.Signal(SIGTERM);

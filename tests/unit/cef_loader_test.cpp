@@ -55,19 +55,6 @@ class CefLoaderTest : public testing::Test {
   const TempDir folder_;
 };
 
-TEST_F(CefLoaderTest, SaysWhyALibraryCannotBeOpened) {
-  for (const std::string& file : {folder_.file("missing"), folder_.write("text", "no library\n")}) {
-    int result = 1;
-    const std::string said = Said([&] { result = cef_load_library(file.c_str()); });
-    EXPECT_EQ(result, 0);
-    const std::string beginning = "dlopen " + file + ": ";
-    EXPECT_EQ(said.compare(0, beginning.size(), beginning), 0) << said;
-    EXPECT_GT(said.find('\n'), beginning.size()) << said;
-    EXPECT_EQ(said.find('\n'), said.size() - 1) << said;
-  }
-  EXPECT_EQ(cef_unload_library(), 0);
-}
-
 TEST_F(CefLoaderTest, FillsTheWholeTableAndEmptiesIt) {
   ASSERT_EQ(cef_load_library(COMPLETE_FRAMEWORK), 1);
 #define CEF_FUNCTION(result, name, parameters) EXPECT_NE(CefFunctions().name, nullptr) << #name;
@@ -117,19 +104,6 @@ TEST_F(CefLoaderTest, RefusesToStartAFrameworkOfAnotherVersion) {
   setenv("FAKE_API_HASH", CEF_API_HASH_PLATFORM, 1);
   EXPECT_EQ(Said(start), "");
   EXPECT_TRUE(started);
-}
-
-TEST_F(CefLoaderTest, CallsThroughAnEmptyTableAreNeutral) {
-  EXPECT_FALSE(CefInitialize(CefMainArgs(), CefSettings(), nullptr, nullptr));
-  CefRunMessageLoop();
-  CefQuitMessageLoop();
-  EXPECT_FALSE(CefPostTask(TID_UI, base::Bind(&CefQuitMessageLoop)));
-  EXPECT_FALSE(CefPostDelayedTask(TID_UI, base::Bind(&CefQuitMessageLoop), 1));
-  EXPECT_FALSE(CefBrowserHost::CreateBrowser(CefWindowInfo(), nullptr, "", CefBrowserSettings(),
-                                             nullptr, nullptr));
-  EXPECT_EQ(CefCommandLine::GetGlobalCommandLine().get(), nullptr);
-  EXPECT_EQ(CefRequestContext::GetGlobalContext().get(), nullptr);
-  EXPECT_EQ(CefBrowserView::GetForBrowser(nullptr).get(), nullptr);
 }
 
 }  // namespace

@@ -53,30 +53,6 @@ TEST(CefStringTest, ReplacesWhatIsNoTextAndSaysSo) {
   EXPECT_EQ(CefString(Units({0xD800, 0xD800, 0xDC00})).ToString(), "\xEF\xBF\xBD\xF0\x90\x80\x80");
 }
 
-TEST(CefStringTest, OrdersByUnitsAndThenByLength) {
-  // Not by characters: U+FF5E is below U+10000, its unit above the surrogates.
-  const CefString ascending[] = {"", "B", "a", "aa", "b", "\xF0\x90\x80\x80", "\xEF\xBD\x9E"};
-  for (size_t i = 0; i < std::size(ascending); ++i) {
-    for (size_t j = 0; j < std::size(ascending); ++j) {
-      EXPECT_EQ(ascending[i] < ascending[j], i < j) << i << ' ' << j;
-      EXPECT_EQ(ascending[i] == ascending[j], i == j) << i << ' ' << j;
-    }
-  }
-}
-
-TEST(CefStringTest, CopiesAreIndependentUnlessAskedOtherwise) {
-  CefString original("text");
-  CefString copy(original);
-  original = L"other";
-  EXPECT_EQ(copy.ToString(), "text");
-  EXPECT_TRUE(CefString(static_cast<const char*>(nullptr)).empty());
-
-  base::string16 units = Units({'a', 'b'});
-  const CefString reference(units.data(), units.size(), false);
-  units[0] = 'x';
-  EXPECT_EQ(reference.ToString(), "xb");
-}
-
 TEST(CefStructTest, CopiesHaveTheirOwnTexts) {
   CefCookie cookie;
   CefString(&cookie.name) = L"old";

@@ -39,17 +39,6 @@ class AttachTest : public testing::Test {
   LogArea area_;
 };
 
-TEST_F(AttachTest, UserNameHasNoSpaces) {
-  char cut[5];
-  size_t length = sizeof(cut);
-  EXPECT_TRUE(GetUserName(cut, &length));
-  EXPECT_STREQ(cut, "jane") << "cut to the room there is";
-  ASSERT_EQ(KXLogInitialize(), 1);
-  EXPECT_STREQ(CurrentUserName, "jane_q_user");
-  g_home.clear();
-  EXPECT_FALSE(GetUserName(cut, &length));
-}
-
 TEST_F(AttachTest, ControlBlockOfThisAndOfOtherProcesses) {
   ASSERT_EQ(KXLogInitialize(), 1);
   const uint8_t head[] = {0x30, 0x0c, 0, 0, 0x91, 0x6a, 0x10, 0xd5, 5, 0, 0, 0, 0, 0, 0,    0,
@@ -122,21 +111,6 @@ TEST_F(AttachTest, ResetsOnManyThreads) {
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(KXLogInitialize(), 1);
   EXPECT_EQ(semctl(semid, 0, GETVAL), 1);
-}
-
-// Kept on purpose: the record of a thread that a signal wakes from its wait is lost.
-TEST_F(AttachTest, InterruptedWaitForTheLockFails) {
-  ASSERT_EQ(KXLogInitialize(), 1);
-  struct sigaction action = {};
-  action.sa_handler = [](int) {};
-  sigaction(SIGALRM, &action, nullptr);
-  const itimerval soon = {{0, 20000}, {0, 20000}};
-  const itimerval off = {};
-  ASSERT_TRUE(LogLock());
-  setitimer(ITIMER_REAL, &soon, nullptr);
-  EXPECT_FALSE(LogLock());
-  setitimer(ITIMER_REAL, &off, nullptr);
-  EXPECT_EQ(LogUnlock(), 0);
 }
 
 TEST_F(AttachTest, SharedMemoryNames) {

@@ -1,10 +1,8 @@
 #import <AppKit/AppKit.h>
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <functional>
 
-#import "GUI/cefBrowser/MacCefBrowserAppDelegate.h"
 #import "GUI/cefBrowser/MacCefBrowserApplication.h"
 #import "platform/AppKitSeam.h"
 #import "platform/CatchThrown.h"
@@ -22,19 +20,6 @@ std::function<void()> g_on_event;
 - (void)sendEvent:(NSEvent*)event {
   (void)event;
   g_on_event();
-}
-@end
-
-// Stands where the product's delegate is.
-@interface QuitRecorder : NSObject <NSApplicationDelegate> {
- @public
-  id sender;
-}
-@end
-
-@implementation QuitRecorder
-- (void)tryToTerminateApplication:(id)from {
-  sender = from;
 }
 @end
 
@@ -97,17 +82,6 @@ NSMenuItem* ItemWithAction(NSMenu* menu, SEL action) {
   return nil;
 }
 
-TEST_F(ApplicationTest, LeadsTheMenusQuitItemToTheDelegate) {
-  EXPECT_TRUE([[NSBundle mainBundle] loadNibNamed:@"MainMenu" owner:NSApp topLevelObjects:nullptr]);
-  QuitRecorder* recorder = [[[QuitRecorder alloc] init] autorelease];
-  [NSApp setDelegate:recorder];
-  NSMenuItem* quit = ItemWithAction([NSApp mainMenu], @selector(terminate:));
-  ASSERT_NE(quit, nil);
-  [[quit menu] performActionForItemAtIndex:[[quit menu] indexOfItem:quit]];
-  EXPECT_NE(recorder->sender, nil);
-  [NSApp setDelegate:nil];
-}
-
 // Pages take these keys through the menu: without the items nobody can paste a password.
 TEST_F(ApplicationTest, OffersEditingByKeyToWhateverHasTheFocus) {
   ASSERT_TRUE([[NSBundle mainBundle] loadNibNamed:@"MainMenu" owner:NSApp topLevelObjects:nullptr]);
@@ -125,23 +99,6 @@ TEST_F(ApplicationTest, OffersEditingByKeyToWhateverHasTheFocus) {
     EXPECT_TRUE([[item keyEquivalent] isEqual:key]) << sel_getName(action);
     EXPECT_EQ([item target], nil) << sel_getName(action);
   }
-}
-
-TEST(AppKitProcess, KeepsItsNameAndItsHandlers) {
-  const auto handler = [](int) {};
-  signal(SIGTERM, handler);
-  signal(SIGINT, handler);
-  StartTestApplication();
-  NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  EXPECT_STREQ([[[NSProcessInfo processInfo] processName] UTF8String], "EmbeddedBrowser");
-  EXPECT_EQ([[[NSProcessInfo processInfo] arguments] count], 1u);
-  EXPECT_EQ(NSGetUncaughtExceptionHandler(), nullptr);
-  for (int number : {SIGTERM, SIGINT}) {
-    struct sigaction action;
-    sigaction(number, nullptr, &action);
-    EXPECT_EQ(action.sa_handler, static_cast<void (*)(int)>(handler)) << number;
-  }
-  [pool drain];
 }
 
 }  // namespace

@@ -67,22 +67,13 @@ TEST_F(AppDelegate, AsksTheBrowsersToCloseOnlyOnce) {
   handler->m_BrowserList_.push_back(cef.MakeBrowser(handler));
   [NSApp terminate:nil];
   EXPECT_THAT(
-      cef.Trace({"CloseBrowser", "CefQuitMessageLoop"}),
+      cef.Trace({"CloseBrowser", "QuitMessageLoop"}),
       testing::ElementsAre("CloseBrowser(id=1, force=false)", "CloseBrowser(id=2, force=false)"));
   cef.ClearTrace();
   handler->m_IsClosing_ = true;
   [NSApp terminate:nil];
-  EXPECT_TRUE(cef.Trace({"CloseBrowser", "CefQuitMessageLoop"}).empty());
+  EXPECT_TRUE(cef.Trace({"CloseBrowser", "QuitMessageLoop"}).empty());
   handler->m_BrowserList_.clear();
-}
-
-TEST_F(AppDelegate, GoesOnWithoutADisplay) {
-  if (NSApp != nil) GTEST_SKIP() << "an earlier test of this process has found a display";
-  setenv("DISPLAY", ":no-such-display", 1);
-  EXPECT_EQ(MacCreateAppDelegate(), 0);
-  EXPECT_FALSE(HaveDisplay());
-  TurnLoop();
-  EXPECT_FALSE(DisplayCertWarning(L"heading", L"details"));
 }
 
 }  // namespace

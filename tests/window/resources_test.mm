@@ -107,26 +107,6 @@ TEST_F(ResourcesTest, TakesMnemonicMarkersOut) {
   }
 }
 
-TEST_F(ResourcesTest, ReadsColours) {
-  const struct {
-    NSString* text;
-    const char* parts;
-  } cases[] = {
-      {@"0xff8000", "255 128 0 1"},
-      {@"12FF8000", "255 128 0 1"},
-      {@"00FF00 and more", "0 255 0 1"},
-      {@"#FF8000", "0 0 0 1"},
-      {nil, "0 0 0 1"},
-  };
-  for (const auto& c : cases) {
-    CGFloat red, green, blue, alpha;
-    [[NSColor colorFromRGBString:c.text] getRed:&red green:&green blue:&blue alpha:&alpha];
-    NSString* parts =
-        [NSString stringWithFormat:@"%g %g %g %g", red * 255, green * 255, blue * 255, alpha];
-    EXPECT_EQ(Utf8(parts), c.parts) << Utf8(c.text);
-  }
-}
-
 TEST_F(ResourcesTest, ReportsThrownObjects) {
   const std::string other = "1 'OrbUI' generic exception occurred in UI";
   const std::string known = "1 'OrbUI' Nsexception occured in UI";
@@ -150,14 +130,6 @@ TEST_F(ResourcesTest, ReportsThrownObjects) {
   // One that was raised has its call stack besides.
   showNsObject(CatchThrown([] { [NSException raise:@"Raised" format:@"why"]; }));
   EXPECT_EQ(log.Take().size(), 4u);
-}
-
-TEST_F(ResourcesTest, KeepsLevelsWithinTheirRange) {
-  LogTrace log;
-  for (int level : {0, 5, 6, -1}) logUIdata(@"text", level);
-  logUIdata(nil, 1);
-  EXPECT_EQ(log.Take(), (std::vector<std::string>{"0 'OrbUI' text", "5 'OrbUI' text",
-                                                  "5 'OrbUI' text", "5 'OrbUI' text"}));
 }
 
 TEST_F(ResourcesTest, BrackenSetsUpTheProcess) {

@@ -3,8 +3,6 @@
 #include <signal.h>
 #include <unistd.h>
 
-#include <stdexcept>
-
 #include "libs/kxaccess/InstallPaths.h"
 #include "tests/e2e/E2eTest.h"
 
@@ -194,19 +192,6 @@ TEST_F(E2eTest, DataFolderCannotBeMade) {
   const DirectReport report = RunDirectly(command);
   EXPECT_EQ(report.exit_status, 0) << report.err;
   EXPECT_THAT(report.log, HasSubstr("Failed to attach shared memory"));
-}
-
-TEST_F(E2eTest, DeveloperPortTaken) {
-  GatewayBox::Options options;
-  options.port = 8088;
-  std::unique_ptr<GatewayBox> other;
-  try {
-    other = std::make_unique<GatewayBox>(options);
-  } catch (const std::runtime_error&) {
-    // Another test's run has it already.
-  }
-  const StarterReport report = Run({"saml-login", kSignIn, "KXSAMLEMBID=launch", false, {}});
-  EXPECT_EQ(report.verdict, "signed in") << report.log;
 }
 
 // What happens in the middle, while the page is shown or the user is asked about a certificate.

@@ -1,8 +1,6 @@
 // A machine with two users, root and an ordinary one. Takes the log's control block away, which all
 // runs share, so it runs alone.
 
-#include <fcntl.h>
-#include <signal.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -14,8 +12,6 @@
 #include "tests/e2e/E2eTest.h"
 
 namespace {
-
-using testing::HasSubstr;
 
 constexpr char kAutomatic[] = "/saml-redirect/start?auto=1";
 constexpr char kNever[] = "/saml-never/start";

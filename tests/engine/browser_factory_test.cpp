@@ -13,8 +13,6 @@
 using engine::BrowserFactory;
 using engine::MessageLoop;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 namespace {
 

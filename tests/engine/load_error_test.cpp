@@ -4,8 +4,6 @@
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::Not;
 
 namespace {
 
@@ -64,23 +62,6 @@ TEST_F(LoadErrorTest, FailedSubframeIsReportedForItselfAndCanBeReplaced) {
   };
   Run(server_.Url("/page"));
   EXPECT_EQ(Errors().at(0), "load-error -105 net::ERR_NAME_NOT_RESOLVED /inner in subframe");
-}
-
-TEST_F(LoadErrorTest, AnswersWithoutDocumentAreAborted) {
-  for (const char* path : {"/nothing", "/download"}) {
-    client_ = new RecordingClient;
-    server_.Serve("/nothing", [](const LocalServer::Request&) {
-      return LocalServer::Answer{204, "", "", {}};
-    });
-    server_.Serve("/download", [](const LocalServer::Request&) {
-      return LocalServer::Answer{
-          200, "x", "application/zip", {{"Content-Disposition", "attachment; filename=f.zip"}}};
-    });
-    client_->on_load_error = [](CefRefPtr<CefBrowser> browser, CefRefPtr<CefFrame>,
-                                const std::string&) { browser->GetHost()->CloseBrowser(true); };
-    Run(server_.Url(path));
-    EXPECT_THAT(Errors(), ElementsAre("load-error -3 net::ERR_ABORTED " + std::string(path)));
-  }
 }
 
 }  // namespace

@@ -5,11 +5,7 @@
 #include <cstring>
 
 #include "GUI/cefBrowser/CefBrowserClient.h"
-#include "GUI/cefBrowser/CefCustomSignInLogin.h"
-#include "GUI/cefBrowser/CefSAMLLogin.h"
-#include "GUI/cefBrowser/CefSAMLLogout.h"
 #include "GUI/cefBrowser/ReturnChannel.h"
-#include "libs/kxaccess/RunPaths.h"
 #include "tests/session/SessionTest.h"
 #include "tests/support/TempDir.h"
 
@@ -19,18 +15,6 @@ class Driver : public SessionTest {
  protected:
   ~Driver() override { CefBrowserClient::m_pBrowserCtrl.reset(); }
 };
-
-TEST_F(Driver, MakesTheSessionThatIsAskedFor) {
-  auto session = [](int type) {
-    CefBrowserClient::m_pBrowserCtrl.reset();
-    EXPECT_NE(CefBrowserClient::getInstance(static_cast<WebBrowserType>(type)), nullptr);
-    return CefBrowserClient::m_pBrowserCtrl.get();
-  };
-  EXPECT_NE(dynamic_cast<CefSAMLLogin*>(session(1)), nullptr);
-  EXPECT_NE(dynamic_cast<CefCustomSignInLogin*>(session(2)), nullptr);
-  EXPECT_NE(dynamic_cast<CefSAMLLogout*>(session(3)), nullptr);
-  for (int unknown : {0, 4, -1}) EXPECT_EQ(session(unknown), nullptr) << unknown;
-}
 
 TEST_F(Driver, ActsOnItsFourSignalsOnly) {
   CefBrowserClient::getInstance(SAML_LOGIN);

@@ -1,5 +1,4 @@
 #include <functional>
-#include <thread>
 
 #include "GUI/cefBrowser/CefBrowserHandler.h"
 #include "GUI/newUI/CommonWebBrowser.h"
@@ -8,7 +7,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::StartsWith;
 
 // A step that ends at a chosen address or cookie, and keeps what it was asked.
 class Scripted : public CefEmbBrowserLogin {

@@ -80,20 +80,6 @@ TEST(Arguments, WalkStopsAtWhatIsBroken) {
   EXPECT_FALSE(cut.toString(0, out, Arguments::kDecimal));
 }
 
-TEST(Arguments, LongTextsKeepSixteenBitsOfLength) {
-  Arguments arguments;
-  arguments << (L"a" + std::wstring(16384, L'x')).c_str() << 7u;
-  std::wstring out;
-  EXPECT_TRUE(arguments.toString(0, out, Arguments::kDecimal));
-  EXPECT_EQ(out, L"a");
-  EXPECT_TRUE(arguments.toString(1, out, Arguments::kDecimal));
-  EXPECT_EQ(out, L"7");
-}
-
-TEST(ArgumentsDeathTest, NullTextIsFatal) {
-  EXPECT_DEATH(Arguments() << static_cast<const wchar_t*>(nullptr), "");
-}
-
 TEST(Arguments, FillsPlaceholders) {
   Arguments arguments;
   arguments << 5u << L"disk" << L"<{0:h}>" << L"" << L"0";

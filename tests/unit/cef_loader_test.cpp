@@ -1,28 +1,18 @@
-// The function table: loading it from a library, and calling through it when it is empty. This
-// program has an install prefix of its own, so that the loader's fixed path is a file of the test.
+// The function table, filled from a library.
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <filesystem>
 #include <functional>
 #include <string>
 
 #include "cef/wrapper/function_table.h"
-#include "include/base/cef_bind.h"
 #include "include/cef_api_hash.h"
-#include "include/wrapper/cef_closure_task.h"
+#include "include/cef_app.h"
+#include "include/cef_task.h"
 #include "include/wrapper/cef_library_loader.h"
-#include "libs/kxaccess/InstallPaths.h"
-#include "tests/support/TempDir.h"
 
 namespace {
-
-namespace fs = std::filesystem;
-
-const char kAlreadyOpen[] = "g_libcef_handle not null in cef_load_library\n";
-const char kIncomplete[] = "libcef_init_pointers failed \n";
-const char kFailed[] = "Failed to load the CEF framework.\n";
 
 // What `action` writes to standard error.
 std::string Said(const std::function<void()>& action) {
@@ -41,18 +31,7 @@ bool TableIsEmpty() {
 
 class CefLoaderTest : public testing::Test {
  protected:
-  CefLoaderTest() { fs::remove_all(InstallPaths::kFrameworkFolder); }
-  ~CefLoaderTest() override {
-    cef_unload_library();
-    fs::remove_all(InstallPaths::kFrameworkFolder);
-  }
-
-  static void Install(const char* library) {
-    fs::create_directories(InstallPaths::kFrameworkFolder);
-    fs::copy_file(library, InstallPaths::kFrameworkLibrary);
-  }
-
-  const TempDir folder_;
+  ~CefLoaderTest() override { cef_unload_library(); }
 };
 
 TEST_F(CefLoaderTest, FillsTheWholeTableAndEmptiesIt) {
@@ -64,32 +43,6 @@ TEST_F(CefLoaderTest, FillsTheWholeTableAndEmptiesIt) {
   EXPECT_EQ(cef_unload_library(), 1);
   EXPECT_TRUE(TableIsEmpty());
   EXPECT_FALSE(CefCurrentlyOn(TID_UI));
-}
-
-TEST_F(CefLoaderTest, LoadInMainReportsAFailureAndMayBeRepeated) {
-  {
-    CefScopedLibraryLoader loader;
-    bool loaded = true;
-    const auto load = [&] { loaded = loader.LoadInMain(); };
-    const std::string missing = Said(load);
-    EXPECT_FALSE(loaded);
-    EXPECT_EQ(missing.substr(missing.find('\n') + 1), kFailed);
-
-    // One function is missing: nothing of that library is kept.
-    Install(INCOMPLETE_FRAMEWORK);
-    EXPECT_EQ(Said(load), std::string(kIncomplete) + kFailed);
-    EXPECT_FALSE(loaded);
-    EXPECT_TRUE(TableIsEmpty());
-
-    fs::remove(InstallPaths::kFrameworkLibrary);
-    Install(COMPLETE_FRAMEWORK);
-    EXPECT_EQ(Said(load), "");
-    EXPECT_TRUE(loaded);
-    EXPECT_EQ(Said(load), "");
-    CefScopedLibraryLoader another;
-    EXPECT_EQ(Said([&] { EXPECT_TRUE(another.LoadInMain()); }), kAlreadyOpen);
-  }
-  EXPECT_TRUE(TableIsEmpty());
 }
 
 TEST_F(CefLoaderTest, RefusesToStartAFrameworkOfAnotherVersion) {

@@ -3,8 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <pwd.h>
-#include <signal.h>
-#include <sys/time.h>
 #include <unistd.h>
 
 #include <cstring>

@@ -6,7 +6,6 @@
 
 #include <cstring>
 #include <regex>
-#include <thread>
 
 #include "tests/support/LogArea.h"
 

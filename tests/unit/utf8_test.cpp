@@ -84,18 +84,6 @@ TEST(Utf8, ConvertsTexts) {
   EXPECT_EQ(Utf8ToWide(std::string("a\0b", 3)), L"a");
 }
 
-TEST(Utf8, ConvertedStringsKeepTheirRoom) {
-  _dcfUtfString<char, 1, 4, 6> narrow(L"ab");
-  EXPECT_STREQ(narrow.data(), "ab");
-  EXPECT_EQ(narrow.capacity(), 13u);
-  narrow.SetString(Wide({0x7FFFFFFF, 0x7FFFFFFF, 0x7FFFFFFF}).c_str());
-  EXPECT_EQ(narrow.size(), 19u);
-  narrow.SetString(nullptr);
-  EXPECT_STREQ(narrow.data(), "");
-  EXPECT_EQ(narrow.capacity(), 26u);
-  EXPECT_EQ((_dcfUtfString<wchar_t, 4, 1, 1>(nullptr).size()), 1u);
-}
-
 TEST(W2Astring, DependsOnTheLocale) {
   EXPECT_EQ(W2Astring(L"caf\u00E9"), "");
   EXPECT_EQ(W2Astring(nullptr), "");

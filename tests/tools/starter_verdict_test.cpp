@@ -46,6 +46,7 @@ TEST(StarterVerdict, Table) {
       {"refused", saml, exited, Document("", "a=b"), Verdict::kRefused},
       {"closed", saml, exited, Document(""), Verdict::kClosedByUser},
       {"limit", saml, late, Document("", "a=b"), Verdict::kTimedOut},
+      {"limit, then stopped", saml, Ended(0, 0, true, 2), Document(""), Verdict::kTimedOut},
       {"limit, killed", saml, Ended(0, 9, true), "", Verdict::kTimedOut},
       {"stopped", custom, Ended(0, 0, false, 2), Document(""), Verdict::kStopped},
       {"stopped in the first moment", saml, Ended(0, 2, false, 2), "", Verdict::kStopped},

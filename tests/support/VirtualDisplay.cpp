@@ -32,8 +32,8 @@ void End(std::unique_ptr<Subprocess>& program) {
 
 VirtualDisplay::VirtualDisplay(WindowManager manager) {
   if (const char* display = getenv("DISPLAY")) former_display_ = display;
-  server_ = Start({"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp",
-                   "-noreset"});
+  server_ = Start(
+      {"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"});
   if (!server_->WaitForOutput("\n", kStartLimit)) throw std::runtime_error("Xvfb did not start");
   name_ = ":" + server_->out().substr(0, server_->out().find('\n'));
   setenv("DISPLAY", name_.c_str(), 1);

@@ -230,6 +230,7 @@ TEST_F(Starter, StepsOfOneProcessRunAndStopEachByItself) {
   quick.request.cookie = kSignedIn;
   auto lingers = std::async(std::launch::async, [&] { return RunStep(lingering); });
   Told("ready");
+  EXPECT_TRUE(freopen("/dev/zero", "r", stdin));
   const int stray = dup(STDOUT_FILENO);  // not close-on-exec
   signal(SIGPIPE, SIG_IGN);
   const Outcome outcome = RunStep(quick);

@@ -2,8 +2,16 @@
 
 #include "tools/gateway/Certificates.h"
 
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+
 #include <atomic>
+#include <cerrno>
 #include <chrono>
+#include <cstddef>
+#include <iterator>
 #include <thread>
 
 #include "tests/engine/EngineTest.h"
@@ -11,6 +19,7 @@
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::SizeIs;
 
@@ -211,6 +220,40 @@ TEST_F(CertificatesTest, APageThatWasGivenUpIsNotAskedAboutAgain) {
   Run(server_.Url("/start"));
   EXPECT_THAT(Questions(), ElementsAre("certificate -202 bits 4 /page"));
   EXPECT_THAT(client_->trace(), Contains("title end"));
+}
+
+// On a file system that has no FIFOs there is no network log, and no certificate is known.
+class NoNetworkLogTest : public CertificatesTest {
+ protected:
+  void SetUp() override {
+    // The only way of this test program into the kernel's mkfifo is taken away.
+    sock_filter filter[] = {
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, __NR_mknodat, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EPERM),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    };
+    const sock_fprog program = {std::size(filter), filter};
+    ASSERT_EQ(prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0), 0);
+    ASSERT_EQ(prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program), 0);
+    CertificatesTest::SetUp();
+  }
+};
+
+TEST_F(NoNetworkLogTest, ConsentHoldsForTheHostAndTheError) {
+  FaultyServer faulty(CertificateKind::kUnknownAuthority);
+  faulty.server->Page("/first",
+                      "<script>fetch('/sub').then(() => { location = '/second'; })</script>");
+  faulty.server->Page("/second", "<title>end</title>");
+  CloseOnEnd();
+  client_->on_certificate_error = [](CefRefPtr<CefBrowser>,
+                                     CefRefPtr<CefRequestCallback> callback) {
+    callback->Continue(true);
+    return true;
+  };
+  Run(faulty.server->Url("/first", "bad.test"));
+  EXPECT_THAT(Questions(), ElementsAre("certificate -202 bits 4 /first"));
+  EXPECT_THAT(client_->trace(), Contains("response 200 /second"));
 }
 
 }  // namespace

@@ -66,6 +66,26 @@ class Run : public SessionTest {
   const std::string data_ = home_.path() + InstallPaths::kDataFolderUnderHome;
 };
 
+TEST_F(Run, FillsTheSettings) {
+  Step({SAML_LOGIN, "https://vpn.example/", "", ""},
+       {{"https://vpn.example/", "KXSAMLEBSTATEID=s"}});
+  auto text = [](const cef_string_t& field) { return CefString(&field).ToString(); };
+  const CefSettings& given = cef.settings;
+  EXPECT_EQ(given.size, sizeof(cef_settings_t));
+  EXPECT_EQ(text(given.cache_path), data_ + "cef");
+  EXPECT_EQ(text(given.root_cache_path), data_ + "cef");
+  EXPECT_EQ(text(given.user_data_path), data_ + "cef");
+  EXPECT_EQ(text(given.log_file), data_ + "cef_browser.log");
+  EXPECT_EQ(text(given.framework_dir_path), InstallPaths::kFrameworkFolder);
+  EXPECT_EQ(text(given.user_agent),
+            "Mozilla/5.0 (X11; Linux x86_64) Firefox/60 AppleWebKit/537.36 (KHTML, like Gecko) "
+            "Chrome/80.0.3987.149 Safari/537.36 CorvaneWebClient");
+  EXPECT_EQ(given.no_sandbox, 1);
+  EXPECT_EQ(given.remote_debugging_port, 8088);
+  EXPECT_EQ(given.uncaught_exception_stack_size, 20);
+  EXPECT_EQ(given.log_severity, LOGSEVERITY_VERBOSE);
+}
+
 // The records of each kind of step, letter for letter, and what it hands back. An error page
 // between two foreign pages is neither the identity provider nor its logout address.
 TEST_F(Run, IsLoggedAsItHasAlwaysBeen) {

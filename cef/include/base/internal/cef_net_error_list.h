@@ -1,7 +1,7 @@
 // Chromium's network errors as NET_ERROR(label, value) lines: what loading can end with, in today's
-// Chromium or in generation 80. (The ranges for certificate import and blobs are left out.) Included
-// with NET_ERROR defined, more than once, so there is no guard. The numbers never change; new ones
-// are only added.
+// Chromium or in generation 80. (The ranges for certificate import and blobs are left out.)
+// Included with NET_ERROR defined, more than once, so there is no guard. The numbers never change;
+// new ones are only added.
 
 // System and request.
 NET_ERROR(IO_PENDING, -1)

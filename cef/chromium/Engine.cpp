@@ -66,7 +66,7 @@ void Engine::Wire() {
 
 bool Engine::OpenByTarget() {
   connection_.Send("", "Target.createTarget",
-                   JsonObject().Add("url", "about:blank").Add("newWindow", true),
+                   JsonObject().Add("url", AppWindowUrl(kBlankTitle)).Add("newWindow", true),
                    [this](const JsonValue* result, const std::string& error) {
                      if (result) return;
                      MessageLoop::Get().PostTask([this, error] { factory_.Note(error); });

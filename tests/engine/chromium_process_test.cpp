@@ -153,7 +153,8 @@ TEST_F(ChromiumProcessTest, EveryWayToEndLeavesNothingBehind) {
     EXPECT_TRUE(!way.by_itself || chromium.process().WaitForExit(seconds(5)));
     const auto begin = Clock::now();
     chromium.Destroy();
-    EXPECT_LT(Clock::now() - begin, seconds(1));
+    // It would wait three seconds for one that it asks.
+    EXPECT_LT(Clock::now() - begin, std::chrono::milliseconds(2500));
     EXPECT_TRUE(watch.WaitForAll(seconds(2)));
     EXPECT_FALSE(fs::exists(options_.run_folder));
   }

@@ -73,7 +73,7 @@ LogFull() {
   touch "$LOG/debuglog.log"
   (umask 0; truncate -s 30M "$FAKE/full")
   mount --bind "$FAKE/full" "$LOG/debuglog.log"
-  mount -o remount,ro "$LOG"
+  mount -o remount,ro,bind "$LOG"
 }
 LogLockHeld() { mkdir -p "$LOG"; python 'c.semget(c.ftok(a[1].encode(), 1), 1, 0o1666)' "$LOG"; }
 LogControlBlockOdd() { hide /dev/shm -o size=100M; seq 9999 >"/dev/shm/$BLOCK"; }

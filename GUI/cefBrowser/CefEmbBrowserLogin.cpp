@@ -2,16 +2,11 @@
 
 #include <sstream>
 
-#include "GUI/cefBrowser/CefBrowserHandler.h"
 #include "GUI/cefBrowser/CefBrowserHelper.h"
 #include "GUI/newUI/CommonWebBrowser.h"
 #include "GUI/newUI/ModuleNames.h"
-#include "include/cef_browser.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 #include "platform/TerminationSignals.h"
-
-CefEmbBrowserLogin::CefEmbBrowserLogin() = default;
-CefEmbBrowserLogin::~CefEmbBrowserLogin() = default;
 
 void CefEmbBrowserLogin::OnBeforeCommandLineProcessing(const CefString&,
                                                        CefRefPtr<CefCommandLine> command_line) {
@@ -45,10 +40,6 @@ bool CefEmbBrowserLogin::ProcessCookieResponse(const std::string&, const std::st
 
 bool CefEmbBrowserLogin::CheckIfCompleted(const std::wstring&) { return false; }
 
-void CefEmbBrowserLogin::closeBrowserOnTimeout() {
-  if (m_handler.get()) m_handler->CloseAllBrowsers(true);
-}
-
 bool CefEmbBrowserLogin::setCookie(std::string name, std::string value) {
   CefCookie cookie;
   CefString(&cookie.name).FromString(name);
@@ -58,13 +49,6 @@ bool CefEmbBrowserLogin::setCookie(std::string name, std::string value) {
   KXLOG(4, kCefModule, "manager->SetCookie (name:%s url:%s) ret = %d", name.c_str(), m_url.c_str(),
         taken ? 1 : 0);
   return taken;
-}
-
-void CefEmbBrowserLogin::PrepareBrowser() {
-  m_commandLine = CefCommandLine::GetGlobalCommandLine();
-  m_handler = new EmbBrowserHandler(false, this);
-  m_requestContext = CreateSharedRequestContext();
-  m_cookieManager = m_requestContext->GetCookieManager(nullptr);
 }
 
 bool CefEmbBrowserLogin::PlantLaunchCookie(const char* key) {
@@ -84,11 +68,4 @@ bool CefEmbBrowserLogin::PlantLaunchCookie(const char* key) {
 
 void CefEmbBrowserLogin::LogCookies(const std::string& url, bool include_http_only) {
   m_cookieManager->VisitUrlCookies(url, include_http_only, new Visitor);
-}
-
-void CefEmbBrowserLogin::OpenBrowser() {
-  CefBrowserSettings settings;
-  settings.webgl = STATE_DISABLED;
-  CefWindowInfo window_info;
-  CefBrowserHost::CreateBrowser(window_info, m_handler.get(), m_url, settings, nullptr, nullptr);
 }

@@ -1,6 +1,5 @@
 #import "GUI/cefBrowser/MacCefBrowserApplication.h"
 
-#import "GUI/cefBrowser/MacCefBrowserAppDelegate.h"
 #import "platform/AppKitSeam.h"
 
 @implementation MacCefBrowserApplication
@@ -21,7 +20,7 @@
 
 // The process ends by closing its browsers, never from within AppKit.
 - (void)terminate:(id)sender {
-  [(MacCefBrowserAppDelegate*)[NSApp delegate] tryToTerminateApplication:sender];
+  [NSApp sendAction:@selector(tryToTerminateApplication:) to:[NSApp delegate] from:sender];
 }
 
 - (NSModalSession)beginModalSessionForWindow:(NSWindow*)window {

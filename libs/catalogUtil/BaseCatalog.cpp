@@ -2,7 +2,6 @@
 
 #include <cwctype>
 
-#include "libs/catalogUtil/CatalogParser.h"
 #include "libs/kxaccess/utf8.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 

@@ -6,18 +6,15 @@
 
 #include <string>
 
+#include "libs/catalogUtil/CatalogParser.h"
+
 namespace orb::CatalogUtil {
 
-class BaseCatalog {
+class BaseCatalog : public CatalogRecords {
  public:
   BaseCatalog() = default;
   BaseCatalog(const BaseCatalog&) = delete;
   BaseCatalog& operator=(const BaseCatalog&) = delete;
-
-  // Takes one record of a catalog file. Called by the parser on the thread that loads the file.
-  virtual void onCatalogRecord(const std::wstring& section, const std::wstring& key,
-                               const std::wstring& value) = 0;
-  virtual ~BaseCatalog() = default;
 
   // Loads the variant of `path` for `language` (such as L"fr-fr") on top of the base file, whose
   // name must hold "_EN": first the one for language and region ("_FR-FR"), and if there is none

@@ -1,4 +1,4 @@
-// Reads a catalog file and hands its records to a catalog.
+// Reads a catalog file and hands its records to whoever takes them, as a rule a catalog.
 //
 // A catalog is UTF-8 text in lines that end at LF: "[section]" lines, "key = value" records that
 // belong to the section above them, comments with ';' in column one. Spaces and tabs around names
@@ -10,8 +10,6 @@
 
 #include <string>
 
-#include "libs/catalogUtil/BaseCatalog.h"
-
 namespace orb::CatalogUtil {
 
 enum FileEncoding : int {
@@ -19,11 +17,21 @@ enum FileEncoding : int {
   kUtf8WithMark = 1,  // the UTF-8 byte-order mark must come first
 };
 
+// Who takes the records of a catalog file.
+class CatalogRecords {
+ public:
+  virtual ~CatalogRecords() = default;
+
+  // Takes one record of a catalog file. Called by the parser on the thread that loads the file.
+  virtual void onCatalogRecord(const std::wstring& section, const std::wstring& key,
+                               const std::wstring& value) = 0;
+};
+
 // Made for one load. Takes no lock.
 class CatalogParser {
  public:
   // `catalog` receives the records and must outlive the parser.
-  explicit CatalogParser(BaseCatalog& catalog) : m_catalog(catalog) {}
+  explicit CatalogParser(CatalogRecords& catalog) : m_catalog(catalog) {}
 
   // Reads the file and delivers its records in order. False when the path is null or empty or
   // cannot be read (nothing is logged), and when the encoding is not the one asked for (level 2;
@@ -31,7 +39,7 @@ class CatalogParser {
   // for).
   bool loadCatalogFile(const wchar_t* path, FileEncoding encoding);
 
-  BaseCatalog& m_catalog;
+  CatalogRecords& m_catalog;
   // The name of the section being read; empty before the first one.
   std::wstring m_section;
 

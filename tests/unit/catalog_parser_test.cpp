@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "libs/catalogUtil/CatalogParser.h"
+#include "libs/catalogUtil/BaseCatalog.h"
 #include "libs/catalogUtil/Utils.h"
 #include "libs/kxaccess/utf8.h"
 #include "tests/support/LogTrace.h"

@@ -1,17 +1,25 @@
-# Includes in the framework: each wing uses only those named before it, and no unit uses itself by
-# way of others. CEF's own circle, a browser with its host and frames, counts as one unit. To be run
-# with cmake -D ROOT=... -P.
+# Includes between the product's units: each folder uses only those named before it, and no unit
+# uses itself by way of others. CEF's own circle, a browser with its host and frames, counts as one
+# unit. To be run with cmake -D ROOT=... -P.
 
-set(waiting)
+set(folders libs/kxaccess platform libs/kxlog libs/catalogUtil)
 foreach(wing IN ITEMS base devtools process cookies browser network .)
-  file(GLOB files RELATIVE ${ROOT}/cef/chromium ${ROOT}/cef/chromium/${wing}/*.*)
+  list(APPEND folders cef/chromium/${wing})
+endforeach()
+foreach(folder IN LISTS folders ITEMS GUI tools)
+  if(folder MATCHES "^cef/")
+    file(GLOB files RELATIVE ${ROOT} ${ROOT}/${folder}/*.*)
+  else()
+    file(GLOB_RECURSE files RELATIVE ${ROOT} ${ROOT}/${folder}/*.h ${ROOT}/${folder}/*.cpp
+         ${ROOT}/${folder}/*.mm)
+  endif()
   foreach(file IN LISTS files)
-    string(REGEX REPLACE "\\.[a-z]+$" "" unit ${file})
-    string(REGEX REPLACE "/(BrowserHost|Frame)$" "/Browser" unit ${unit})
+    string(REGEX REPLACE "(_linux|_mac)?\\.[a-z]+$" "" unit ${file})
+    string(REGEX REPLACE "browser/(BrowserHost|Frame)$" "browser/Browser" unit ${unit})
     list(APPEND waiting ${unit})
-    file(STRINGS ${ROOT}/cef/chromium/${file} lines REGEX "#(include|import) \"cef/chromium/")
-    string(REGEX REPLACE "[^;]*cef/chromium/([^.]*)\\.h\"[^;]*" "\\1" lines "${lines}")
-    string(REGEX REPLACE "/(BrowserHost|Frame)(;|$)" "/Browser\\2" lines "${lines}")
+    file(STRINGS ${ROOT}/${file} lines REGEX "#(include|import) \"(libs|platform|cef/chromium|GUI|tools)/")
+    string(REGEX REPLACE "[^;\"]*\"([^.]*)\\.h\"[^;]*" "\\1" lines "${lines}")
+    string(REGEX REPLACE "browser/(BrowserHost|Frame)(;|$)" "browser/Browser\\2" lines "${lines}")
     list(APPEND uses_${unit} ${lines})
   endforeach()
   list(REMOVE_DUPLICATES waiting)
@@ -29,6 +37,6 @@ foreach(wing IN ITEMS base devtools process cookies browser network .)
     list(REMOVE_ITEM waiting ${done} "")
   endwhile()
   foreach(unit IN LISTS waiting)
-    message(SEND_ERROR "${unit} uses ${uses_${unit}}: a circle, or what stands above ${wing}")
+    message(SEND_ERROR "${unit} uses ${uses_${unit}}: a circle, or what stands above ${folder}")
   endforeach()
 endforeach()

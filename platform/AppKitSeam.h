@@ -14,10 +14,11 @@ NSStringEncoding WideStringEncoding();
 // nothing.
 void StartAppKitProcess();
 
-// [application_class sharedApplication]. Raises what that raises: without a display an NSException,
-// after which NSApp exists but cannot show anything. The process keeps its signal handlers and its
+// [application_class sharedApplication], at once or, where that takes its time, not before
+// ConnectDisplay(). What it throws goes to `report`: without a display an NSException, after which
+// NSApp exists but cannot show anything. The process keeps its signal handlers and its
 // uncaught-exception handler.
-NSApplication* CreateSharedApplication(Class application_class);
+void CreateSharedApplication(Class application_class, void (*report)(id thrown));
 
 // The folder that [NSBundle bundleWithPath:] needs to find the resources of an installed
 // application.
@@ -27,6 +28,9 @@ NSString* ResourceRootOfApplication(NSString* application_path);
 void PrepareModalWindow(NSWindow* window);
 
 #ifdef GNUSTEP
+// Posted by ConnectDisplay().
+static NSString* const kDisplayWanted = @"DisplayWanted";
+
 // What AppKit has had since macOS 10.8. The array is filled with nothing. Without this the main
 // menu cannot be loaded: the message is not understood.
 @interface NSBundle (InterfaceFiles)

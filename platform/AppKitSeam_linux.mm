@@ -6,6 +6,8 @@
 #import <objc/runtime.h>
 
 #import "platform/AppKitSeam.h"
+#import "platform/CatchThrown.h"
+#include "platform/Display.h"
 
 namespace {
 
@@ -97,7 +99,25 @@ void StayUnregistered() {
   if (found) method_setImplementation(found, DoNothing);
 }
 
+Class s_ApplicationClass = Nil;
+void (*s_Report)(id thrown) = nullptr;
+
 }  // namespace
+
+// Loading AppKit's backend, its fonts and its theme takes longer than all else that comes before
+// Chromium's start, so it waits until the framework, for which Chromium is on its way, asks for it.
+@interface ApplicationMaker : NSObject
+@end
+
+@implementation ApplicationMaker
++ (void)makeApplication:(NSNotification*)notification {
+  (void)notification;
+  [[NSNotificationCenter defaultCenter] removeObserver:self];
+  KeptSignalHandlers signals;
+  KeptExceptionHandler exceptions;
+  if (id thrown = CatchThrown([] { [s_ApplicationClass sharedApplication]; })) s_Report(thrown);
+}
+@end
 
 // Without this the first use of AppKit starts a notification daemon, which costs most of a second
 // and outlives the process by a minute. Nothing here posts or observes across processes.
@@ -163,10 +183,13 @@ void StartAppKitProcess() {
   [pool drain];
 }
 
-NSApplication* CreateSharedApplication(Class application_class) {
-  KeptSignalHandlers signals;
-  KeptExceptionHandler exceptions;
-  return [application_class sharedApplication];
+void CreateSharedApplication(Class application_class, void (*report)(id thrown)) {
+  s_ApplicationClass = application_class;
+  s_Report = report;
+  [[NSNotificationCenter defaultCenter] addObserver:[ApplicationMaker class]
+                                           selector:@selector(makeApplication:)
+                                               name:kDisplayWanted
+                                             object:nil];
 }
 
 NSString* ResourceRootOfApplication(NSString* application_path) {

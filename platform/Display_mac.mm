@@ -3,3 +3,5 @@
 #include "platform/Display.h"
 
 bool HaveDisplay() { return NSApp != nil; }
+
+void ConnectDisplay() {}

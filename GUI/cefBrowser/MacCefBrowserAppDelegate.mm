@@ -42,9 +42,8 @@ int MacCreateAppDelegate() {
   StartAppKitProcess();
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   // Without a display this is what fails, and the rest still goes on.
-  id thrown = CatchThrown([] { CreateSharedApplication([MacCefBrowserApplication class]); });
-  if (thrown != nil) showNsObject(thrown);
-  thrown = CatchThrown([] {
+  CreateSharedApplication([MacCefBrowserApplication class], showNsObject);
+  id thrown = CatchThrown([] {
     // Never released: it lives as long as the application object.
     MacCefBrowserAppDelegate* delegate = [[MacCefBrowserAppDelegate alloc] init];
     [delegate performSelectorOnMainThread:@selector(createApplication:)

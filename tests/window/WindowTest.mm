@@ -2,6 +2,7 @@
 
 #import "GUI/cefBrowser/MacCefBrowserApplication.h"
 #import "platform/AppKitSeam.h"
+#include "platform/Display.h"
 
 VirtualDisplay& TestDisplay() {
   static VirtualDisplay display(VirtualDisplay::WindowManager::kOpenbox);
@@ -12,6 +13,8 @@ void StartTestApplication() {
   TestDisplay();
   StartAppKitProcess();
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
-  CreateSharedApplication([MacCefBrowserApplication class]);
+  CreateSharedApplication([MacCefBrowserApplication class],
+                          [](id thrown) { NSLog(@"%@", thrown); });
+  ConnectDisplay();
   [pool drain];
 }

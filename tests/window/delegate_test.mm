@@ -43,6 +43,7 @@ class AppDelegate : public testing::Test {
 TEST_F(AppDelegate, IsInstalledByTheFirstTurnOfTheLoop) {
   TestDisplay();
   ASSERT_EQ(MacCreateAppDelegate(), 0);
+  ConnectDisplay();
   EXPECT_TRUE([NSApp isMemberOfClass:[MacCefBrowserApplication class]]);
   EXPECT_EQ([NSApp delegate], nil);
   TurnLoop();

@@ -177,6 +177,7 @@ void MessageLoop::Run() {
   } running{running_};
   quit_ = false;
   running_ = true;
+  ConnectDisplay();
   do {
     ScopedPool pool;
     if (id thrown = CatchThrown([this] { Turn(); })) {

@@ -2,8 +2,10 @@
 
 #include <utility>
 
+#include "cef/chromium/base/IoThread.h"
 #include "cef/chromium/base/MessageLoop.h"
 #include "cef/chromium/base/NetErrors.h"
+#include "cef/chromium/base/Text.h"
 #include "cef/chromium/base/Url.h"
 #include "cef/chromium/browser/BrowserHost.h"
 #include "cef/chromium/browser/Frame.h"
@@ -60,6 +62,19 @@ void Browser::NotifyGone() {
   }
   std::lock_guard<std::mutex> lock(mutex_);
   client_ = nullptr;
+}
+
+void Browser::SetUpIsDone() {
+  set_up_ = true;
+  for (const auto& done : std::exchange(awaiting_set_up_, {})) done();
+}
+
+void Browser::WhenSetUp(std::function<void()> done) {
+  if (set_up_) {
+    done();
+  } else {
+    awaiting_set_up_.push_back(std::move(done));
+  }
 }
 
 void Browser::Close(bool force) {
@@ -124,15 +139,23 @@ void Browser::Navigate(const std::string& frame_id, const std::string& url) {
   const std::string part = frame_id == target_id_ ? "" : session_of_frame_(frame_id);
   if (!part.empty()) params.Add("frameId", frame_id);
   CefRefPtr<Browser> self = this;
-  connection_.Send(
-      part.empty() ? session_ : part, "Page.navigate", params,
-      [self, frame_id, target](const JsonValue* result, const std::string& error) {
-        // Everything else that can go wrong is an event of the network.
-        if (result || error.find("invalid URL") == std::string::npos) return;
-        MessageLoop::Get().PostTask(
-            [self, frame_id, target] { self->NotifyLoadError(frame_id, kInvalidUrl, target); });
-      },
-      DevToolsConnection::kNoLimit);
+  const auto navigate = [self, frame_id, target, params, session = part.empty() ? session_ : part] {
+    self->connection_.Send(
+        session, "Page.navigate", params,
+        [self, frame_id, target](const JsonValue* result, const std::string& error) {
+          // Everything else that can go wrong is an event of the network.
+          if (result || error.find("invalid URL") == std::string::npos) return;
+          MessageLoop::Get().PostTask(
+              [self, frame_id, target] { self->NotifyLoadError(frame_id, kInvalidUrl, target); });
+        },
+        DevToolsConnection::kNoLimit);
+  };
+  Url parsed;
+  const bool by_http = ParseUrl(target, &parsed) && StartsWith(parsed.scheme, "http");
+  IoThread::Get().PostTask([self, navigate, by_http] {
+    // The answer of HTTP is held instead, see NetworkHooks: its request need not wait.
+    by_http ? navigate() : self->WhenSetUp(navigate);
+  });
 }
 
 void Browser::NotifyLoadError(const std::string& frame_id, const std::string& error_text,

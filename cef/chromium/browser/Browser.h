@@ -7,6 +7,7 @@
 #include <functional>
 #include <mutex>
 #include <string>
+#include <vector>
 
 #include "include/cef_browser.h"
 #include "include/cef_client.h"
@@ -41,6 +42,11 @@ class Browser : public CefBrowser {
   // Tells the client that the window is gone; the last word of this browser. UI thread.
   void NotifyGone();
 
+  // The page's set-up is in force from now on. Before that a document must not begin. IO thread.
+  void SetUpIsDone();
+  // Calls back when it is: at once, or from SetUpIsDone(). IO thread.
+  void WhenSetUp(std::function<void()> done);
+
   // Closes the window; repeated calls do no harm. See CefBrowserHost::CloseBrowser.
   void Close(bool force);
 
@@ -74,6 +80,10 @@ class Browser : public CefBrowser {
   std::atomic<bool> forced_{false};
   mutable std::mutex mutex_;
   CefRefPtr<CefClient> client_;  // guarded by mutex_
+
+  // IO thread only.
+  bool set_up_ = false;
+  std::vector<std::function<void()>> awaiting_set_up_;
 
   // UI thread only.
   bool did_do_close_ = false;

@@ -8,8 +8,9 @@
 //   4. The client hears of the browser on the UI thread. A popup is let run only after that, since
 //      its first request must belong to a browser that the client knows. An ordered page is blank
 //      and may run at once.
-//   5. An ordered page loads its address when the renderer has answered, so that the set-up is in
-//      force, and when all cookies that were planted so far are stored.
+//   5. An ordered page asks for its address as soon as all cookies that were planted so far are
+//      stored. The document itself is held until the renderer has answered, so that the set-up is
+//      in force: Chromium sends the request long before the window's renderer is there.
 //   6. When the target is gone, the browser leaves the table first, so that no event finds it any
 //      more; then everybody forgets what they keep for it; OnBeforeClose comes last.
 
@@ -126,17 +127,15 @@ void Targets::AttachOrdered(const std::string& target, const std::string& sessio
                             const BrowserOrder& order) {
   const CefRefPtr<Browser> browser =
       AddBrowser(target, session, order.client, order.context, false);
-  MessageLoop::Get().PostTask([this, browser] {
-    browser->NotifyCreated();
-    factory_.Finish();
-  });
-  // The first page must not outrun the set-up, which waits for the window's renderer.
   connection_.Send(
       session, "Runtime.runIfWaitingForDebugger", {},
-      [this, browser, url = order.url](const JsonValue*, const std::string&) {
-        MessageLoop::Get().PostTask([this, browser, url] { LoadFirst(browser, url); });
-      },
+      [browser](const JsonValue*, const std::string&) { browser->SetUpIsDone(); },
       DevToolsConnection::kFirstPageLimit);
+  MessageLoop::Get().PostTask([this, browser, url = order.url] {
+    browser->NotifyCreated();
+    LoadFirst(browser, url);
+    factory_.Finish();
+  });
   connection_.Send(session, "Page.bringToFront");
 }
 
@@ -150,6 +149,7 @@ void Targets::LoadFirst(const CefRefPtr<Browser>& browser, const std::string& ur
 void Targets::AttachPopup(const std::string& target, const std::string& session, Browser& opener) {
   const CefRefPtr<Browser> browser =
       AddBrowser(target, session, opener.client(), opener.context(), true);
+  browser->SetUpIsDone();
   // It loads nothing before the client knows of it.
   MessageLoop::Get().PostTask([this, browser] {
     browser->NotifyCreated();

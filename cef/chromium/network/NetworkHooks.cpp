@@ -233,7 +233,7 @@ void NetworkHooks::OnResponse(const std::string& id, const JsonValue& params) {
     // Stays held until the window is gone, so that the page does not go on meanwhile.
     return;
   }
-  Continue(id);
+  pending.browser->WhenSetUp([this, id] { Continue(id); });
 }
 
 NetworkHooks::Key NetworkHooks::KeyOf(const std::string& id) { return {RequestNumber(id), id}; }

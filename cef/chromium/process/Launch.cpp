@@ -8,6 +8,7 @@
 
 #include "cef/chromium/base/MessageLoop.h"
 #include "cef/chromium/process/Preferences.h"
+#include "platform/Display.h"
 #include "platform/DisplayReach.h"
 
 namespace engine {
@@ -151,6 +152,8 @@ Launch::Result Launch::AwaitAnswer(Clock::time_point deadline, std::string* err)
                      }
                      eventfd_write(answer->arrived, 1);
                    });
+  // Chromium needs longer for its start than this.
+  ConnectDisplay();
   if (!MessageLoop::Get().AwaitReadable(answer->arrived, deadline)) {
     const bool late = TimeLeft(deadline).count() == 0;
     *err = late ? "it does not answer" : "a signal has ended the wait for it";

@@ -27,8 +27,11 @@ LocalServer::Request ToRequest(const httplib::Request& from) {
 
 LocalServer::LocalServer() : server_(std::make_unique<httplib::Server>()) { Start(); }
 
-LocalServer::LocalServer(const std::string& certificate_file, const std::string& key_file)
-    : server_(std::make_unique<httplib::SSLServer>(certificate_file.c_str(), key_file.c_str())),
+LocalServer::LocalServer(const std::string& certificate_file, const std::string& key_file,
+                         const std::string& client_authority_file)
+    : server_(std::make_unique<httplib::SSLServer>(
+          certificate_file.c_str(), key_file.c_str(),
+          client_authority_file.empty() ? nullptr : client_authority_file.c_str())),
       secure_(true) {
   Start();
 }

@@ -37,8 +37,10 @@ class LocalServer {
 
   // HTTP. Throws std::runtime_error when no port can be had.
   LocalServer();
-  // HTTPS, with the certificate and key of two PEM files.
-  LocalServer(const std::string& certificate_file, const std::string& key_file);
+  // HTTPS, with the certificate and key of two PEM files. With a client authority (PEM file too) it
+  // serves only those who show a certificate signed by that.
+  LocalServer(const std::string& certificate_file, const std::string& key_file,
+              const std::string& client_authority_file = {});
   ~LocalServer();
   LocalServer(const LocalServer&) = delete;
   LocalServer& operator=(const LocalServer&) = delete;

@@ -91,7 +91,7 @@ Identity MakeServer(const Identity& issuer, const std::vector<std::string>& host
   X509* certificate = server.certificate.get();
   Extend(certificate, issuer.certificate.get(), NID_basic_constraints, "critical,CA:FALSE");
   Extend(certificate, issuer.certificate.get(), NID_key_usage, "critical,digitalSignature");
-  Extend(certificate, issuer.certificate.get(), NID_ext_key_usage, "serverAuth");
+  Extend(certificate, issuer.certificate.get(), NID_ext_key_usage, "serverAuth,clientAuth");
   Extend(certificate, issuer.certificate.get(), NID_subject_alt_name, names);
   Sign(server, issuer);
   return server;

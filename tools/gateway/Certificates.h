@@ -52,9 +52,9 @@ class TestAuthority {
   // The authority's certificate, as PEM text.
   std::string certificate_pem() const { return self_.CertificatePem(); }
 
-  // A server certificate for the host names given (at least one; the first is also the common
-  // name), with the fault asked for. Ends of validity lie days away from now, so that clocks that
-  // differ by hours do not matter.
+  // A certificate for a server with the host names given (at least one; the first is also the
+  // common name), with the fault asked for. It will do for a client of that common name, too. Ends
+  // of validity lie days away from now, so that clocks that differ by hours do not matter.
   Identity Issue(CertificateKind kind, const std::vector<std::string>& hosts) const;
 
  private:

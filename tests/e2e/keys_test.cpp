@@ -1,0 +1,111 @@
+// What users have besides a password: passkeys, security keys, certificates of their own. The
+// dialogs for them are Chromium's; here they have to work in the program's bare window.
+
+#include <httplib.h>
+#include <signal.h>
+
+#include <regex>
+
+#include "tests/e2e/E2eTest.h"
+#include "tests/support/LocalServer.h"
+#include "tests/support/TrustStore.h"
+#include "tools/gateway/Certificates.h"
+
+namespace {
+
+using std::chrono::seconds;
+
+constexpr int kDeveloperPort = 8088;
+constexpr char kCookie[] = "KXSAMLEMBID=launch";
+
+// A WebSocket message of 256 characters, masked with nothing.
+std::string Frame(std::string text) {
+  text.resize(256, ' ');
+  return std::string("\x81\xfe\x01\0\0\0\0\0", 8) + text;
+}
+
+// Plugs a security key of software into the page at the address, for as long as the process that is
+// returned lives. Null when the developer port is another run's, or nobody's.
+std::unique_ptr<Subprocess> PlugKeyInto(const std::string& address) {
+  const auto list = httplib::Client("127.0.0.1", kDeveloperPort).Get("/json/list");
+  const std::regex page("\"url\": \"" + address +
+                        "[^\"]*\",\\s*\"webSocketDebuggerUrl\": \"ws://[^/]*([^\"]*)\"");
+  std::smatch found;
+  if (!list || !std::regex_search(list->body, found, page)) return nullptr;
+  Subprocess::Command talk;
+  talk.arguments = {"bash", "-c",
+                    "exec 3<>/dev/tcp/127.0.0.1/$0; printf \"GET $1 HTTP/1.1\\r\\n"
+                    "Host: localhost\\r\\nConnection: Upgrade\\r\\nUpgrade: websocket\\r\\n"
+                    "Sec-WebSocket-Version: 13\\r\\n"
+                    "Sec-WebSocket-Key: AAAAAAAAAAAAAAAAAAAAAA==\\r\\n\\r\\n\" >&3;"
+                    "read -r _ <&3; cat <&3 & cat >&3; kill $!",
+                    std::to_string(kDeveloperPort), found[1]};
+  talk.input = Frame(R"({"id":1,"method":"WebAuthn.enable","params":{"enableUI":true}})") +
+               Frame(R"({"id":2,"method":"WebAuthn.addVirtualAuthenticator","params":{"options":)"
+                     R"({"protocol":"ctap2","transport":"usb","hasResidentKey":true,)"
+                     R"("hasUserVerification":true,"isUserVerified":true}}})");
+  talk.keep_input = true;
+  auto key = std::make_unique<Subprocess>(talk);
+  EXPECT_TRUE(key->WaitForOutput("authenticatorId", kPatience)) << key->out() << key->err();
+  return key;
+}
+
+class KeysTest : public E2eTest {
+ protected:
+  // Windows take keys only a moment after they show, so the key is pressed again and again.
+  StarterReport ReportAfterReturns(Subprocess& starter) {
+    EXPECT_TRUE(WaitFor([&] {
+      display_->Xdotool({"key", "Return"});
+      return starter.Wait(seconds(2)).has_value();
+    }));
+    return Report(starter);
+  }
+};
+
+// Registers a passkey, and signs in with it when the user has taken it from Chromium's list.
+TEST_F(KeysTest, PasskeySignsIn) {
+  std::unique_ptr<Subprocess> starter;
+  std::unique_ptr<Subprocess> key;
+  // The port belongs to whichever run on the machine came first.
+  ASSERT_TRUE(WaitFor([&] {
+    if (starter) starter->Signal(SIGTERM), starter->Wait(kPatience);
+    starter = std::make_unique<Subprocess>(
+        StarterCommand({"saml-login", "/saml-passkey/start", kCookie, false, {}}));
+    display_->WaitForWindow("Sign in with a passkey", kPatience);
+    key = PlugKeyInto("http://idp.localhost:" + std::to_string(box_->port()));
+    return key != nullptr;
+  })) << "another run keeps the developer port";
+  const StarterReport report = ReportAfterReturns(*starter);
+  EXPECT_EQ(report.verdict, "signed in") << report.log << report.err;
+  EXPECT_FALSE(CookiesSentTo("/saml-passkey/known").empty()) << "signed in without the passkey";
+}
+
+// A gateway that serves nobody who shows no certificate. The one in the user's store is offered.
+TEST_F(KeysTest, ClientCertificateIsChosen) {
+  const TestAuthority authority;
+  const std::string ca = home_.write("ca", authority.certificate_pem());
+  TrustAuthority(home_.path(), authority.certificate_pem());
+  const Identity user = authority.Issue(CertificateKind::kGood, {"ada"});
+  const std::string both = home_.write("user", user.KeyPem() + user.CertificatePem());
+  for (const std::vector<std::string>& command : std::vector<std::vector<std::string>>{
+           {"openssl", "pkcs12", "-export", "-in", both, "-out", both + ".p12", "-passout",
+            "pass:1"},
+           {"pk12util", "-i", both + ".p12", "-d", "sql:" + home_.file(".pki/nssdb"), "-W", "1"}}) {
+    const auto result = display_->Run(command);
+    ASSERT_EQ(result.status, 0) << result.output;
+  }
+  const Identity gateway = authority.Issue(CertificateKind::kGood, {"localhost"});
+  LocalServer server(home_.write("certificate", gateway.CertificatePem()),
+                     home_.write("key", gateway.KeyPem()), ca);
+  server.Serve("/start", [](const LocalServer::Request&) {
+    LocalServer::Answer answer{200, "<script>location = '/done'</script>", "text/html", {}};
+    answer.headers = {{"Set-Cookie", "KXSAMLEBSTATEID=known"}, {"Set-Cookie", "KXSAMLEBSTATUS=1"}};
+    return answer;
+  });
+  Subprocess starter(
+      StarterCommand({"saml-login", "", kCookie, false, {"--url", server.Url("/start")}}));
+  const StarterReport report = ReportAfterReturns(starter);
+  EXPECT_EQ(report.post_auth_cookie, "KXSAMLEBSTATEID=known") << report.log << report.err;
+}
+
+}  // namespace

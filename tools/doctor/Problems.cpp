@@ -129,6 +129,27 @@ const std::vector<Problem> kProblems = {
      "The question was answered with no, or there was no display to ask it on",
      "Compare the address; if it is right, ask your administrator to fix the certificate",
      Verdict::kClosedByUser},
+    {"client-certificate", false, "The page says ERR_BAD_SSL_CLIENT_AUTH_CERT",
+     "The site wants a certificate of yours: the certificate store below your home holds none for "
+     "it, or the question about it was cancelled",
+     "Import it (pk12util -d sql:$HOME/.pki/nssdb -i FILE.p12, from the package libnss3-tools), "
+     "close the window and sign in again",
+     Verdict::kClosedByUser},
+    {"security-key", false, "The window keeps asking for my security key",
+     "The key is not at the computer that the program runs on, as over ssh or in a container, or "
+     "your session may not open it",
+     "Plug it in there, and sign in at that computer's own screen; or cancel and choose another "
+     "way",
+     Verdict::kClosedByUser},
+    {"http-authentication", false,
+     "The page says 401 or unauthorised, and nobody asked me for a password",
+     "The site asks by HTTP (Basic, Digest, NTLM), which is refused, or by Kerberos, which "
+     "Chromium "
+     "gives to listed sites only",
+     "Let the administrator list the site in Chromium's policy AuthServerAllowlist for Kerberos, "
+     "or "
+     "let the site offer a form",
+     Verdict::kClosedByUser},
     {"window-closed", false, "The client says that the window was closed",
      "The window was closed before the last page had come", "Sign in again",
      Verdict::kClosedByUser},

@@ -22,8 +22,7 @@ class SecondUserTest : public E2eTest {
  protected:
   void SetUp() override {
     if (geteuid() != 0) GTEST_SKIP() << "only root can start processes of several users";
-    if (RunToEnd(AsUser({{"test", "-x", EB_PROGRAM}, "", {}, "", "", false}), kPatience)
-            .exit_status)
+    if (RunToEnd(AsUser({{"test", "-x", EB_PROGRAM}, "", {}, "", false}), kPatience).exit_status)
       GTEST_SKIP() << "others cannot see the build";
     for (const auto& entry : std::filesystem::recursive_directory_iterator(home_.path()))
       ASSERT_EQ(lchown(entry.path().c_str(), kUser, kUser), 0);

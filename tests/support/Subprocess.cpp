@@ -4,14 +4,13 @@
 #include <linux/close_range.h>
 #include <poll.h>
 #include <signal.h>
-#include <sys/eventfd.h>
+#include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstring>
+#include <cstdio>
 #include <stdexcept>
 
 namespace {
@@ -37,24 +36,25 @@ std::vector<char*> Pointers(std::vector<std::string>& texts) {
   return pointers;
 }
 
-void MakePipe(int ends[2]) {
-  if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+// A file without a name takes any amount of output, and nobody has to read it meanwhile.
+int OutputFile() {
+  const int file = memfd_create("output", MFD_CLOEXEC);
+  if (file < 0 || fcntl(file, F_SETFL, O_APPEND) != 0) throw std::runtime_error("no output file");
+  return file;
 }
 
-void CloseAll(std::initializer_list<int> descriptors) {
-  for (const int descriptor : descriptors) {
-    if (descriptor >= 0) close(descriptor);
-  }
+std::string Content(int file) {
+  std::string content(static_cast<size_t>(lseek(file, 0, SEEK_END)), '\0');
+  const ssize_t size = pread(file, content.data(), content.size(), 0);
+  content.resize(size < 0 ? 0 : static_cast<size_t>(size));
+  return content;
 }
 
 }  // namespace
 
-Subprocess::Subprocess(const Command& command) {
-  int in[2], out[2], err[2], report[2];
-  MakePipe(in);
-  MakePipe(out);
-  MakePipe(err);
-  MakePipe(report);
+Subprocess::Subprocess(const Command& command) : output_(OutputFile()), error_(OutputFile()) {
+  int in[2];
+  if (pipe2(in, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
   std::vector<std::string> arguments = command.arguments;
   std::vector<std::string> environment = Environment(command.environment);
   const std::vector<char*> argv = Pointers(arguments);
@@ -63,6 +63,7 @@ Subprocess::Subprocess(const Command& command) {
   const pid_t parent = getpid();
 
   pid_ = fork();
+  if (pid_ < 0) throw std::runtime_error("no process");
   if (pid_ == 0) {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != parent) _exit(126);
@@ -71,37 +72,16 @@ Subprocess::Subprocess(const Command& command) {
     sigprocmask(SIG_SETMASK, &none, nullptr);
     signal(SIGPIPE, SIG_DFL);
     dup2(in[0], STDIN_FILENO);
-    dup2(out[1], STDOUT_FILENO);
-    dup2(err[1], STDERR_FILENO);
+    dup2(output_, STDOUT_FILENO);
+    dup2(error_, STDERR_FILENO);
     syscall(SYS_close_range, 3u, ~0u, CLOSE_RANGE_CLOEXEC);
-    if (command.folder.empty() || chdir(command.folder.c_str()) == 0) {
-      execvpe(program.c_str(), argv.data(), envp.data());
-    }
-    const int error = errno;
-    if (write(report[1], &error, sizeof error) < 0) _exit(126);
+    execvpe(program.c_str(), argv.data(), envp.data());
+    perror(program.c_str());
     _exit(127);
   }
-  CloseAll({in[0], out[1], err[1], report[1]});
-  int error = pid_ < 0 ? errno : 0;
-  if (pid_ > 0 && read(report[0], &error, sizeof error) > 0) waitpid(pid_, nullptr, 0);
-  close(report[0]);
-  if (error) {
-    CloseAll({in[1], out[0], err[0]});
-    throw std::runtime_error("cannot execute " + program + ": " + std::strerror(error));
-  }
+  close(in[0]);
   input_ = in[1];
-  output_ = out[0];
-  error_ = err[0];
-  fcntl(output_, F_SETFL, O_NONBLOCK);
-  fcntl(error_, F_SETFL, O_NONBLOCK);
   process_ = static_cast<int>(syscall(SYS_pidfd_open, pid_, 0));
-  stop_ = eventfd(0, EFD_CLOEXEC);
-  // Signals of the process are for the thread that is tested.
-  sigset_t all, former_mask;
-  sigfillset(&all);
-  pthread_sigmask(SIG_SETMASK, &all, &former_mask);
-  collector_ = std::thread([this] { Collect(); });
-  pthread_sigmask(SIG_SETMASK, &former_mask, nullptr);
 
   // Inputs of tests fit the pipe, so this does not wait for the program.
   const auto former = signal(SIGPIPE, SIG_IGN);
@@ -112,90 +92,50 @@ Subprocess::Subprocess(const Command& command) {
 
 Subprocess::~Subprocess() {
   Signal(SIGKILL);
-  if (!Wait(std::chrono::seconds(10))) {
-    const uint64_t one = 1;
-    if (write(stop_, &one, sizeof one) < 0) std::terminate();
-  }
-  collector_.join();
-  CloseAll({input_, output_, error_, process_, stop_});
+  Wait(std::chrono::seconds(10));
+  CloseInput();
+  for (const int file : {output_, error_, process_}) close(file);
 }
 
-bool Subprocess::Signal(int number) const {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  return !ended_ && kill(pid_, number) == 0;
-}
+bool Subprocess::Signal(int number) const { return !end_ && kill(pid_, number) == 0; }
 
 void Subprocess::CloseInput() {
-  CloseAll({input_});
+  if (input_ >= 0) close(input_);
   input_ = -1;
 }
 
 std::optional<Subprocess::End> Subprocess::Wait(std::chrono::milliseconds limit) {
-  std::unique_lock<std::mutex> lock(mutex_);
-  if (!changed_.wait_for(lock, limit, [this] { return ended_; })) return std::nullopt;
+  pollfd ended = {process_, POLLIN, 0};
+  int status = 0;
+  if (!end_ && TEMP_FAILURE_RETRY(poll(&ended, 1, static_cast<int>(limit.count()))) > 0 &&
+      waitpid(pid_, &status, 0) == pid_) {
+    end_ = {WIFEXITED(status) ? WEXITSTATUS(status) : -1,
+            WIFSIGNALED(status) ? WTERMSIG(status) : 0, out(), err()};
+  }
   return end_;
 }
 
-bool Subprocess::WaitForText(const std::string& text, const std::string& in,
-                             std::chrono::milliseconds limit) {
-  std::unique_lock<std::mutex> lock(mutex_);
-  const auto found = [&] { return in.find(text) != std::string::npos; };
-  changed_.wait_for(lock, limit, [&] { return found() || ended_; });
-  return found();
+bool Subprocess::WaitForText(const std::string& text, int file, std::chrono::milliseconds limit) {
+  const auto end = std::chrono::steady_clock::now() + limit;
+  bool last = false;
+  while (Content(file).find(text) == std::string::npos) {
+    if (last) return false;
+    last = Wait(std::chrono::milliseconds(5)) || std::chrono::steady_clock::now() > end;
+  }
+  return true;
 }
 
 bool Subprocess::WaitForOutput(const std::string& text, std::chrono::milliseconds limit) {
-  return WaitForText(text, end_.out, limit);
+  return WaitForText(text, output_, limit);
 }
 
 bool Subprocess::WaitForError(const std::string& text, std::chrono::milliseconds limit) {
-  return WaitForText(text, end_.err, limit);
+  return WaitForText(text, error_, limit);
 }
 
-std::string Subprocess::out() const {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  return end_.out;
-}
+std::string Subprocess::out() const { return Content(output_); }
 
-std::string Subprocess::err() const {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  return end_.err;
-}
-
-void Subprocess::Drain(int descriptor, std::string& into) {
-  char bytes[4096];
-  ssize_t count;
-  while ((count = read(descriptor, bytes, sizeof bytes)) > 0) {
-    const std::lock_guard<std::mutex> lock(mutex_);
-    into.append(bytes, static_cast<size_t>(count));
-  }
-}
-
-// The thread's work: both outputs until the program has ended. What children of the program still
-// hold open is not waited for.
-void Subprocess::Collect() {
-  pollfd watched[] = {
-      {output_, POLLIN, 0}, {error_, POLLIN, 0}, {process_, POLLIN, 0}, {stop_, POLLIN, 0}};
-  while (!watched[2].revents && !watched[3].revents) {
-    if (poll(watched, 4, -1) < 0) continue;
-    Drain(output_, end_.out);
-    Drain(error_, end_.err);
-    for (int i = 0; i < 2; ++i) {
-      if (watched[i].revents & (POLLHUP | POLLERR)) watched[i].fd = -1;
-    }
-    changed_.notify_all();
-  }
-  Drain(output_, end_.out);
-  Drain(error_, end_.err);
-  const std::lock_guard<std::mutex> lock(mutex_);
-  int status = 0;
-  if (watched[2].revents && waitpid(pid_, &status, 0) == pid_) {
-    if (WIFEXITED(status)) end_.exit_status = WEXITSTATUS(status);
-    if (WIFSIGNALED(status)) end_.signal = WTERMSIG(status);
-  }
-  ended_ = true;
-  changed_.notify_all();
-}
+std::string Subprocess::err() const { return Content(error_); }
 
 Subprocess::End RunToEnd(const Subprocess::Command& command, std::chrono::milliseconds limit) {
   Subprocess process(command);

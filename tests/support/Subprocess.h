@@ -6,14 +6,12 @@
 #include <sys/types.h>
 
 #include <chrono>
-#include <condition_variable>
 #include <map>
-#include <mutex>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
+// For one thread.
 class Subprocess {
  public:
   struct Command {
@@ -21,21 +19,20 @@ class Subprocess {
     std::string program;                 // what to execute; empty: argv[0], looked up in PATH
     // Changes to this process's environment; no value: the variable is removed.
     std::map<std::string, std::optional<std::string>> environment;
-    std::string folder;       // working directory; empty: this process's
     std::string input;        // what it reads from standard input
     bool keep_input = false;  // standard input stays open behind `input` until CloseInput()
   };
 
   // How a program ended.
   struct End {
-    int exit_status = -1;  // when it exited
+    int exit_status = -1;  // when it exited; 127: it could not be executed, `err` says why
     int signal = 0;        // the signal that ended it, if one did
     std::string out;
     std::string err;
   };
 
-  // Starts the program; throws std::runtime_error when it cannot be executed. Descriptors other
-  // than the three standard ones are not inherited. The program gets SIGKILL when this thread dies.
+  // Starts the program. Descriptors other than the three standard ones are not inherited. The
+  // program gets SIGKILL when this thread dies.
   explicit Subprocess(const Command& command);
   // Kills the program if it still runs, and reaps it.
   ~Subprocess();
@@ -47,7 +44,8 @@ class Subprocess {
   bool Signal(int number) const;
   void CloseInput();
 
-  // Waits for the end; nothing when `limit` passes first.
+  // Waits for the end; nothing when `limit` passes first. What children of the program still hold
+  // open is not waited for.
   std::optional<End> Wait(std::chrono::milliseconds limit);
 
   // Waits until standard output (or standard error) holds the text. False when the limit passes or
@@ -59,21 +57,14 @@ class Subprocess {
   std::string err() const;
 
  private:
-  void Collect();
-  void Drain(int descriptor, std::string& into);
-  bool WaitForText(const std::string& text, const std::string& in, std::chrono::milliseconds limit);
+  bool WaitForText(const std::string& text, int file, std::chrono::milliseconds limit);
 
   pid_t pid_ = -1;
   int input_ = -1;
   int output_ = -1;
   int error_ = -1;
   int process_ = -1;  // becomes readable when the program has ended
-  int stop_ = -1;     // ends the collecting thread
-  mutable std::mutex mutex_;
-  std::condition_variable changed_;
-  End end_;
-  bool ended_ = false;
-  std::thread collector_;
+  std::optional<End> end_;
 };
 
 // Runs a program to its end; kills it when the limit passes (the end then shows SIGKILL).

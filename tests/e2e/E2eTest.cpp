@@ -5,46 +5,24 @@
 #include <rapidjson/document.h>
 #include <signal.h>
 #include <sys/file.h>
-#include <sys/ipc.h>
 #include <sys/sem.h>
-#include <sys/shm.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <regex>
 #include <sstream>
 #include <thread>
 
 #include "libs/kxaccess/InstallPaths.h"
 #include "tests/support/LogRecords.h"
+#include "tests/support/Segment.h"
 #include "tests/support/TrustStore.h"
 
 namespace {
 
 constexpr std::chrono::seconds kLeavingTime{5};
-constexpr size_t kSegmentSize = 4096;
-
-int SegmentId(const std::string& data_folder) {
-  const key_t key = ftok(data_folder.c_str(), 'R');
-  return key == -1 ? -1 : shmget(key, 0, 0);
-}
-
-// The segment's text; it is removed.
-std::string TakeSegment(const std::string& data_folder) {
-  const int id = SegmentId(data_folder);
-  if (id == -1) return "";
-  std::string text;
-  void* const memory = shmat(id, nullptr, SHM_RDONLY);
-  if (memory != reinterpret_cast<void*>(-1)) {
-    text.assign(static_cast<char*>(memory), strnlen(static_cast<char*>(memory), kSegmentSize));
-    shmdt(memory);
-  }
-  shmctl(id, IPC_RMID, nullptr);
-  return text;
-}
 
 std::string TextMember(const rapidjson::Value& object, const char* key) {
   const auto found = object.FindMember(key);

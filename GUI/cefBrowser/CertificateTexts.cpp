@@ -3,13 +3,10 @@
 #include "GUI/newUI/CommonWebBrowser.h"
 #include "libs/catalogUtil/Arguments.h"
 #include "libs/catalogUtil/GlobalCatalogs.h"
+#include "libs/catalogUtil/ResourceIds.h"
 #include "libs/catalogUtil/Utils.h"
 
 namespace {
-
-constexpr unsigned int kUntrustedAuthorityText = 1150;
-constexpr unsigned int kOtherFaultText = 1151;
-constexpr unsigned int kContinueQuestion = 1152;
 
 struct StatusName {
   unsigned int bit;

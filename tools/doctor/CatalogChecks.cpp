@@ -9,6 +9,7 @@
 
 #include "libs/catalogUtil/MessageCatalog.h"
 #include "libs/catalogUtil/ResourceCatalog.h"
+#include "libs/catalogUtil/ResourceIds.h"
 #include "libs/kxaccess/InstallPaths.h"
 #include "libs/kxaccess/utf8.h"
 #include "tools/doctor/Checks.h"
@@ -21,7 +22,9 @@ using orb::CatalogUtil::MessageCatalog;
 using orb::CatalogUtil::ResourceCatalog;
 
 // The texts and buttons of the question about a certificate.
-constexpr unsigned int kNeededTexts[] = {179, 180, 1150, 1151, 1152};
+constexpr unsigned int kNeededTexts[] = {kResourceAcceptCertificate, kResourceRefuseCertificate,
+                                         kUntrustedAuthorityText, kOtherFaultText,
+                                         kContinueQuestion};
 
 constexpr wchar_t kEnglish[] = L"_EN";
 constexpr const wchar_t* kOtherLanguages[] = {L"_DE", L"_FR"};

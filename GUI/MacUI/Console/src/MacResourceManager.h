@@ -9,12 +9,7 @@
 #import "GUI/MacUI/Console/src/ModelObjects.h"
 #import "GUI/MacUI/Console/src/RGBConversion.h"
 #import "GUI/MacUI/Console/src/StringConversions.h"
-
-// The resource texts that this program asks for through getStringFromResource().
-enum ResourceIdsOrbUI : unsigned int {
-  kResourceAcceptCertificate = 179,
-  kResourceRefuseCertificate = 180,
-};
+#include "libs/catalogUtil/ResourceIds.h"
 
 // The installed application bundle of the VPN client.
 NSString* getHaldenCorvaneAppPath();

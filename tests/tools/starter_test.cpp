@@ -1,9 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/ipc.h>
 #include <sys/prctl.h>
-#include <sys/shm.h>
 #include <sys/wait.h>
 
 #include <chrono>
@@ -13,6 +11,7 @@
 #include <set>
 #include <thread>
 
+#include "tests/support/Segment.h"
 #include "tests/support/Subprocess.h"
 #include "tests/support/TempDir.h"
 #include "tools/starter/ReturnSegment.h"
@@ -51,8 +50,6 @@ class Starter : public testing::Test {
     settings.home = home_.path();
     return settings;
   }
-
-  int SegmentId() const { return shmget(ftok(DataFolder(home_.path()).c_str(), 'R'), 0, 0); }
 
   // What the helper has told under that name; waits for it.
   std::string Told(const std::string& name) const {
@@ -96,7 +93,7 @@ TEST_F(Starter, VerdictsAndExitStatuses) {
     EXPECT_EQ(end.err.rfind(entry.says, 0), 0u) << end.err;
     const bool faulty = std::set<int>{1, 9, 10, 12, 13}.count(entry.status) == 1;
     EXPECT_EQ(end.err.find("embedded-browser-doctor") != std::string::npos, faulty) << entry.line;
-    EXPECT_EQ(SegmentId(), -1) << entry.line;
+    EXPECT_EQ(SegmentId(DataFolder(home_.path())), -1) << entry.line;
   }
   EXPECT_THAT(RunToEnd(Command("crash", {"--json"}), seconds(30)).out,
               HasSubstr("\"helper_killed_by\":6,\"return_data\":null"));
@@ -147,7 +144,7 @@ TEST_F(Starter, OldResultNeverShowsThrough) {
     std::memset(memory, 'x', old_size);
     shmdt(memory);
     EXPECT_EQ(RunToEnd(Command("result", {"--cookie", kSignedIn}), seconds(30)).exit_status, 0);
-    EXPECT_EQ(SegmentId(), -1);
+    EXPECT_EQ(SegmentId(DataFolder(home_.path())), -1);
   }
 }
 
@@ -155,7 +152,7 @@ TEST_F(Starter, OtherUsersCannotReadTheResult) {
   Subprocess starter(Command("linger", {"--cookie", kSignedIn}));
   Told("ready");
   shmid_ds segment = {};
-  shmctl(SegmentId(), IPC_STAT, &segment);
+  shmctl(SegmentId(DataFolder(home_.path())), IPC_STAT, &segment);
   EXPECT_EQ(segment.shm_perm.mode & 0777, 0600);
   starter.Signal(SIGTERM);
   EXPECT_TRUE(starter.Wait(seconds(20)));
@@ -193,20 +190,21 @@ TEST_F(Starter, StubbornHelperIsKilledWhenItsGraceIsOver) {
   }
 }
 
-TEST_F(Starter, HelperEndsWhenItsCallerIsKilled) {
+TEST_F(Starter, HelperEndsWhenItsCallersProcessGroupIsKilled) {
   ASSERT_EQ(prctl(PR_SET_CHILD_SUBREAPER, 1), 0);
   // The one writes until its end, and must not fail for want of a reader.
   for (const bool stubborn : {false, true}) {
     std::filesystem::remove(home_.file("ready"));
     const pid_t caller = fork();
     if (caller == 0) {
+      setpgid(0, 0);
       Settings settings = Step(stubborn ? "stubborn" : "chatty");
       settings.limits.grace = milliseconds(stubborn ? 300 : 20000);
       RunStep(settings);
       _exit(0);
     }
     const pid_t helper = std::stoi(Told("ready"));
-    kill(caller, SIGKILL);
+    kill(-caller, SIGKILL);
     waitpid(caller, nullptr, 0);
     int status = 0;
     ASSERT_EQ(waitpid(helper, &status, 0), helper);

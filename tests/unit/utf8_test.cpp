@@ -86,7 +86,6 @@ TEST(Utf8, ConvertsTexts) {
 
 TEST(W2Astring, DependsOnTheLocale) {
   EXPECT_EQ(W2Astring(L"caf\u00E9"), "");
-  EXPECT_EQ(W2Astring(nullptr), "");
   ASSERT_TRUE(std::setlocale(LC_CTYPE, "C.UTF-8"));
   EXPECT_EQ(W2Astring(L"caf\u00E9"), "caf\xC3\xA9");
   std::setlocale(LC_CTYPE, "C");

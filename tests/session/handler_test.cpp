@@ -199,11 +199,7 @@ TEST_F(Handler, AnUnanswerableCertificateQuestionIsARefusal) {
 TEST_F(Handler, PassesTheRest) {
   auto browser = Open();
   cef.ClearTrace();
-  bool disable = false;
   cef.currentThread = TID_IO;
-  EXPECT_EQ(
-      handler->GetResourceRequestHandler(nullptr, nullptr, nullptr, true, false, "", disable).get(),
-      handler.get());
   EXPECT_TRUE(handler->CanSendCookie(nullptr, nullptr, nullptr, CefCookie()));
   EXPECT_TRUE(handler->CanSaveCookie(nullptr, nullptr, nullptr, nullptr, CefCookie()));
   cef.currentThread = TID_UI;

@@ -2,8 +2,8 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
+
+#include "tests/support/TempDir.h"
 
 namespace {
 
@@ -11,17 +11,6 @@ constexpr char kLineEnd[] = "\r\n";
 constexpr size_t kHeaderSize = 9;  // "00106,09 "
 // Longer ones are cut when they are written, while their header keeps the uncut length.
 constexpr size_t kLongestWhole = 4036;
-
-std::string ReadFrom(const std::string& path, size_t begin) {
-  std::ifstream file(path, std::ios::binary | std::ios::ate);
-  if (!file) return "";
-  file.seekg(static_cast<std::streamoff>(file.tellg()) < static_cast<std::streamoff>(begin)
-                 ? 0
-                 : static_cast<std::streamoff>(begin));
-  std::ostringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
 
 pid_t ProcessOf(const std::string& record) {
   int process = 0;
@@ -32,7 +21,8 @@ pid_t ProcessOf(const std::string& record) {
 }  // namespace
 
 std::vector<LogRecord> ReadLog(const std::string& path, size_t begin, std::string* fault) {
-  const std::string all = ReadFrom(path, begin);
+  std::string all = ReadFile(path);
+  if (begin <= all.size()) all.erase(0, begin);
   std::vector<LogRecord> records;
   if (fault) fault->clear();
   for (size_t at = 0; at + kHeaderSize < all.size();) {

@@ -5,14 +5,14 @@
 
 #include <unistd.h>
 
-#include <cstdio>
-#include <sstream>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "libs/kxlog/kxLogService/kxLogServiceAPI.h"
 #include "libs/kxlog/kxLogService/kxLogServiceAPILib.h"
+#include "tests/support/LogRecords.h"
 #include "tests/support/TempDir.h"
 
 // Joins the log and raises its level to 5, which all processes share, for as long as it lives.
@@ -21,11 +21,8 @@ class LogTrace {
  public:
   LogTrace() {
     if (!KXLogInitialize()) throw std::runtime_error("cannot join the log");
-    char pid[16];
-    std::snprintf(pid, sizeof pid, " p%04d ", getpid());
-    pid_field_ = pid;
     SetLevel(5);
-    start_ = ReadFile(ControlBlock()->path).size();
+    Take();
   }
   ~LogTrace() {
     SetLevel(3);
@@ -37,18 +34,15 @@ class LogTrace {
   // The records since the start or the last call, each as "1 'CEF' message", without the tag when
   // the record has none.
   std::vector<std::string> Take() {
-    const std::string log = ReadFile(ControlBlock()->path);
-    std::istringstream added(log.substr(log.size() < start_ ? 0 : start_));
-    start_ = log.size();
+    constexpr size_t kLevelAt = sizeof "2026/11/14 18:54:09.123 " - 1;
     std::vector<std::string> records;
-    for (std::string line; std::getline(added, line);) {
-      const size_t message = line.find(" - ");
-      if (line.find(pid_field_) > message || message == std::string::npos) continue;
-      if (line.back() == '\r') line.pop_back();
-      // Length, date and time stand before the level.
-      constexpr size_t kLevelAt = sizeof "00187,09 2026/11/14 18:54:09.123 " - 1;
-      records.push_back(line.substr(kLevelAt, 1) + line.substr(message + 2));
+    for (const LogRecord& record : ReadLog(ControlBlock()->path, start_)) {
+      if (record.process != getpid()) continue;
+      const size_t message = record.text.find(" - ") + 2;
+      records.push_back(record.text.substr(kLevelAt, 1) + record.text.substr(message));
     }
+    std::error_code none;
+    start_ = std::filesystem::file_size(ControlBlock()->path, none);
     return records;
   }
 
@@ -60,7 +54,6 @@ class LogTrace {
     LogUnlock();
   }
 
-  std::string pid_field_;
   size_t start_ = 0;
 };
 

@@ -115,22 +115,14 @@ std::optional<Subprocess::End> Subprocess::Wait(std::chrono::milliseconds limit)
   return end_;
 }
 
-bool Subprocess::WaitForText(const std::string& text, int file, std::chrono::milliseconds limit) {
+bool Subprocess::WaitForOutput(const std::string& text, std::chrono::milliseconds limit) {
   const auto end = std::chrono::steady_clock::now() + limit;
   bool last = false;
-  while (Content(file).find(text) == std::string::npos) {
+  while (out().find(text) == std::string::npos) {
     if (last) return false;
     last = Wait(std::chrono::milliseconds(5)) || std::chrono::steady_clock::now() > end;
   }
   return true;
-}
-
-bool Subprocess::WaitForOutput(const std::string& text, std::chrono::milliseconds limit) {
-  return WaitForText(text, output_, limit);
-}
-
-bool Subprocess::WaitForError(const std::string& text, std::chrono::milliseconds limit) {
-  return WaitForText(text, error_, limit);
 }
 
 std::string Subprocess::out() const { return Content(output_); }

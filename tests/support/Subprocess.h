@@ -48,17 +48,14 @@ class Subprocess {
   // open is not waited for.
   std::optional<End> Wait(std::chrono::milliseconds limit);
 
-  // Waits until standard output (or standard error) holds the text. False when the limit passes or
-  // the program ends without it.
+  // Waits until standard output holds the text. False when the limit passes or the program ends
+  // without it.
   bool WaitForOutput(const std::string& text, std::chrono::milliseconds limit);
-  bool WaitForError(const std::string& text, std::chrono::milliseconds limit);
 
   std::string out() const;
   std::string err() const;
 
  private:
-  bool WaitForText(const std::string& text, int file, std::chrono::milliseconds limit);
-
   pid_t pid_ = -1;
   int input_ = -1;
   int output_ = -1;

@@ -102,8 +102,8 @@ TEST(Gateway, ProgramServesBothSchemesAndNeverOutlivesItsStarter) {
   EXPECT_EQ(end->exit_status, 0) << end->err;
 
   Subprocess other(start({"--port", "0", "--scenario", "custom-finished"}));
-  EXPECT_TRUE(
-      other.WaitForError("embedded-browser-start --type custom --url 'http://", seconds(20)));
+  EXPECT_TRUE(other.WaitForOutput("\n", seconds(20)));
+  EXPECT_THAT(other.err(), HasSubstr("embedded-browser-start --type custom --url 'http://"));
   other.Signal(SIGTERM);
   ASSERT_TRUE(other.Wait(seconds(20)));
   for (const auto& wrong : {"--certificate", "--scenario", "--scenarios"}) {

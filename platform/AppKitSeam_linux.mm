@@ -7,7 +7,6 @@
 
 #import "platform/AppKitSeam.h"
 #import "platform/CatchThrown.h"
-#include "platform/Display.h"
 
 namespace {
 

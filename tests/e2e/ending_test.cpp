@@ -2,6 +2,8 @@
 
 #include <signal.h>
 
+#include <algorithm>
+#include <set>
 #include <thread>
 #include <tuple>
 
@@ -16,6 +18,7 @@ constexpr char kNever[] = "/saml-never/start";
 constexpr char kAutomatic[] = "/saml-redirect/start?auto=1";
 constexpr char kByHand[] = "/saml-redirect/start";
 constexpr char kEndless[] = "/saml-endless-answer/start";
+constexpr std::chrono::seconds kHangLimit{8};
 constexpr char kFormTitle[] = "Sign in to your account";
 constexpr char kEmptyDocument[] =
     R"({"postauthcookie":"","samlidpcookies":"","samlidplogoutrequesturl":"","samlslostate":0})";
@@ -97,6 +100,12 @@ TEST_F(EndingTest, SignalOfTheFirstMomentsIsNotLost) {
 TEST_F(EndingTest, UserClosesTheWindow) {
   Subprocess starter(SignsInAt(kNever));
   WaitForForm();
+  // The browser's shortcuts open no window that stays.
+  display_->Xdotool({"key", "ctrl+t", "ctrl+n", "sleep", "1"});
+  EXPECT_TRUE(WaitFor([&] {
+    const std::string windows = display_->Run({"wmctrl", "-l"}).output;
+    return std::count(windows.begin(), windows.end(), '\n') == 1;
+  }));
   EXPECT_EQ(display_->Run({"wmctrl", "-c", kFormTitle}).status, 0);
   const StarterReport report = Report(starter);
   EXPECT_EQ(report.verdict, "closed by user") << report.log;
@@ -182,16 +191,33 @@ TEST_F(EndingTest, CrashedPageCanBeReloaded) {
   const StarterReport report = Report(starter);
   EXPECT_EQ(report.verdict, "signed in") << report.log;
   EXPECT_THAT(report.idp_cookies, HasSubstr("IDPSESSION="));
+  std::set<std::string> agents;
+  for (const RecordedRequest& request : box_->requests()) agents.insert(request.user_agent);
+  EXPECT_EQ(agents.size(), 1u) << "the page has another user agent than before";
 }
 
+// One with the user's profile and one with a profile of its own; a Chromium that hangs as well. The
+// next run has the user's profile at once.
 TEST_F(EndingTest, KilledProgramLeavesNothing) {
-  Subprocess starter(SignsInAt(kNever));
-  WaitForForm();
-  ASSERT_GT(HelperProcess(), 0);
-  kill(HelperProcess(), SIGKILL);
-  const StarterReport report = Report(starter);
-  EXPECT_EQ(report.verdict, "crashed");
-  EXPECT_EQ(report.slo_state, -1) << "nothing was written";
+  const auto sent = [this](const char* path) { return CookiesSentTo(path); };
+  for (const bool stuck : {false, true}) {
+    const size_t before = sent("/saml-never/sso").size();
+    Subprocess first(SignsInAt(kNever)), second(SignsInAt(kNever));
+    ASSERT_TRUE(WaitFor([&] { return sent("/saml-never/sso").size() == before + 2; }));
+    for (const pid_t chromium : BrowserProcesses("")) kill(chromium, stuck ? SIGSTOP : SIGCONT);
+    for (pid_t helper; (helper = HelperProcess()) > 0; EndsWithin(helper, kPatience)) {
+      kill(helper, SIGKILL);
+    }
+    for (Subprocess* starter : {&first, &second}) {
+      const StarterReport report = Report(*starter);
+      EXPECT_EQ(report.verdict, "crashed");
+      EXPECT_EQ(report.slo_state, -1) << "nothing was written";
+    }
+    EXPECT_TRUE(!stuck || WaitFor([this] { return UserProcesses().empty(); }, kHangLimit));
+    Subprocess next(SignsInAt(kAutomatic));
+    EXPECT_EQ(Report(next).verdict, "signed in");
+  }
+  EXPECT_THAT(sent("/saml-redirect/sso?").back(), HasSubstr("IDPDEVICE=box"));
 }
 
 TEST_F(EndingTest, KilledStarterEndsTheStep) {

@@ -5,9 +5,9 @@
 #include <signal.h>
 
 #include <regex>
+#include <thread>
 
 #include "tests/e2e/E2eTest.h"
-#include "tests/support/LocalServer.h"
 #include "tests/support/TrustStore.h"
 #include "tools/gateway/Certificates.h"
 
@@ -101,18 +101,22 @@ TEST_F(KeysTest, ClientCertificateIsChosen) {
     ASSERT_EQ(result.status, 0) << result.output;
   }
   const Identity gateway = authority.Issue(CertificateKind::kGood, {"localhost"});
-  LocalServer server(home_.write("certificate", gateway.CertificatePem()),
-                     home_.write("key", gateway.KeyPem()), ca);
-  server.Serve("/start", [](const LocalServer::Request&) {
-    LocalServer::Answer answer{200, "<script>location = '/done'</script>", "text/html", {}};
+  httplib::SSLServer server(home_.write("certificate", gateway.CertificatePem()).c_str(),
+                            home_.write("key", gateway.KeyPem()).c_str(), ca.c_str());
+  server.set_keep_alive_timeout(1);
+  server.Get("/start", [](const httplib::Request&, httplib::Response& answer) {
     answer.headers = {{"Set-Cookie", "KXSAMLEBSTATEID=known"}, {"Set-Cookie", "KXSAMLEBSTATUS=1"}};
-    return answer;
+    answer.set_content("<script>location = '/done'</script>", "text/html");
   });
-  Subprocess starter(
-      StarterCommand({"saml-login", "", kCookie, false, {"--url", server.Url("/start")}}));
+  const std::string address =
+      "https://localhost:" + std::to_string(server.bind_to_any_port("127.0.0.1")) + "/start";
+  std::thread serving([&] { server.listen_after_bind(); });
+  Subprocess starter(StarterCommand({"saml-login", "", kCookie, false, {"--url", address}}));
   PressReturnUntil([&] { return starter.Wait(seconds(0)).has_value(); });
   const StarterReport report = Report(starter);
   EXPECT_EQ(report.post_auth_cookie, "KXSAMLEBSTATEID=known") << report.log << report.err;
+  server.stop();
+  serving.join();
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include "libs/kxaccess/InstallPaths.h"
 #include "tests/e2e/E2eTest.h"
+#include "tests/support/LogTrace.h"
 
 namespace {
 
@@ -72,6 +73,27 @@ TEST_F(StageTest, Framework) {
     EXPECT_EQ(report.helper_exit_status, 0);
     EXPECT_THAT(report.log, HasSubstr("failed to load cef library"));
     EXPECT_TRUE(box_->requests().empty()) << "no page was opened";
+  }
+}
+
+// What the framework tells of requests, cookies, titles and the console shows at the highest level
+// only, which all runs share.
+TEST_F(StageTest, FullestLogTellsOfAllPartsOfAPage) {
+  const LogTrace raised;
+  const StarterReport report =
+      Run({"saml-login", "/saml-many-parts/start?auto=1", "KXSAMLEMBID=launch", false, {}});
+  EXPECT_EQ(report.verdict, "signed in") << report.err;
+  for (const char* text :
+       {"SetCookie \\(name:KXSAMLEMBID url:[^ ]*/start[^ ]*\\) ret = 1",
+        "name=\\[KXSAMLEMBID\\] value.size\\(\\):6", "name=\\[IDPSESSION\\] value.size\\(\\):32",
+        "/sso[^ ]*, Media type = 0", "/frame[^ ]*, Media type = 1", "/style[^ ]*, Media type = 2",
+        "/script[^ ]*, Media type = 3", "/pixel[^ ]*, Media type = 4",
+        "/fetched[^ ]*, Media type = 13", "\\(URL:\\)= text/html\n",
+        "\\(URL:http://idp[^ ]*/sso[^ ]*\\)= text/css\n", "\\)= text/javascript\n",
+        "OnTitleChange In parts\n", "OnTitleChange All parts\n",
+        "Message: said 1 Object Source: http://idp[^ ]*/sso",
+        "Message: Uncaught ReferenceError: nothing is not defined"}) {
+    EXPECT_THAT(report.log, testing::ContainsRegex(text));
   }
 }
 

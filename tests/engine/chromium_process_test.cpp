@@ -1,4 +1,4 @@
-// Chromium's start and its end, above all that nothing stays behind.
+// How Chromium is started as a child, and what becomes of its output.
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -8,22 +8,13 @@
 #include <unistd.h>
 
 #include <filesystem>
-#include <functional>
-#include <regex>
 
 #include "cef/chromium/process/ChildProcess.h"
-#include "cef/chromium/process/ChromiumProcess.h"
-#include "cef/chromium/process/Profile.h"
-#include "tests/support/RawChromium.h"
+#include "cef/chromium/process/ChromiumOutput.h"
 #include "tests/support/TempDir.h"
-#include "tests/support/VirtualDisplay.h"
-
-using engine::ChromiumOptions;
-using engine::ChromiumProcess;
 
 namespace fs = std::filesystem;
 using std::chrono::seconds;
-using Clock = std::chrono::steady_clock;
 
 namespace {
 
@@ -36,24 +27,6 @@ std::string ReadAll(int fd) {
   }
   return text;
 }
-
-// A display, and the options for a Chromium on it whose run folder is known.
-class ChromiumProcessTest : public testing::Test {
- protected:
-  ChromiumProcessTest() { options_.profile_dir = folder_.file("profile"); }
-
-  // The options with another run folder.
-  const ChromiumOptions& NextRun() {
-    std::string err;
-    options_.run_folder = engine::MakeRunFolder(&err);
-    EXPECT_NE(options_.run_folder, "") << err;
-    return options_;
-  }
-
-  VirtualDisplay display_;
-  TempDir folder_;
-  ChromiumOptions options_;
-};
 
 }  // namespace
 
@@ -129,91 +102,4 @@ TEST(ChromiumOutputTest, TheLogStaysSmallAndPrivate) {
     output->Note("note");
   }
   EXPECT_EQ(ReadFile(folder.file("target")), "");
-}
-
-TEST_F(ChromiumProcessTest, EveryWayToEndLeavesNothingBehind) {
-  struct {
-    const char* name;
-    std::function<void(RawChromium&)> end;
-    bool by_itself;
-  } const kWays[] = {
-      {"Browser.close", [](RawChromium& c) { c.Call("Browser.close"); }, true},
-      {"main process killed", [](RawChromium& c) { kill(c.process().pid(), SIGKILL); }, true},
-      {"killed", [](RawChromium& c) { c.process().Kill(); }, true},
-      {"destroyed", [](RawChromium&) {}, false},
-      {"stopped and destroyed", [](RawChromium& c) { kill(-c.process().pid(), SIGSTOP); }, false},
-  };
-  for (const auto& way : kWays) {
-    SCOPED_TRACE(way.name);
-    RawChromium chromium(NextRun());
-    chromium.OpenPage("data:text/html,<title>x</title>");
-    const ProcessWatch watch(options_.run_folder);
-    EXPECT_GT(watch.count(), 4u);
-    way.end(chromium);
-    EXPECT_TRUE(!way.by_itself || chromium.process().WaitForExit(seconds(5)));
-    const auto begin = Clock::now();
-    chromium.Destroy();
-    // It would wait three seconds for one that it asks.
-    EXPECT_LT(Clock::now() - begin, std::chrono::milliseconds(2500));
-    EXPECT_TRUE(watch.WaitForAll(seconds(2)));
-    EXPECT_FALSE(fs::exists(options_.run_folder));
-  }
-}
-
-// The component updater and the list of accounts, which nothing switches off, get no further than
-// the port.
-TEST_F(ChromiumProcessTest, NobodyIsAskedUnasked) {
-  std::string err;
-  const auto profile = engine::Profile::Open(options_.profile_dir, &err);
-  const std::string log = folder_.file("net-log");
-  options_.switches = {{"log-net-log", log}};
-  RawChromium chromium(NextRun());
-  chromium.OpenPage("data:text/html,x");
-  const auto end = Clock::now() + seconds(20);
-  const auto asked = [&](const char* what) {
-    return ReadFile(log).find(what) != std::string::npos;
-  };
-  while ((!asked("ListAccounts") || !asked("cup2key")) && Clock::now() < end) usleep(100000);
-  const std::string text = ReadFile(log);
-  const std::regex address("\"(?:url\":\"https?://|host\":\"(?:https?://)?)([^:/\"]+)");
-  for (std::sregex_iterator it(text.begin(), text.end(), address), last; it != last; ++it) {
-    EXPECT_EQ((*it)[1], "192.0.2.1");
-  }
-}
-
-// Whoever kills us, and however: the guardian cleans up.
-TEST_F(ChromiumProcessTest, OurOwnDeathLeavesNothingBehind) {
-  for (const bool stuck : {false, true}) {
-    SCOPED_TRACE(stuck ? "with a stuck Chromium" : "with a sound Chromium");
-    int ready[2];
-    ASSERT_EQ(pipe2(ready, O_CLOEXEC), 0);
-    const pid_t owner = fork();
-    if (owner == 0) {
-      setpgid(0, 0);
-      std::string err;
-      auto profile = engine::Profile::OpenPrivate(folder_.file("cache"), &err);
-      options_.profile_dir = profile->dir();
-      options_.private_profile = true;
-      RawChromium chromium(NextRun());
-      chromium.OpenPage("data:text/html,x");
-      if (stuck) kill(-chromium.process().pid(), SIGSTOP);
-      dprintf(ready[1], "%s %s", options_.run_folder.c_str(), profile->dir().c_str());
-      close(ready[1]);
-      pause();
-      _exit(0);
-    }
-    close(ready[1]);
-    const std::string paths = ReadAll(ready[0]);
-    close(ready[0]);
-    const std::string run_folder = paths.substr(0, paths.find(' '));
-    const std::string profile = paths.substr(paths.find(' ') + 1);
-    ASSERT_TRUE(fs::exists(run_folder) && fs::exists(profile)) << paths;
-    const ProcessWatch watch(run_folder);
-    EXPECT_GT(watch.count(), 4u);
-    kill(-owner, SIGKILL);
-    engine::ReapChild(owner);
-    EXPECT_TRUE(watch.WaitForAll(seconds(8)));
-    EXPECT_FALSE(fs::exists(run_folder));
-    EXPECT_FALSE(fs::exists(profile));
-  }
 }

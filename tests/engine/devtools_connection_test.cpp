@@ -1,20 +1,13 @@
-// The protocol without a browser: the test plays the other end of the pipes.
+// The protocol, and the cookies behind it.
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <algorithm>
-#include <future>
 #include <thread>
-#include <utility>
 #include <vector>
 
-#include "cef/chromium/base/IoThread.h"
 #include "cef/chromium/cookies/CookieStore.h"
-#include "cef/chromium/devtools/DevToolsConnection.h"
+#include "tests/engine/DevToolsTest.h"
 
-using engine::DevToolsConnection;
 using engine::JsonObject;
 using engine::JsonValue;
 using engine::MessageBuffer;
@@ -24,51 +17,9 @@ using ::testing::HasSubstr;
 
 namespace {
 
-constexpr std::chrono::seconds kLimit{10};
-
-class DevToolsConnectionTest : public ::testing::Test {
+class DevToolsConnectionTest : public DevToolsTest {
  protected:
-  void SetUp() override {
-    ASSERT_TRUE(engine::IoThread::Get().Start());
-    ASSERT_EQ(pipe(commands_), 0);
-    ASSERT_EQ(pipe(events_), 0);
-  }
-  void TearDown() override {
-    ClosePeer();
-    EXPECT_TRUE(connection_.WaitClosed(kLimit));
-    close(commands_[1]);
-    close(events_[0]);
-    // Work that the IO thread has in hand may still refer to the connection.
-    std::promise<void> idle;
-    engine::IoThread::Get().PostTask([&idle] { idle.set_value(); });
-    idle.get_future().wait();
-  }
-
-  void Open() { connection_.Open(commands_[1], events_[0]); }
-
-  void ClosePeer() {
-    for (int* end : {&events_[1], &commands_[0]}) {
-      if (*end >= 0) close(std::exchange(*end, -1));
-    }
-  }
-
-  // Writes the messages, each of which ends with a bar here and with a NUL on its way.
-  void Reply(std::string messages) {
-    std::replace(messages.begin(), messages.end(), '|', '\0');
-    ASSERT_EQ(write(events_[1], messages.data(), messages.size()), ssize_t(messages.size()));
-  }
-
-  // The next command, without its NUL.
-  std::string ReadCommand() {
-    std::string command;
-    for (char c; read(commands_[0], &c, 1) == 1 && c != '\0';) command += c;
-    return command;
-  }
-
-  DevToolsConnection connection_;
   engine::CookieStore store_{connection_};  // the IO thread may still use it after the last reply
-  int commands_[2] = {-1, -1};
-  int events_[2] = {-1, -1};
 };
 
 TEST_F(DevToolsConnectionTest, RepliesAndEventsFindTheirReceivers) {
@@ -251,19 +202,28 @@ TEST_F(DevToolsConnectionTest, LargeMessagesAreCutAndStayReadable) {
   EXPECT_THAT(events, ElementsAre("re", "re", "re", "re", "re", "s"));
 }
 
-// Chromium takes all cookies of a command or none.
+// Chromium takes all cookies of a command or none. It deletes none but by their replacement, which
+// has to be for the same place.
 TEST_F(DevToolsConnectionTest, ACookieThatIsRefusedDoesNotKeepTheOthers) {
   Open();
   std::promise<int> deleted;
-  store_.Delete([](const engine::Cookie&) { return true; },
+  store_.Delete([](const engine::Cookie& cookie) { return cookie.name != "c"; },
                 [&](int count) { deleted.set_value(count); });
   EXPECT_THAT(ReadCommand(), HasSubstr("Storage.getCookies"));
-  Reply(R"({"id":1,"result":{"cookies":[{"name":"a","domain":"a.test","path":"/"},)"
-        R"({"name":"b","domain":"a.test","path":"/"}]}}|)");
-  EXPECT_THAT(ReadCommand(), AllOf(HasSubstr(R"("name":"a")"), HasSubstr(R"("name":"b")")));
+  Reply(R"({"id":1,"result":{"cookies":[{"name":"a","domain":"a.test","path":"/"},{"name":"c"},)"
+        R"({"name":"b","domain":".b.test","path":"/in","secure":true,"httpOnly":true,)"
+        R"("partitionKey":{"topLevelSite":"x"}}]}}|)");
+  const std::string a =
+      R"({"name":"a","value":"expired","path":"/","secure":false,"httpOnly":false,"expires":1,)"
+      R"("url":"http://a.test/"})";
+  const std::string b =
+      R"({"name":"b","value":"expired","path":"/in","partitionKey":{"topLevelSite":"x"},)"
+      R"("secure":true,"httpOnly":true,"expires":1,"domain":".b.test"})";
+  // Longer paths first, as they are sent.
+  EXPECT_THAT(ReadCommand(), HasSubstr("[" + b + "," + a + "]"));
   Reply(R"({"id":2,"error":{"message":"Invalid cookie fields"}}|)");
-  EXPECT_THAT(ReadCommand(), HasSubstr(R"("name":"a")"));
-  EXPECT_THAT(ReadCommand(), HasSubstr(R"("name":"b")"));
+  EXPECT_THAT(ReadCommand(), HasSubstr("[" + b + "]"));
+  EXPECT_THAT(ReadCommand(), HasSubstr("[" + a + "]"));
   Reply(R"({"id":3,"error":{"message":"Invalid cookie fields"}}|{"id":4,"result":{}}|)");
   EXPECT_EQ(deleted.get_future().get(), 1);
 }

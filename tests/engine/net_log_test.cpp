@@ -1,37 +1,65 @@
-// Whether the tables of numbers are those that Chromium has.
+// What a real Chromium writes to its network log, and whom it asks.
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
+#include <regex>
 
 #include "cef/chromium/base/NetErrors.h"
-#include "cef/chromium/process/ChildProcess.h"
-#include "tests/support/RawChromium.h"
+#include "cef/chromium/process/ChromiumProcess.h"
+#include "cef/chromium/process/NetLog.h"
+#include "cef/chromium/process/Profile.h"
 #include "tests/support/TempDir.h"
 #include "tests/support/VirtualDisplay.h"
+#include "tools/gateway/GatewayBox.h"
 
 using std::chrono::seconds;
 
-TEST(NetLogTest, OurNumbersAreChromiums) {
-  VirtualDisplay display;
-  TempDir folder;
-  const std::string fifo = folder.file("log");
-  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
-  const int log = open(fifo.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
-  engine::ChromiumOptions options;
-  options.profile_dir = folder.file("profile");
-  options.switches = {{"log-net-log", fifo}};
-  RawChromium chromium(options);
-  std::string line;
-  char piece[4096];
-  while (line.find('\n') == std::string::npos && engine::WaitReadable(log, seconds(10))) {
-    line.append(piece, static_cast<size_t>(std::max<ssize_t>(read(log, piece, sizeof piece), 0)));
+namespace {
+
+class NetLogTest : public testing::Test {
+ protected:
+  // Starts a Chromium that writes the log, with a page.
+  void Open(const std::string& page, const std::string& log) {
+    std::string err;
+    profile_ = engine::Profile::Open(folder_.file("profile"), &err);
+    engine::ChromiumOptions options;
+    options.chromium = engine::FindChromiums(&err).at(0);
+    options.profile_dir = profile_->dir();
+    options.switches = {{"log-net-log", log}};
+    if (geteuid() == 0) options.switches.emplace_back("no-sandbox", "");
+    chromium_ = engine::ChromiumProcess::Start(options, &err);
+    ASSERT_TRUE(chromium_) << err;
+    const std::string command =
+        R"({"id":1,"method":"Target.createTarget","params":{"newWindow":true,"url":")" + page +
+        "\"}}";
+    const auto size = static_cast<ssize_t>(command.size() + 1);
+    ASSERT_EQ(write(chromium_->command_fd(), command.c_str(), command.size() + 1), size);
   }
-  close(log);
+
+  // The log's text once it holds all of these.
+  std::string LogWith(const std::vector<std::string>& texts) const {
+    std::string log;
+    const auto end = std::chrono::steady_clock::now() + seconds(20);
+    for (bool whole = false; !whole && std::chrono::steady_clock::now() < end; usleep(100000)) {
+      log = ReadFile(log_);
+      whole = true;
+      for (const auto& text : texts) whole = whole && log.find(text) != std::string::npos;
+    }
+    return log;
+  }
+
+  VirtualDisplay display_;
+  const TempDir folder_;
+  const std::string log_ = folder_.file("log");
+  std::unique_ptr<engine::Profile> profile_;
+  std::unique_ptr<engine::ChromiumProcess> chromium_;
+};
+
+TEST_F(NetLogTest, OurNumbersAreChromiums) {
+  Open("data:,x", log_);
+  std::string line = LogWith({"\n"});
   line.erase(line.find('\n'));
   rapidjson::Document constants;
   constants.Parse((line.substr(0, line.rfind(',')) + "}").c_str());
@@ -53,3 +81,31 @@ TEST(NetLogTest, OurNumbersAreChromiums) {
   }
   EXPECT_GT(known, 200);
 }
+
+// The component updater and the list of accounts, which nothing switches off, get no further than
+// the port.
+TEST_F(NetLogTest, NobodyIsAskedUnasked) {
+  Open("data:,x", log_);
+  const std::string text = LogWith({"ListAccounts", "cup2key"});
+  const std::regex address("\"(?:url\":\"https?://|host\":\"(?:https?://)?)([^:/\"]+)");
+  for (std::sregex_iterator it(text.begin(), text.end(), address), last; it != last; ++it) {
+    EXPECT_EQ((*it)[1], "192.0.2.1");
+  }
+}
+
+// The devtools name only the worst one.
+TEST_F(NetLogTest, AllFaultsOfACertificateAreRead) {
+  GatewayBox box;
+  std::string err;
+  const auto log = engine::NetLog::Start(folder_.path(), &err);
+  ASSERT_TRUE(log) << err;
+  const std::string host = "wrong-host-unknown-authority.gateway.localhost";
+  Open("https://" + host + ":" + std::to_string(box.https_port()) + "/", log->path());
+  const auto verdict = log->Fault(host, 4, seconds(20));
+  ASSERT_TRUE(verdict);
+  EXPECT_EQ(verdict->status & 7, 5u);
+  EXPECT_NE(verdict->certificate, "");
+  chromium_.reset();
+}
+
+}  // namespace

@@ -164,18 +164,6 @@ TEST_F(EndingTest, SecondSignInWhileOneRuns) {
   EXPECT_EQ(Report(first).verdict, "stopped");
 }
 
-TEST_F(EndingTest, BrowserKilledInTheMiddle) {
-  Subprocess starter(SignsInAt(kNever));
-  WaitForForm();
-  ASSERT_EQ(BrowserProcesses("").size(), 1u);
-  kill(BrowserProcesses("")[0], SIGKILL);
-  const StarterReport report = Report(starter);
-  EXPECT_EQ(report.verdict, "browser failed") << report.log;
-  EXPECT_THAT(report.detail, HasSubstr("Chromium exited on its own"));
-  EXPECT_EQ(report.helper_exit_status, 0);
-  EXPECT_EQ(report.slo_state, 0);
-}
-
 // The user sees the browser's own page about it, with its button to reload.
 TEST_F(EndingTest, CrashedPageCanBeReloaded) {
   Subprocess starter(SignsInAt(kByHand));

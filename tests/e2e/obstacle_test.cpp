@@ -242,6 +242,8 @@ INSTANTIATE_TEST_SUITE_P(
                     Mishap{"DisplayGoesUnderAQuestion", Mishap::kDisplayGoes, true, kBrowserFailed,
                            kDisplayGone},
                     Mishap{"PageCrashes", Mishap::kPageCrashes, false, "closed by user", ""},
+                    Mishap{"ChromiumIsKilled", Mishap::kChromiumIsKilled, false, kBrowserFailed,
+                           "Chromium exited on its own"},
                     Mishap{"ChromiumHangs", Mishap::kChromiumHangs, false, "stopped", ""},
                     Mishap{"ChromiumIsKilledUnderAQuestion", Mishap::kChromiumIsKilled, true,
                            kBrowserFailed, "Chromium exited on its own"}),

@@ -16,20 +16,6 @@
 #include "tests/support/LogTrace.h"
 #include "tests/support/TempDir.h"
 
-// Claims to be an exception, and throws when it is asked for more.
-@interface BrokenException : NSObject
-@end
-
-@implementation BrokenException
-- (BOOL)isMemberOfClass:(Class)aClass {
-  return aClass == [NSException class];
-}
-- (NSString*)name {
-  [NSException raise:@"Broken" format:@"no name"];
-  return nil;
-}
-@end
-
 @interface DerivedException : NSException
 @end
 
@@ -119,8 +105,6 @@ TEST_F(ResourcesTest, ReportsThrownObjects) {
        { known, "1 'OrbUI' Fresh", "1 'OrbUI' 100% sure" }},
       {[DerivedException exceptionWithName : @"Derived" reason : @"no" userInfo : nil], { other }},
       {nil, {other}},
-      {[[[BrokenException alloc] init] autorelease],
-       {known, "1 'OrbUI' NSException  occurred in UI nsshowobj"}},
   };
   LogTrace log;
   for (const auto& c : cases) {

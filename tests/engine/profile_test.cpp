@@ -3,7 +3,9 @@
 #include "cef/chromium/process/Profile.h"
 
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <cstring>
@@ -89,6 +91,15 @@ TEST_F(ProfileTest, UnsafeFoldersAreNotUsed) {
          fs::rename(path, folder_.file("elsewhere"));
          fs::create_symlink(folder_.file("elsewhere"), path);
          EXPECT_EQ(lchown(path.c_str(), 12345, 12345), 0);
+       }},
+      {"where a Chromium runs that is not ours",
+       [&] {
+         sockaddr_un address = {};
+         address.sun_family = AF_UNIX;
+         (path + "/SingletonSocket").copy(address.sun_path, sizeof address.sun_path - 1);
+         const int chromium = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+         EXPECT_EQ(bind(chromium, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+         EXPECT_EQ(listen(chromium, 1), 0);
        }},
   };
   for (const auto& one : kCases) {

@@ -14,6 +14,10 @@ NSStringEncoding WideStringEncoding();
 // nothing.
 void StartAppKitProcess();
 
+// From now on what AppKit has to say to developers goes to `take`, one message in UTF-8 a call,
+// instead of standard error. `take` lives as long as the process and may be called by any thread.
+void TakeAppKitMessages(void (*take)(const char* message));
+
 // [application_class sharedApplication], at once or, where that takes its time, not before
 // ConnectDisplay(). What it throws goes to `report`: without a display an NSException, after which
 // NSApp exists but cannot show anything. The process keeps its signal handlers and its

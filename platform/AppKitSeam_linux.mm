@@ -182,6 +182,16 @@ void StartAppKitProcess() {
   [pool drain];
 }
 
+namespace {
+void (*s_TakeMessage)(const char*) = nullptr;
+void TakeMessage(NSString* message) { s_TakeMessage([message UTF8String]); }
+}  // namespace
+
+void TakeAppKitMessages(void (*take)(const char*)) {
+  s_TakeMessage = take;
+  _NSLog_printf_handler = TakeMessage;
+}
+
 void CreateSharedApplication(Class application_class, void (*report)(id thrown)) {
   s_ApplicationClass = application_class;
   s_Report = report;

@@ -8,6 +8,9 @@ NSStringEncoding WideStringEncoding() {
 
 void StartAppKitProcess() {}
 
+// They go to the system's log.
+void TakeAppKitMessages(void (*)(const char*)) {}
+
 void CreateSharedApplication(Class application_class, void (*report)(id thrown)) {
   if (id thrown = CatchThrown([=] { [application_class sharedApplication]; })) report(thrown);
 }

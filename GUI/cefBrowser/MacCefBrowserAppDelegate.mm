@@ -40,6 +40,8 @@
 
 int MacCreateAppDelegate() {
   StartAppKitProcess();
+  // They are of no use to who starts the program.
+  TakeAppKitMessages([](const char* message) { KXLOG(4, kStrModuleName, "%s", message); });
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   // Without a display this is what fails, and the rest still goes on.
   CreateSharedApplication([MacCefBrowserApplication class], showNsObject);

@@ -47,10 +47,11 @@ void Engine::Wire() {
         return log->Fault(host, fault, wait);
       });
   load_errors_.OnAnyFailed([this](const std::string& request) { hooks_.RequestFailed(request); });
-  targets_.OnGone([this](const std::string& target_id) {
-    hooks_.BrowserGone(target_id);
-    certificates_.BrowserGone(target_id);
-    load_errors_.BrowserGone(target_id);
+  targets_.OnGone([this](const CefRefPtr<Browser>& browser) {
+    hooks_.BrowserGone(browser->target_id());
+    certificates_.BrowserGone(browser->target_id());
+    load_errors_.BrowserGone(browser->target_id());
+    if (!chromium_ended_ && table_.empty()) SayWhatWasClosed(*browser.get());
   });
   targets_.SetBarrier([this](std::function<void()> done) { cookies_.WhenSettled(done); });
 
@@ -58,10 +59,12 @@ void Engine::Wire() {
   hooks_.Subscribe();
   certificates_.Subscribe();
   load_errors_.Subscribe();
-  SubscribeFrameEvents(connection_, table_);
+  SubscribeFrameEvents(connection_, table_,
+                       [this](const JsonValue& frame) { load_errors_.OnDocument(frame); });
   SubscribeDisplayEvents(connection_, table_);
   connection_.OnClosed([this] { OnConnectionClosed(); });
   MessageLoop::Get().OnDisplayLost([this] { OnDisplayLost(); });
+  MessageLoop::Get().OnSignal([this] { SayWhatIsShown(); });
 }
 
 bool Engine::OpenByTarget() {
@@ -82,6 +85,7 @@ void Engine::OnConnectionClosed() {
     return !browser->IsForcedToClose();
   });
   if (unasked) MessageLoop::Get().PostTask([this] { SayWhatEndedIt(); });
+  chromium_ended_ = true;
   targets_.AllGone();
   MessageLoop::Get().PostTask([this] { factory_.FailAll(); });
   MessageLoop::Get().BreakAlerts();
@@ -95,6 +99,32 @@ void Engine::SayWhatEndedIt() {
   }
   const std::string words = launch_.LastWords();
   Say("Chromium exited on its own" + (words.empty() ? "" : "; it says: " + words));
+}
+
+// Of a window that the user has closed.
+void Engine::SayWhatWasClosed(const Browser& last) {
+  const Screen screen = last.screen();
+  if (last.IsForcedToClose() || screen.error.empty() || screen.host.empty()) return;
+  Say("closed by the user after " + screen.host + " could not be reached: " + screen.error);
+}
+
+// When a signal comes, unless the run has an end already.
+void Engine::SayWhatIsShown() {
+  const std::vector<CefRefPtr<Browser>> open = table_.All();
+  const bool ends = std::any_of(open.begin(), open.end(), [](const CefRefPtr<Browser>& browser) {
+    return browser->IsForcedToClose();
+  });
+  if (ends || open.empty()) return;
+  const Screen screen = open.back()->screen();
+  if (screen.host.empty()) {
+    Say("ended while nothing had come");
+  } else if (!screen.error.empty()) {
+    Say("ended while " + screen.host + " could not be reached: " + screen.error);
+  } else if (screen.loading) {
+    Say("ended while " + screen.host + " was being loaded");
+  } else {
+    Say("ended while the page of " + screen.host + " was shown");
+  }
 }
 
 void Engine::OnDisplayLost() {

@@ -55,6 +55,8 @@ class Engine {
   void OnConnectionClosed();
   void OnDisplayLost();
   void SayWhatEndedIt();
+  void SayWhatWasClosed(const Browser& last);
+  void SayWhatIsShown();
   bool OpenByTarget();
 
   DevToolsConnection connection_;
@@ -68,7 +70,8 @@ class Engine {
   Targets targets_{connection_, table_, factory_};
 
   std::atomic<bool> running_{false};
-  bool display_lost_ = false;  // UI thread only
+  bool display_lost_ = false;    // UI thread only
+  bool chromium_ended_ = false;  // IO thread only
   // Set once, on the main thread, before anybody else asks.
   CefRefPtr<CommandLine> command_line_;
   CefRefPtr<CefRequestContext> global_context_;

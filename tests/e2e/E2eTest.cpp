@@ -155,6 +155,7 @@ StarterReport E2eTest::Report(Subprocess& starter) {
   EXPECT_TRUE(json.IsObject()) << end->out << end->err;
   if (!json.IsObject()) return report;
   report.verdict = TextMember(json, "verdict");
+  report.reason = TextMember(json, "reason");
   report.detail = TextMember(json, "detail");
   report.helper_exit_status = json["helper_exit_status"].GetInt();
   report.log = LogOf(json["helper_process"].GetInt());

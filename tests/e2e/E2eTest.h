@@ -27,6 +27,7 @@ inline constexpr std::chrono::seconds kPatience{60};
 struct StarterReport {
   int exit_status = -1;
   std::string verdict;
+  std::string reason;
   std::string detail;
   std::string post_auth_cookie;
   std::string idp_cookies;

@@ -180,6 +180,36 @@ TEST_F(EndingTest, SecondSignInWhileOneRuns) {
   EXPECT_EQ(Report(first).verdict, "stopped");
 }
 
+TEST_F(EndingTest, PageThatCannotBeReachedComesWhenItsServerDoes) {
+  const Subprocess::Command command = SignsInAt(kAutomatic);
+  GatewayBox::Options options;
+  options.port = box_->port();
+  box_.reset();
+  Subprocess starter(command);
+  ASSERT_TRUE(WaitFor([&] {
+    return LogOf(HelperProcess()).find("net::ERR_CONNECTION_REFUSED") != std::string::npos;
+  }));
+  box_ = std::make_unique<GatewayBox>(options);
+  EXPECT_EQ(Report(starter).verdict, "signed in");
+}
+
+// What was posted is sent once more when the user asks for it, and only then.
+TEST_F(EndingTest, PageThatCannotBeReachedCanBeReloaded) {
+  Subprocess starter(SignsInAt("/saml-broken-post/start?auto=1"));
+  const auto posts = [this] { return CookiesSentTo("/saml-broken-post/sign-in").size(); };
+  ASSERT_TRUE(WaitFor(
+      [&] { return LogOf(HelperProcess()).find("net::ERR_EMPTY_RESPONSE") != std::string::npos; }));
+  std::this_thread::sleep_for(std::chrono::seconds(2));
+  const size_t before = posts();
+  // Chromium asks whether it may.
+  PressUntil({"key", "ctrl+r", "sleep", "1", "key", "Return"}, [&] { return posts() > before; });
+  starter.Signal(SIGTERM);
+  const StarterReport report = Report(starter);
+  EXPECT_EQ(before, 1u);
+  EXPECT_EQ(report.reason, "page-unreachable") << report.err;
+  EXPECT_THAT(report.detail, HasSubstr("idp.localhost could not be reached: net::ERR_EMPTY_RESP"));
+}
+
 // The user sees the browser's own page about it, with its button to reload.
 TEST_F(EndingTest, CrashedPageCanBeReloaded) {
   Subprocess starter(SignsInAt(kByHand));

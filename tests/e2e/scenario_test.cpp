@@ -84,16 +84,22 @@ TEST_P(ScenarioTest, EndsAsItsFileSays) {
   if (scenario.https) TrustBox();
   const std::string address =
       StartAddress(scenario, {box_->port(), box_->https_port()}, scenario.automatic);
-  Subprocess starter(
+  Subprocess::Command command =
       StarterCommand({scenario.step,
                       "",
                       scenario.cookie,
                       scenario.https,
-                      {"--url", address, "--timeout", std::to_string(scenario.timeout)}}));
+                      {"--url", address, "--timeout", std::to_string(scenario.timeout)}});
+  if (!scenario.language.empty()) command.environment["LANGUAGE"] = scenario.language;
+  Subprocess starter(command);
   for (const Hand& hand : scenario.hands) Play(hand);
   const StarterReport report = Report(starter);
   for (const std::string& refusal : box_->refusals()) ADD_FAILURE() << refusal;
   EXPECT_EQ(report.verdict, expect.verdict) << report.log << report.err;
+  EXPECT_EQ(report.reason, expect.reason);
+  // Nothing that is not the caller's business; of a step that succeeds, nothing at all.
+  const char* const lines = expect.reason.empty() ? "" : "(cef: [^\n]*\n)?";
+  ExpectMatch(report.err, lines, "standard error");
   ExpectMatch(report.post_auth_cookie, expect.post_auth_cookie, "postauthcookie");
   ExpectMatch(report.idp_cookies, expect.idp_cookies, "samlidpcookies");
   ExpectMatch(report.logout_url, expect.logout_url, "samlidplogoutrequesturl");

@@ -28,6 +28,11 @@ std::string WhyNot(const Condition& when, const Visit& visit, const Texts& texts
                                   [&visit](const std::string& name) { return visit.Cookie(name); });
     if (!why.empty()) return why;
   }
+  for (const std::string& entry : when.headers) {
+    const std::string why = Unmet("header", entry, texts,
+                                  [&visit](const std::string& name) { return visit.Header(name); });
+    if (!why.empty()) return why;
+  }
   for (const std::string& entry : when.fields) {
     const std::string why = Unmet(
         "field", entry, texts, [&visit](const std::string& name) { return visit.Parameter(name); });

@@ -18,6 +18,7 @@ struct Condition {
   std::string method;  // empty: any
   std::vector<std::string> cookies;
   std::vector<std::string> fields;  // of the query or of a posted form
+  std::vector<std::string> headers;
 };
 
 struct CookieToSet {
@@ -76,6 +77,7 @@ struct Hand {
 // What the starter reports in the end. The texts are regular expressions for the whole value.
 struct Expectation {
   std::string verdict;
+  std::string reason;  // not a regular expression
   std::string post_auth_cookie;
   std::string idp_cookies;
   std::string logout_url;
@@ -86,8 +88,9 @@ struct Expectation {
 struct Scenario {
   std::string name;  // of the file, without its extension
   std::string description;
-  std::string step;    // "saml-login", "custom" or "saml-logout"
-  std::string cookie;  // what the caller plants
+  std::string step;      // "saml-login", "custom" or "saml-logout"
+  std::string cookie;    // what the caller plants
+  std::string language;  // the user's, as LANGUAGE names it; empty: as it is
   bool https = false;
   // By host: the fault of its certificate, which is also part of the name it is reached under.
   std::map<std::string, std::string> certificates;

@@ -58,6 +58,7 @@ class Reader {
     Take(document_, "description", scenario_.description);
     Take(document_, "step", scenario_.step);
     Take(document_, "cookie", scenario_.cookie);
+    Take(document_, "language", scenario_.language);
     Take(document_, "https", scenario_.https);
     Take(document_, "timeout", scenario_.timeout);
     Take(document_, "auto", scenario_.automatic);
@@ -122,6 +123,7 @@ class Reader {
                     {"samlidpcookies", expect.idp_cookies},
                     {"samlidplogoutrequesturl", expect.logout_url}};
     Take(value, "verdict", expect.verdict);
+    Take(value, "reason", expect.reason);
     Take(value, "samlslostate", expect.slo_state);
     Take(value, "log", expect.log);
     for (const auto& pattern : patterns) {
@@ -148,6 +150,7 @@ class Reader {
       Take(*when, "method", answer.when.method);
       Take(*when, "cookies", answer.when.cookies);
       Take(*when, "fields", answer.when.fields);
+      Take(*when, "headers", answer.when.headers);
     }
     Take(value, "status", answer.status);
     Take(value, "headers", answer.headers);

@@ -24,6 +24,10 @@ class Visit {
   std::string Origin(const std::string& name) const;
   // A parameter of the query or of the form; empty when missing.
   std::string Parameter(const std::string& name) const;
+  // A header of the request; empty when missing.
+  std::string Header(const std::string& name) const {
+    return request_.get_header_value(name.c_str());
+  }
   // The value of a cookie that came with the request; empty when missing.
   std::string Cookie(const std::string& name) const;
   // True when the pages that come next shall fill themselves in ("auto=1").

@@ -8,6 +8,8 @@
 #include <sstream>
 #include <system_error>
 
+#include "tools/starter/BrowserLine.h"
+
 namespace ebStarter {
 
 namespace {
@@ -88,10 +90,29 @@ std::string Seconds(std::chrono::milliseconds time) {
   return time == std::chrono::seconds(1) ? "1 second" : text;
 }
 
+// Of a step that came to nothing, where its end tells more than its verdict; else empty.
+std::string WhatWasShown(const Outcome& outcome) {
+  const BrowserLine line(Printable(outcome.end.browser_remark));
+  if (outcome.reason == "page-unreachable") {
+    return line.host + " could not be reached: " + line.error + "; check the network";
+  }
+  if (outcome.reason == "certificate-refused") {
+    return "the certificate of " + line.host + " was refused: " + line.error +
+           "; if the address is right, ask the administrator to put the certificate right";
+  }
+  if (outcome.reason == "certificate-question") {
+    return "nobody answered the question about the certificate of " + line.host + ": " + line.error;
+  }
+  if (outcome.reason == "page-loading") return line.host + " did not answer";
+  if (outcome.reason == "nothing-shown") return "nothing had come";
+  return line.host.empty() ? "" : "the page of " + line.host + " was shown";
+}
+
 }  // namespace
 
 std::string DetailOf(const Settings& settings, const Outcome& outcome) {
   const HelperEnd& end = outcome.end;
+  const std::string shown = WhatWasShown(outcome);
   switch (outcome.verdict) {
     case Verdict::kSignedIn:
       break;
@@ -99,6 +120,7 @@ std::string DetailOf(const Settings& settings, const Outcome& outcome) {
       return "cannot execute " + Printable(settings.program) + ": " +
              std::generic_category().message(end.start_error);
     case Verdict::kRefused:
+      if (!shown.empty()) return "the identity provider answered, but then " + shown;
       return "the identity provider answered, but the gateway opened no session; sign in again, or "
              "ask the gateway's administrator";
     case Verdict::kHostCheckNeeded:
@@ -113,16 +135,18 @@ std::string DetailOf(const Settings& settings, const Outcome& outcome) {
              (url.empty() ? "" : ", continue at " + Printable(url));
     }
     case Verdict::kClosedByUser:
+      if (!shown.empty()) return "the window was closed after " + shown;
       return "the window was closed before the step had finished; start the step again";
     case Verdict::kTimedOut:
       return "the step had not finished after " + Seconds(settings.limits.time) +
-             "; start it again, with more time if need be";
+             (shown.empty() ? "" : " and " + shown) + "; start it again, with more time if need be";
     case Verdict::kNothingWritten:
     case Verdict::kCrashed:
       if (end.last_line.empty()) return HowItEnded(end) + "; its log says why";
       return HowItEnded(end) + "; its last line was: " + Shown(end.last_line, settings, outcome);
     case Verdict::kStopped:
-      return SignalName(end.stopped_by) + " arrived before the step had finished";
+      return SignalName(end.stopped_by) + " arrived before the step had finished" +
+             (shown.empty() ? "" : "; " + shown);
     case Verdict::kUnreadable:
       return HowItEnded(end) +
              " and left something other than a result; reinstall it if this happens again";

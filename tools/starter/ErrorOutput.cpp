@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "tools/starter/BrowserLine.h"
+
 namespace ebStarter {
 
 namespace {
@@ -38,7 +40,8 @@ void LastLines::Take(const char* bytes, size_t size) {
 void LastLines::End() {
   if (!current_.empty() && current_.back() == '\r') current_.pop_back();
   if (current_.compare(0, kMarkSize, kBrowserMark) == 0) {
-    browser_failure_ = current_.substr(kMarkSize);
+    const std::string line = current_.substr(kMarkSize);
+    (BrowserLine(line).failure ? browser_failure_ : browser_remark_) = line;
   }
   if (!current_.empty()) last_ = current_;
   current_.clear();

@@ -19,15 +19,17 @@ class LastLines {
   // The stream has ended, perhaps within a line.
   void End();
 
-  // The last line that is not empty, and the rest of the last one that begins with "cef: "; both
-  // cut at 1 KiB.
+  // The last line that is not empty, and the rest of the last ones that begin with "cef: " and say
+  // that the browser failed, or what was on the screen; all cut at 1 KiB.
   const std::string& last() const { return last_; }
   const std::string& browser_failure() const { return browser_failure_; }
+  const std::string& browser_remark() const { return browser_remark_; }
 
  private:
   std::string current_;
   std::string last_;
   std::string browser_failure_;
+  std::string browser_remark_;
 };
 
 // A pipe for the helper to write to, and a thread that passes all of it on to this process's

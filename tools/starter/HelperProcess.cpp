@@ -245,6 +245,7 @@ HelperEnd RunHelper(const Settings& settings, int stop) {
   const LastLines& lines = output.Finish();
   end.last_line = lines.last();
   end.browser_failure = lines.browser_failure();
+  end.browser_remark = lines.browser_remark();
   return end;
 }
 

@@ -2,6 +2,7 @@
 
 #include <rapidjson/document.h>
 
+#include "tools/starter/BrowserLine.h"
 #include "tools/starter/Detail.h"
 
 namespace ebStarter {
@@ -67,6 +68,25 @@ Verdict VerdictOf(StepType type, const HelperEnd& end, const std::string& text,
   return Unfinished(end, refused ? Verdict::kRefused : Verdict::kClosedByUser);
 }
 
+std::string ReasonOf(Verdict verdict, const HelperEnd& end) {
+  const std::string& failure = end.browser_failure;
+  const std::string& remark = end.browser_remark;
+  switch (verdict) {
+    case Verdict::kBrowserFailed:
+      return BrowserLine(failure).reason;
+    case Verdict::kTimedOut:
+    case Verdict::kStopped:
+      if (!failure.empty()) return BrowserLine(failure).reason;
+      return remark.empty() ? "" : BrowserLine(remark).reason;
+    case Verdict::kClosedByUser:
+    case Verdict::kRefused:
+      if (!remark.empty()) return BrowserLine(remark).reason;
+      return verdict == Verdict::kClosedByUser ? "page-shown" : "";
+    default:
+      return "";
+  }
+}
+
 }  // namespace
 
 const char* VerdictName(Verdict verdict) {
@@ -107,6 +127,7 @@ Outcome Judge(const Settings& settings, const HelperEnd& end, const std::string&
   outcome.data = Parse(text);
   if (outcome.data) outcome.json = text;
   outcome.verdict = VerdictOf(settings.request.type, end, text, outcome.data);
+  outcome.reason = ReasonOf(outcome.verdict, end);
   outcome.detail = DetailOf(settings, outcome);
   return outcome;
 }

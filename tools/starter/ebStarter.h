@@ -88,9 +88,11 @@ struct HelperEnd {
   int stopped_by = 0;      // the last signal that a StopSwitch passed on
   std::chrono::milliseconds duration{0};
   // From its standard error, which also goes to the caller's, byte for byte: the last line, and the
-  // last one that says its browser failed (without the mark). As written, cut at 1 KiB.
+  // last ones (without the mark) that say that its browser failed, and what was on the screen when
+  // the step ended. As written, cut at 1 KiB.
   std::string last_line;
   std::string browser_failure;
+  std::string browser_remark;
 };
 
 // What the helper leaves: the members of its JSON document. All texts are UTF-8.
@@ -127,6 +129,20 @@ struct Outcome {
   // What happened and what to do about it: one line of printable UTF-8, without a full stop; empty
   // when all is well. Holds no cookie.
   std::string detail;
+  // Why, in one word that does not change with the version; empty where the verdict says it all, or
+  // where it is not known.
+  //   closed by user, timed out, stopped; the second and third also of a refused sign-in:
+  //     page-shown            an ordinary page was on the screen
+  //     page-unreachable      one that could not be reached
+  //     certificate-refused   the user has refused a certificate
+  //   timed out, stopped:
+  //     page-loading          the first page was on its way
+  //     certificate-question  the question about a certificate was open
+  //     nothing-shown         there was a window, but nothing in it yet
+  //   browser failed, and a step that was ended before:
+  //     no-display, no-browser, browser-not-started, no-window, browser-exited, display-gone,
+  //     browser-failed        in some other way
+  std::string reason;
   std::optional<ReturnData> data;  // nothing when the helper left nothing readable
   std::string json;                // the same as the helper wrote it, else empty
   HelperEnd end;

@@ -46,6 +46,8 @@ void PrintJson(const Outcome& outcome) {
   writer.String(VerdictName(outcome.verdict));
   writer.Key("status");
   writer.Int(static_cast<int>(outcome.verdict));
+  writer.Key("reason");
+  writer.String(outcome.reason.c_str());
   writer.Key("detail");
   writer.String(outcome.detail.c_str());
   writer.Key("milliseconds");

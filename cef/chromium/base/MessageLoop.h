@@ -77,6 +77,10 @@ class MessageLoop {
   void ReleaseSignals();
   // Whether a signal waits to be handed over. UI thread.
   bool SignalWaits();
+  // Whether something waits for which an open alert ends without the user's answer. UI thread.
+  bool AlertsMustEnd();
+  // Called on the UI thread before each signal is handed over; before Run().
+  void OnSignal(Task handler) { on_signal_ = std::move(handler); }
   // Called on the UI thread, as a task, when a signal arrives while signals are held; before Run().
   void OnSignalHeld(Task handler) { on_signal_held_ = std::move(handler); }
 
@@ -114,6 +118,7 @@ class MessageLoop {
   std::deque<int> pending_signals_;  // UI thread only
   Task on_display_lost_;             // UI thread only
   Task on_signal_held_;              // UI thread only
+  Task on_signal_;                   // UI thread only
   bool launched_ = false;            // UI thread only
   bool display_lost_ = false;        // UI thread only
 };

@@ -267,8 +267,7 @@ void MessageLoop::OnDescriptorReadable() {
   Drain(wake_fd_);
   CollectSignals();
   if (!HaveDisplay()) return;
-  const bool interrupted = break_alerts_ || urgent_tasks_ > 0 || !pending_signals_.empty();
-  if (interrupted && [NSApp modalWindow] != nil) [NSApp abortModal];
+  if (AlertsMustEnd() && [NSApp modalWindow] != nil) [NSApp abortModal];
   PostWakeEvent();
 }
 
@@ -286,6 +285,7 @@ void MessageLoop::DeliverSignals() {
     const int number = pending_signals_.front();
     pending_signals_.pop_front();
     LetAlertsStay();
+    if (on_signal_) on_signal_();
     Deliver(number);
   }
 }
@@ -294,6 +294,8 @@ bool MessageLoop::SignalWaits() {
   CollectSignals();
   return !pending_signals_.empty();
 }
+
+bool MessageLoop::AlertsMustEnd() { return break_alerts_ || urgent_tasks_ > 0 || SignalWaits(); }
 
 // Unless something still wants them to end. Whoever counts an urgent task meanwhile fills it again.
 void MessageLoop::LetAlertsStay() {

@@ -7,8 +7,9 @@
 
 namespace engine {
 
-// Prints one line to standard error that says why the run fails, without a line end. It begins with
-// "cef: ", which tells it from all other lines: callers look for it. Any thread.
+// Prints one line to standard error that says why the run comes to nothing, without a line end. It
+// begins with "cef: ", which tells it from all other lines: callers look for it, and know what it
+// says by its first words. Any thread.
 void Say(const std::string& text);
 
 }  // namespace engine

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "cef/chromium/base/DataUrl.h"
 #include "cef/chromium/base/IoThread.h"
 #include "cef/chromium/base/MessageLoop.h"
 #include "cef/chromium/base/NetErrors.h"
@@ -132,6 +133,14 @@ void Browser::CloseTarget(int attempts) {
 
 void Browser::Navigate(const std::string& frame_id, const std::string& url) {
   if (url.empty()) return;
+  if (MessageLoop::Get().OnUiThread() && frame_id == to_fill_) {
+    // The document that stands there keeps the address that failed, for reloading.
+    if (const std::optional<std::string> html = HtmlOfDataUrl(url)) {
+      connection_.Send(session_, "Page.setDocumentContent",
+                       JsonObject().Add("frameId", frame_id).Add("html", *html));
+      return;
+    }
+  }
   const std::string target = HasScheme(url) ? url : "http://" + url;
   JsonObject params;
   params.Add("url", target);
@@ -159,14 +168,26 @@ void Browser::Navigate(const std::string& frame_id, const std::string& url) {
 }
 
 void Browser::NotifyLoadError(const std::string& frame_id, const std::string& error_text,
-                              const std::string& url) {
+                              const std::string& url, bool document) {
   const CefRefPtr<CefClient> client = this->client();
   // What a closing window breaks off is no error.
   if (!client.get() || url.empty() || forced_) return;
   const CefRefPtr<CefLoadHandler> handler = client->GetLoadHandler();
   if (!handler.get()) return;
+  if (document) to_fill_ = frame_id;
   handler->OnLoadError(this, FrameById(frame_id),
                        static_cast<cef_errorcode_t>(NetErrorCode(error_text)), error_text, url);
+  to_fill_.clear();
+}
+
+void Browser::Shows(const Screen& screen) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  screen_ = screen;
+}
+
+Screen Browser::screen() const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  return screen_;
 }
 
 CefRefPtr<CefFrame> Browser::FrameById(const std::string& frame_id) {

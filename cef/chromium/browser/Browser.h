@@ -16,6 +16,13 @@ namespace engine {
 
 class DevToolsConnection;
 
+// What a window shows, as far as it tells why a step has not come to its end.
+struct Screen {
+  std::string host;   // of the page, or of the first one while that is loaded; "" before
+  std::string error;  // why the page could not be had, as "net::ERR_..."; "" for one that was
+  bool loading = false;
+};
+
 // Any thread, where nothing else is said. The object outlives its window; what is asked of it then
 // does nothing.
 class Browser : public CefBrowser {
@@ -55,9 +62,13 @@ class Browser : public CefBrowser {
   void Navigate(const std::string& frame_id, const std::string& url);
 
   CefRefPtr<CefFrame> FrameById(const std::string& frame_id);
-  // Reports a failed navigation to the client, unless it is being closed by force. UI thread.
+  // Reports a failed navigation to the client, unless it is being closed by force. With `document`,
+  // an HTML page that the client loads in return is shown at the address that failed. UI thread.
   void NotifyLoadError(const std::string& frame_id, const std::string& error_text,
-                       const std::string& url);
+                       const std::string& url, bool document = false);
+
+  void Shows(const Screen& screen);
+  Screen screen() const;
 
   CefRefPtr<CefBrowserHost> GetHost() override;
   int GetIdentifier() override { return identifier_; }
@@ -80,6 +91,7 @@ class Browser : public CefBrowser {
   std::atomic<bool> forced_{false};
   mutable std::mutex mutex_;
   CefRefPtr<CefClient> client_;  // guarded by mutex_
+  Screen screen_;                // guarded by mutex_
 
   // IO thread only.
   bool set_up_ = false;
@@ -88,6 +100,7 @@ class Browser : public CefBrowser {
   // UI thread only.
   bool did_do_close_ = false;
   bool asked_page_ = false;
+  std::string to_fill_;  // the frame whose failure the client is told of
 
   IMPLEMENT_REFCOUNTING(Browser);
 };

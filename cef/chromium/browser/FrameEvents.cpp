@@ -1,19 +1,22 @@
 #include "cef/chromium/browser/FrameEvents.h"
 
-#include "cef/chromium/base/PageQueue.h"
+#include <utility>
 
 namespace engine {
 
-void SubscribeFrameEvents(DevToolsConnection& connection, BrowserTable& table) {
+void SubscribeFrameEvents(DevToolsConnection& connection, BrowserTable& table,
+                          std::function<void(const JsonValue& frame)> on_document) {
   connection.On("Page.frameAttached",
                 [&table](const std::string& session, const JsonValue& params) {
                   table.SetFrame(session, TextAt(params, "frameId"));
                 });
-  connection.On("Page.frameNavigated",
-                [&table](const std::string& session, const JsonValue& params) {
-                  const JsonValue* frame = MemberAt(params, "frame");
-                  if (frame) table.SetFrame(session, TextAt(*frame, "id"));
-                });
+  connection.On("Page.frameNavigated", [&table, on_document = std::move(on_document)](
+                                           const std::string& session, const JsonValue& params) {
+    const JsonValue* frame = MemberAt(params, "frame");
+    if (!frame) return;
+    table.SetFrame(session, TextAt(*frame, "id"));
+    on_document(*frame);
+  });
   connection.On("Page.frameDetached", [&table](const std::string&, const JsonValue& params) {
     // With "swap" the frame lives on in another process.
     if (TextAt(params, "reason") != "swap") table.RemoveFrame(TextAt(params, "frameId"));

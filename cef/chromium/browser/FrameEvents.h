@@ -3,13 +3,17 @@
 #ifndef CEF_CHROMIUM_BROWSER_FRAMEEVENTS_H_
 #define CEF_CHROMIUM_BROWSER_FRAMEEVENTS_H_
 
+#include <functional>
+
 #include "cef/chromium/browser/BrowserTable.h"
 #include "cef/chromium/devtools/DevToolsConnection.h"
 
 namespace engine {
 
-// Before the connection is opened. Both must live as long as the process.
-void SubscribeFrameEvents(DevToolsConnection& connection, BrowserTable& table);
+// Before the connection is opened. Both must live as long as the process. `on_document` gets the
+// description of each frame that shows another document, on the IO thread.
+void SubscribeFrameEvents(DevToolsConnection& connection, BrowserTable& table,
+                          std::function<void(const JsonValue& frame)> on_document);
 
 }  // namespace engine
 

@@ -48,7 +48,7 @@ bool IsBrowserPage(const std::string& url) {
 Targets::Targets(DevToolsConnection& connection, BrowserTable& table, BrowserFactory& factory)
     : connection_(connection), table_(table), factory_(factory) {}
 
-void Targets::OnGone(std::function<void(const std::string&)> handler) {
+void Targets::OnGone(std::function<void(const CefRefPtr<Browser>&)> handler) {
   on_gone_ = std::move(handler);
 }
 
@@ -193,7 +193,7 @@ void Targets::LetRun(const std::string& session) {
 void Targets::Gone(const std::string& target_id) {
   const CefRefPtr<Browser> browser = table_.Remove(target_id);
   if (!browser.get()) return;
-  on_gone_(target_id);
+  on_gone_(browser);
   MessageLoop::Get().PostTask([browser] { browser->NotifyGone(); });
 }
 

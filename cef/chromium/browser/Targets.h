@@ -25,8 +25,8 @@ class Targets {
 
   // Chromium sends this with every request when it is not empty. Before Enable().
   void SetUserAgent(const std::string& user_agent) { user_agent_ = user_agent; }
-  // Called on the IO thread when a browser's window is gone.
-  void OnGone(std::function<void(const std::string& target_id)> handler);
+  // Called on the IO thread when a browser's window is gone, and the browser out of the table.
+  void OnGone(std::function<void(const CefRefPtr<Browser>& browser)> handler);
   // Runs its argument once all cookie operations so far have been carried out. Any thread.
   void SetBarrier(std::function<void(std::function<void()>)> barrier);
 
@@ -58,7 +58,7 @@ class Targets {
   BrowserTable& table_;
   BrowserFactory& factory_;
   std::string user_agent_;
-  std::function<void(const std::string&)> on_gone_;
+  std::function<void(const CefRefPtr<Browser>&)> on_gone_;
   std::function<void(std::function<void()>)> barrier_;
 };
 

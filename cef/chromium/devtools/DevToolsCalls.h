@@ -20,6 +20,8 @@ inline constexpr DevToolsCall kDevToolsCalls[] = {
     {"Page.bringToFront", true},
     {"Page.enable", true},
     {"Page.navigate", true},
+    {"Page.reload", true},
+    {"Page.setDocumentContent", true},
     {"Runtime.addBinding", true},
     {"Runtime.enable", true},
     {"Runtime.runIfWaitingForDebugger", true},

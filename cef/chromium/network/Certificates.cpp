@@ -13,9 +13,13 @@
 
 #include "cef/chromium/network/Certificates.h"
 
+#include <atomic>
+#include <memory>
+
 #include "cef/chromium/base/IoThread.h"
 #include "cef/chromium/base/MessageLoop.h"
 #include "cef/chromium/base/NetErrors.h"
+#include "cef/chromium/base/Say.h"
 #include "cef/chromium/base/Url.h"
 #include "cef/chromium/network/RequestCallback.h"
 #include "cef/chromium/network/SslInfo.h"
@@ -102,14 +106,27 @@ void Certificates::Ask(int question, const CefRefPtr<Browser>& browser, const st
   const uint32_t worst = CertStatusBit(code);
   const CertVerdict fault = fault_source_(host, worst, kVerdictLimit).value_or(CertVerdict());
   const uint32_t bits = fault.status | worst;
+  const auto refused = std::make_shared<std::atomic<bool>>(false);
   const CefRefPtr<RequestCallback> callback =
-      new RequestCallback([this, question, certificate = fault.certificate](bool allow) {
+      new RequestCallback([this, question, refused, certificate = fault.certificate](bool allow) {
+        *refused = !allow;
         Answer(question, allow, certificate);
       });
   if (!handler->OnCertificateError(browser.get(), static_cast<cef_errorcode_t>(code), url,
                                    new SslInfo(static_cast<cef_cert_status_t>(bits)),
                                    callback.get())) {
     callback->Cancel();
+  }
+  if (*refused && browser->IsForcedToClose()) SayWhatRefused(host, error);
+}
+
+void Certificates::SayWhatRefused(const std::string& host, const std::string& error) {
+  MessageLoop& loop = MessageLoop::Get();
+  const std::string certificate = "the certificate of " + host;
+  if (loop.SignalWaits()) {
+    Say("ended while " + certificate + " was in question: net::" + error);
+  } else if (!loop.AlertsMustEnd()) {
+    Say("closed by the user after " + certificate + " was refused: net::" + error);
   }
 }
 

@@ -61,6 +61,8 @@ class Certificates {
   bool IsAllowed(const std::string& host, const std::string& error) const;
   void Ask(int question, const CefRefPtr<Browser>& browser, const std::string& host,
            const std::string& error, const std::string& url);
+  // A refusal has ended the run.
+  static void SayWhatRefused(const std::string& host, const std::string& error);
   void Answer(int question, bool allow, const std::string& certificate);
   void AnswerEvent(int64_t event, bool allow);
 

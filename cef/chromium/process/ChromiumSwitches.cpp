@@ -41,6 +41,8 @@ constexpr Switch kBuiltIn[] = {
     {"noerrdialogs", ""},
     // A page may open windows at any time, as in an embedded browser.
     {"disable-popup-blocking", ""},
+    // A page that could not be had is tried again when the network is back.
+    {"enable-auto-reload", ""},
     // Identity providers object to navigator.webdriver, which the pipe would set.
     {"disable-blink-features", "AutomationControlled"},
     // BackForwardCache: pages restored from it pass no request hook. Enable...BoundCookies: a

@@ -70,7 +70,10 @@ bool Launch::Start(const std::string& cache_path, const Switches& switches,
   plan.options.switches = wanted;
 
   std::string reasons;
-  for (const InstalledChromium& chromium : FindChromiums(&reasons)) {
+  const std::vector<InstalledChromium> installed = FindChromiums(&reasons);
+  // Callers know this, and that of the display, by its first words.
+  if (installed.empty()) reasons = "no browser: " + reasons;
+  for (const InstalledChromium& chromium : installed) {
     std::string reason = ForbiddingPolicy(chromium);
     if (reason.empty()) {
       plan.options.chromium = chromium;
@@ -168,8 +171,11 @@ Launch::Result Launch::AwaitAnswer(Clock::time_point deadline, std::string* err)
   }
   if (answer->ok) return Result::kAnswers;
   // Chromium's own words for this are of no help to a user.
-  *err = WhyNoDisplay();
-  if (!err->empty()) return Result::kGivenUp;
+  const std::string no_display = WhyNoDisplay();
+  if (!no_display.empty()) {
+    *err = "no display: " + no_display;
+    return Result::kGivenUp;
+  }
   if (process_->output().TellsOfPolicy()) {
     *err = "the policy RemoteDebuggingAllowed forbids that other programs use " + chromium_path_;
     return Result::kUnfit;

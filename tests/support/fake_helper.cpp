@@ -1,6 +1,6 @@
 // Stands in for the browser helper in the starter's tests: takes the request from argv[0], stores
 // it beside the data folder, writes HELPER_SAYS on standard error, and does what the request's
-// "url" says; "cookie" is the text to leave in the segment.
+// "url" has for a host; "cookie" is the text to leave in the segment.
 
 #include <fcntl.h>
 #include <rapidjson/document.h>
@@ -9,6 +9,7 @@
 #include <sys/shm.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -74,7 +75,9 @@ int main(int, char** argv) {
   Tell("inherited", descriptors + input + (ignored ? ", SIGPIPE ignored" : ""));
   rapidjson::Document request;
   if (request.Parse(argv[0]).HasParseError()) return 255;
-  const std::string behaviour = request["url"].GetString();
+  std::string behaviour = request["url"].GetString();
+  behaviour = behaviour.substr(behaviour.find("://") + 3);
+  behaviour.erase(std::min(behaviour.find('/'), behaviour.size()));
   const std::string text = request["cookie"].GetString();
   if (const char* says = std::getenv("HELPER_SAYS")) std::fputs(says, stderr);
   if (behaviour == "linger" || behaviour == "chatty") Linger();

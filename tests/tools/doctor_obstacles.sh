@@ -82,6 +82,7 @@ FewOpenFiles() { ulimit -n 300; }
 SmallFilesOnly() { ulimit -f 2000; }
 
 ChromiumMissing() { chromium /dev/null; }
+ChromiumInEnglishOnly() { export LANGUAGE=eo; }
 ChromiumEndsAtOnce() { fake_chromium <<<'echo no luck >&2'; }
 ChromiumSilent() { fake_chromium <<<'exec sleep 60'; }
 ChromiumForbidden() { policy managed '{"RemoteDebuggingAllowed":false}'; }

@@ -144,6 +144,7 @@ INSTANTIATE_TEST_SUITE_P(
         Obstacle{"ChromiumSilent", "failure chromium-start: .*no answer"},
         Obstacle{"ChromiumForbidden",
                  "failure chromium-policy: .*RemoteDebuggingAllowed in .*/p.json"},
+        Obstacle{"ChromiumInEnglishOnly", "warning chromium-language: .*locales lacks eo"},
         Obstacle{"ChromiumWithoutSandbox", "warning chromium-sandbox: .*without its sandbox"},
         Obstacle{"ChromiumOld", "failure chromium-calls: .*Chrome/1 does not know .*setCookies"},
         Obstacle{"ChromiumOpensNoPage", "failure chromium-start: .*opens no page"}),

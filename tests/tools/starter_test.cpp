@@ -35,8 +35,8 @@ class Starter : public testing::Test {
   Subprocess::Command Command(const std::string& behaviour,
                               std::vector<std::string> more = {}) const {
     Subprocess::Command command;
-    command.arguments = {EB_STARTER, "--type",    "saml-login",  "--url",
-                         behaviour,  "--program", EB_FAKE_HELPER};
+    command.arguments = {EB_STARTER,  "--type",      "saml-login", "--url", "http://" + behaviour,
+                         "--program", EB_FAKE_HELPER};
     command.arguments.insert(command.arguments.end(), more.begin(), more.end());
     command.environment["HOME"] = home_.path();
     return command;
@@ -45,7 +45,7 @@ class Starter : public testing::Test {
   // The same through the library.
   Settings Step(const std::string& behaviour) const {
     Settings settings;
-    settings.request.url = behaviour;
+    settings.request.url = "http://" + behaviour;
     settings.program = EB_FAKE_HELPER;
     settings.home = home_.path();
     return settings;
@@ -74,6 +74,11 @@ TEST_F(Starter, VerdictsAndExitStatuses) {
   } cases[] = {
       {{"--cookie", kSignedIn}, "result", "cef: too late\n", 0, "signed in\n"},
       {{"--cookie", kNothing}, "result", "x", 7, "closed by user: the window was closed before "},
+      {{"--cookie", kNothing},
+       "result",
+       "cef: closed by the user after idp.test could not be reached: net::ERR_X\n",
+       7,
+       "closed by user: the window was closed after idp.test could not be reached: net::ERR_X; "},
       {{"--cookie", "{\"postauth"}, "result", "cef: x", 12, "unreadable result: "},
       {{}, "result", "", 9, "the helper exited with status 0; its log says why\n"},
       {{}, "fail", "one\nFailed.\r\n\n", 9, "are unusable); its last line was: Failed.\n"},
@@ -95,6 +100,13 @@ TEST_F(Starter, VerdictsAndExitStatuses) {
     EXPECT_EQ(end.err.find("embedded-browser-doctor") != std::string::npos, faulty) << entry.line;
     EXPECT_EQ(SegmentId(DataFolder(home_.path())), -1) << entry.line;
   }
+  Subprocess::Command german = Command("result", {"--cookie", kNothing, "--json"});
+  german.environment["LANGUAGE"] = "eo:de_AT";
+  german.environment["HELPER_SAYS"] =
+      "cef: closed by the user after a.test could not be reached: E\n";
+  EXPECT_THAT(
+      RunToEnd(german, seconds(30)).out,
+      HasSubstr("\"reason\":\"page-unreachable\",\"detail\":\"a.test war nicht erreichbar (E)."));
   EXPECT_THAT(RunToEnd(Command("crash", {"--json"}), seconds(30)).out,
               HasSubstr("\"helper_killed_by\":6,\"return_data\":null"));
 }
@@ -117,12 +129,12 @@ TEST_F(Starter, TerminalShowsTheSecondsThatAreLeft) {
 }
 
 TEST_F(Starter, RequestReachesTheHelperAsItsZerothArgument) {
-  Subprocess::Command command = Command("result \"quoted\" \xc3\xa9",
+  Subprocess::Command command = Command("result/ \"quoted\" \xc3\xa9",
                                         {"--clear-cookies", "https://gw/slo", "--cookie-stdin"});
   command.input = "a=1; b=\\2\n";
   RunToEnd(command, seconds(30));
   EXPECT_EQ(Told("request"),
-            "{\"browsertype\":1,\"url\":\"result \\\"quoted\\\" \xc3\xa9\","
+            "{\"browsertype\":1,\"url\":\"http://result/ \\\"quoted\\\" \xc3\xa9\","
             "\"cookie\":\"a=1; b=\\\\2\",\"samlslourltoclearcookies\":\"https://gw/slo\"}");
   home_.write("cookie", "from=file\r\n");
   command = Command("result", {"--type=saml-logout", "--cookie-file=" + home_.file("cookie")});
@@ -132,7 +144,7 @@ TEST_F(Starter, RequestReachesTheHelperAsItsZerothArgument) {
     EXPECT_EQ(err.find("others can read ") != std::string::npos, mode == 0640);
   }
   EXPECT_EQ(Told("request"),
-            "{\"browsertype\":3,\"url\":\"result\",\"cookie\":\"from=file\","
+            "{\"browsertype\":3,\"url\":\"http://result\",\"cookie\":\"from=file\","
             "\"samlslourltoclearcookies\":\"\"}");
 }
 
@@ -249,7 +261,7 @@ TEST_F(Starter, StepsOfOneProcessRunAndStopEachByItself) {
 
 TEST_F(Starter, ExampleOfALibraryClient) {
   Subprocess::Command command;
-  command.arguments = {EB_EXAMPLE, EB_FAKE_HELPER, home_.path(), "result", kSignedIn};
+  command.arguments = {EB_EXAMPLE, EB_FAKE_HELPER, home_.path(), "http://result", kSignedIn};
   EXPECT_EQ(RunToEnd(command, seconds(30)).out, "signed in: \nsession: KXSAMLEBSTATEID=1\n");
 }
 
@@ -274,6 +286,13 @@ TEST_F(Starter, ManualAndHelpAgree) {
 
 TEST_F(Starter, WrongUsageAndNoHomeRunNothing) {
   const std::vector<std::vector<std::string>> cases = {{"--url="},
+                                                       {"--url=gateway.test"},
+                                                       {"--url=file:///etc/passwd"},
+                                                       {"--url=https://:443/"},
+                                                       {"--url=https://a b/"},
+                                                       {"--url=https://a/\n"},
+                                                       {"--url=http://[::1"},
+                                                       {"--url=javascript:alert(1)//://a"},
                                                        {"--url"},
                                                        {"--type=vpn"},
                                                        {"--timeout=0"},

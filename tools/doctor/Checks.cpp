@@ -27,6 +27,7 @@ const std::vector<Check>& AllChecks() {
       {"framework", CheckFramework, kFileLimit},
       {"temporary-folder", CheckTemporaryFolder, kFileLimit},
       {"chromium", CheckChromium, kChromiumLimit},
+      {"chromium-language", CheckChromiumLanguage, kFileLimit},
       {"display", CheckDisplay, kDisplayLimit},
       {"home", CheckHome, kFileLimit},
       {"data-folder", CheckDataFolder, kFileLimit},

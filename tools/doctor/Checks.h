@@ -37,6 +37,8 @@ Finding CheckCatalogs();
 Finding CheckCatalogEncoding();
 // ChromiumCheck.cpp
 Finding CheckChromium();
+// LanguageCheck.cpp
+Finding CheckChromiumLanguage();
 // DisplayCheck.cpp
 Finding CheckDisplay();
 // FolderChecks.cpp

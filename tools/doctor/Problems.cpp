@@ -48,6 +48,9 @@ const std::vector<Problem> kProblems = {
     {"chromium-sandbox", true, "Pages are shown without Chromium's sandbox",
      "The system forbids users to make namespaces, which the sandbox is built from",
      "Let root install the package chromium-sandbox, or allow user namespaces", Verdict::kSignedIn},
+    {"chromium-language", true, "The browser's own questions and menus are in English",
+     "Chromium's texts in your language are not installed", "Install the package chromium-l10n",
+     Verdict::kSignedIn},
     {"display", true, "No window appears", "There is no X display, or it does not let you in",
      "Sign in from a graphical session; under Wayland install XWayland; over ssh use ssh -X; see "
      "that DISPLAY and XAUTHORITY are those of the session",
@@ -149,6 +152,10 @@ const std::vector<Problem> kProblems = {
      "Let the administrator list the site in Chromium's policy AuthServerAllowlist for Kerberos, "
      "or "
      "let the site offer a form",
+     Verdict::kClosedByUser},
+    {"page-unreachable", false, "The window says that a site can not be reached",
+     "The network is down, a server is, or a name is wrong; the window tries again by itself",
+     "Check the network; F5 tries at once. If only this site fails, ask your administrator",
      Verdict::kClosedByUser},
     {"window-closed", false, "The client says that the window was closed",
      "The window was closed before the last page had come", "Sign in again",

@@ -1,7 +1,9 @@
 #include "tools/starter/Options.h"
 
+#include <strings.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
@@ -23,6 +25,31 @@ struct CookieSource {
     text = new_text;
   }
 };
+
+// http or https, and a host, maybe with a port. What the path may hold is the browser's business.
+bool IsWebAddress(const std::string& url) {
+  const auto control = [](unsigned char c) { return c < ' ' || c == 0x7f; };
+  if (std::any_of(url.begin(), url.end(), control)) return false;
+  const size_t colon = std::min(url.find("://"), url.size());
+  const std::string scheme = url.substr(0, colon);
+  if (strcasecmp(scheme.c_str(), "http") != 0 && strcasecmp(scheme.c_str(), "https") != 0) {
+    return false;
+  }
+  std::string host = url.substr(std::min(colon + 3, url.size()));
+  host.erase(std::min(host.find_first_of("/?#\\"), host.size()));
+  host.erase(0, host.rfind('@') + 1);
+  const size_t digits = host.find_last_not_of("0123456789");
+  if (digits != std::string::npos && host[digits] == ':') {
+    if (host.size() - digits > 6) return false;
+    host.erase(digits);
+  }
+  if (!host.empty() && host.front() == '[') {
+    return host.size() > 3 &&
+           host.find_first_not_of("0123456789abcdefABCDEF:.", 1) + 1 == host.size() &&
+           host.back() == ']';
+  }
+  return !host.empty() && host.find_first_of(" <>\"^`{|}[]:%") == std::string::npos;
+}
 
 // Takes one cookie text, without the line ends that files end in.
 std::string ReadCookie(std::istream& in, const std::string& name, std::string& cookie) {
@@ -154,6 +181,9 @@ std::string ParseOptions(const std::vector<std::string>& arguments, Options& opt
   }
   if (!typed) return "--type is missing";
   if (options.step.request.url.empty()) return "--url is missing";
+  if (!IsWebAddress(options.step.request.url)) {
+    return "--url takes an http or https address with a host";
+  }
   if (cookie.twice)
     return "give only one of --cookie, --cookie-file and --cookie-stdin, and only once";
   return TakeCookie(cookie, options);

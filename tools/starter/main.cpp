@@ -12,6 +12,7 @@
 #include <string>
 
 #include "tools/starter/Options.h"
+#include "tools/starter/Sentences.h"
 
 namespace {
 
@@ -66,7 +67,7 @@ void PrintJson(const Outcome& outcome) {
   std::puts(buffer.GetString());
 }
 
-void PrintLine(const Outcome& outcome) {
+void PrintLine(const Outcome& outcome, const Sentences& sentences) {
   std::printf("%s%s%s\n", VerdictName(outcome.verdict), outcome.detail.empty() ? "" : ": ",
               outcome.detail.c_str());
   switch (outcome.verdict) {
@@ -76,8 +77,7 @@ void PrintLine(const Outcome& outcome) {
     case Verdict::kUnreadable:
     case Verdict::kBrowserFailed:
       std::fflush(stdout);
-      std::fputs("embedded-browser-doctor shows whether this computer has what such a step needs\n",
-                 stderr);
+      std::fprintf(stderr, "%s\n", sentences.Hint().c_str());
       break;
     default:
       break;
@@ -85,13 +85,12 @@ void PrintLine(const Outcome& outcome) {
 }
 
 // One line on the terminal, overwritten every second and by whatever the helper prints.
-ebStarter::Progress ProgressOnTerminal(milliseconds limit) {
+ebStarter::Progress ProgressOnTerminal(milliseconds limit, const Sentences& sentences) {
   if (!isatty(STDERR_FILENO)) return nullptr;
-  return [limit](milliseconds elapsed) {
+  return [limit, &sentences](milliseconds elapsed) {
     const auto left = std::max(std::chrono::ceil<std::chrono::seconds>(limit - elapsed),
                                std::chrono::seconds::zero());
-    std::fprintf(stderr, "\r\033[Kwaiting for the browser window, %lld s left\r",
-                 static_cast<long long>(left.count()));
+    std::fprintf(stderr, "\r\033[K%s\r", sentences.Progress(left.count()).c_str());
   };
 }
 
@@ -113,17 +112,19 @@ int main(int argc, char** argv) {
   }
   if (!wrong.empty()) return kWrongUsage;
 
+  const Sentences sentences;
   StopSwitch stop;
   g_stop = &stop;
   CatchSignals();
   options.step.stop = &stop;
-  options.step.progress = ProgressOnTerminal(options.step.limits.time);
-  const Outcome outcome = RunStep(options.step);
+  options.step.progress = ProgressOnTerminal(options.step.limits.time, sentences);
+  Outcome outcome = RunStep(options.step);
+  outcome.detail = sentences.DetailOf(outcome, options.step.request.type);
   if (options.step.progress) std::fputs("\r\033[K", stderr);
   if (options.json) {
     PrintJson(outcome);
   } else {
-    PrintLine(outcome);
+    PrintLine(outcome, sentences);
   }
   std::fflush(stdout);
   // A late signal must not find the switch gone.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <string>
 
+#include "platform/UserLanguages.h"
+
 namespace engine {
 namespace {
 
@@ -21,12 +23,33 @@ void ApplyLog(const CefSettings& settings, CefCommandLine& command_line) {
   command_line.AppendSwitchWithValue("log-file", file);
 }
 
+// Chromium's own texts, as far as they are installed.
+std::string UiLanguage() {
+  const std::vector<std::string> wanted = UserLanguages();
+  return wanted.empty() ? "en-US" : wanted.front();
+}
+
+// What pages are asked for in: the user's languages, each also without its country, and English.
+std::string AcceptLanguages() {
+  std::vector<std::string> wanted = UserLanguages();
+  wanted.push_back("en-US");
+  std::string list;
+  for (const std::string& language : wanted) {
+    for (const std::string& name : {language, language.substr(0, language.find('-'))}) {
+      if (("," + list + ",").find("," + name + ",") != std::string::npos) continue;
+      list += (list.empty() ? "" : ",") + name;
+    }
+  }
+  return list;
+}
+
 }  // namespace
 
 void ApplySettings(const CefSettings& settings, CefCommandLine& command_line) {
   if (settings.no_sandbox) command_line.AppendSwitch("no-sandbox");
   command_line.AppendSwitchWithValue("user-agent", CefString(&settings.user_agent));
-  command_line.AppendSwitchWithValue("lang", "en-US");
+  command_line.AppendSwitchWithValue("lang", UiLanguage());
+  command_line.AppendSwitchWithValue("accept-lang", AcceptLanguages());
   if (settings.remote_debugging_port >= kLowestDebuggingPort &&
       settings.remote_debugging_port <= kHighestDebuggingPort) {
     command_line.AppendSwitchWithValue("remote-debugging-port",

@@ -13,7 +13,7 @@ namespace engine {
 // Appends the switches that the settings ask for. Two of them are Launch's to fulfil: "no-sandbox"
 // allows to do without the sandbox where it cannot be had, "log-file" receives what Chromium says.
 // However low the severity, that holds warnings and errors only, never what pages write to their
-// consoles: those can be seen in the developer tools.
+// consoles: those can be seen in the developer tools. Pages are asked for in the user's languages.
 void ApplySettings(const CefSettings& settings, CefCommandLine& command_line);
 
 }  // namespace engine

@@ -3,6 +3,9 @@
 #
 # Takes EB_LAYOUT: mac or gnustep. Every folder begins with a slash and is below the install root.
 
+set(EB_PRODUCT_NAME "Corvane Secure")
+# What X11 desktops tell its windows by.
+set(EB_WINDOW_CLASS "CorvaneSecure")
 set(EB_PRODUCT_SUPPORT "/Library/Application Support/Corvane Secure")
 set(EB_FRAMEWORK_DIR "${EB_PRODUCT_SUPPORT}/Chromium Embedded Framework.framework")
 set(EB_APP_BUNDLE "/Applications/Corvane Secure.app")
@@ -72,6 +75,20 @@ function(eb_layout result)
     endforeach()
   else()
     list(APPEND files "${ARG_PACKAGING}/stage/MainMenu.xib|${EB_PROGRAM_RESOURCES}|MainMenu.xib")
+
+    # For the windows, and where desktops look.
+    set(share "/usr/share")
+    configure_file("${ARG_PACKAGING}/stage/embedded-browser.desktop.in"
+      "${ARG_GENERATED}/embedded-browser.desktop" @ONLY)
+    list(APPEND files
+      "${ARG_GENERATED}/embedded-browser.desktop|${share}/applications|embedded-browser.desktop"
+      "${ARG_PACKAGING}/icons/embedded-browser.svg|${share}/icons/hicolor/scalable/apps|embedded-browser.svg")
+    foreach(size 16 32 48 128 256)
+      set(icon "embedded-browser-${size}.png")
+      list(APPEND files
+        "${ARG_PACKAGING}/icons/${icon}|${EB_PROGRAM_RESOURCES}|${icon}"
+        "${ARG_PACKAGING}/icons/${icon}|${share}/icons/hicolor/${size}x${size}/apps|embedded-browser.png")
+    endforeach()
   endif()
   set(${result} "${files}" PARENT_SCOPE)
 endfunction()

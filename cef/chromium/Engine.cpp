@@ -11,8 +11,10 @@
 #include "cef/chromium/browser/DisplayEvents.h"
 #include "cef/chromium/browser/FrameEvents.h"
 #include "cef/chromium/browser/RequestContext.h"
+#include "cef/chromium/browser/TitleText.h"
 #include "cef/chromium/process/AppWindow.h"
 #include "cef/chromium/process/Settings.h"
+#include "platform/IconPixels.h"
 
 namespace engine {
 namespace {
@@ -30,10 +32,10 @@ Engine& Engine::Get() {
 Engine::Engine() { Wire(); }
 
 void Engine::Wire() {
-  const auto by_message = [this](std::string* err) {
-    return OpenAppWindow(launch_.profile_dir(), kBlankTitle, err);
+  const auto by_message = [this](const std::string& url, std::string* err) {
+    return OpenAppWindow(launch_.profile_dir(), HostToShow(url), err);
   };
-  const auto by_target = [this](std::string*) { return OpenByTarget(); };
+  const auto by_target = [this](const std::string& url, std::string*) { return OpenByTarget(url); };
   factory_.SetUp({by_message, by_target}, [this] {
     // Nothing else would end the run.
     if (table_.empty()) MessageLoop::Get().Quit();
@@ -47,6 +49,8 @@ void Engine::Wire() {
         return log->Fault(host, fault, wait);
       });
   load_errors_.OnAnyFailed([this](const std::string& request) { hooks_.RequestFailed(request); });
+  load_errors_.OnPageFailed(
+      [this](const std::string& target, const std::string& url) { windows_.Failed(target, url); });
   targets_.OnGone([this](const CefRefPtr<Browser>& browser) {
     hooks_.BrowserGone(browser->target_id());
     certificates_.BrowserGone(browser->target_id());
@@ -59,17 +63,20 @@ void Engine::Wire() {
   hooks_.Subscribe();
   certificates_.Subscribe();
   load_errors_.Subscribe();
-  SubscribeFrameEvents(connection_, table_,
-                       [this](const JsonValue& frame) { load_errors_.OnDocument(frame); });
-  SubscribeDisplayEvents(connection_, table_);
+  SubscribeFrameEvents(connection_, table_, [this](const JsonValue& frame) {
+    // A top frame has its page's id.
+    windows_.Shows(TextAt(frame, "id"), frame);
+    load_errors_.OnDocument(frame);
+  });
+  SubscribeDisplayEvents(connection_, table_, windows_);
   connection_.OnClosed([this] { OnConnectionClosed(); });
   MessageLoop::Get().OnDisplayLost([this] { OnDisplayLost(); });
   MessageLoop::Get().OnSignal([this] { SayWhatIsShown(); });
 }
 
-bool Engine::OpenByTarget() {
+bool Engine::OpenByTarget(const std::string& url) {
   connection_.Send("", "Target.createTarget",
-                   JsonObject().Add("url", AppWindowUrl(kBlankTitle)).Add("newWindow", true),
+                   JsonObject().Add("url", AppWindowUrl(HostToShow(url))).Add("newWindow", true),
                    [this](const JsonValue* result, const std::string& error) {
                      if (result) return;
                      MessageLoop::Get().PostTask([this, error] { factory_.Note(error); });
@@ -156,7 +163,7 @@ bool Engine::Initialize(const CefSettings& settings, CefRefPtr<CefApp> app) {
     hooks_.Enable();
     certificates_.Enable();
   };
-  if (!IoThread::Get().Start() ||
+  if (!IoThread::Get().Start() || !IoThread::Get().PostTask([this] { server_.Start(); }) ||
       !launch_.Start(cache_path, command_line_->switches(), enable, &error)) {
     Say("Chromium could not be started: " + error);
     return false;
@@ -166,6 +173,10 @@ bool Engine::Initialize(const CefSettings& settings, CefRefPtr<CefApp> app) {
   running_ = true;
   static const int registered = std::atexit([] { Engine::Get().Shutdown(); });
   static_cast<void>(registered);
+  // While Chromium is busy with the first window.
+  MessageLoop::Get().PostTask([this] {
+    IoThread::Get().PostTask([this, icon = IconPixels(EB_ICON_DIR)] { server_.SetIcon(icon); });
+  });
 
   const CefRefPtr<CefBrowserProcessHandler> handler =
       app.get() ? app->GetBrowserProcessHandler() : nullptr;

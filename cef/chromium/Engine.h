@@ -57,7 +57,7 @@ class Engine {
   void SayWhatEndedIt();
   void SayWhatWasClosed(const Browser& last);
   void SayWhatIsShown();
-  bool OpenByTarget();
+  bool OpenByTarget(const std::string& url);
 
   DevToolsConnection connection_;
   Launch launch_{connection_};
@@ -67,7 +67,9 @@ class Engine {
   NetworkHooks hooks_{connection_, table_};
   Certificates certificates_{connection_, hooks_};
   LoadErrors load_errors_{connection_, table_};
-  Targets targets_{connection_, table_, factory_};
+  WindowServer server_;
+  WindowTitles windows_{connection_, server_};
+  Targets targets_{connection_, table_, factory_, windows_};
 
   std::atomic<bool> running_{false};
   bool display_lost_ = false;    // UI thread only

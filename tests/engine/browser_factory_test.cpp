@@ -24,7 +24,7 @@ class BrowserFactoryTest : public ::testing::Test {
   // A way that fails at once, one that promises in vain, or one that brings a window.
   enum Way { kFails, kPromises, kOpens };
   BrowserFactory::Opener Opener(const std::string& name, Way way) {
-    return [=](std::string* err) {
+    return [=](const std::string&, std::string* err) {
       tried_.push_back(name);
       *err = name + " failed";
       if (way == kOpens) {

@@ -30,18 +30,24 @@ void End(std::unique_ptr<Subprocess>& program) {
 
 }  // namespace
 
-VirtualDisplay::VirtualDisplay(WindowManager manager) {
+VirtualDisplay::VirtualDisplay(WindowManager manager, const std::string& size, int dpi) {
   if (const char* display = getenv("DISPLAY")) former_display_ = display;
   server_ = Start(
-      {"Xvfb", "-displayfd", "1", "-screen", "0", "1280x1024x24", "-nolisten", "tcp", "-noreset"});
+      {"Xvfb", "-displayfd", "1", "-screen", "0", size + "x24", "-nolisten", "tcp", "-noreset"});
   if (!server_->WaitForOutput("\n", kStartLimit)) throw std::runtime_error("Xvfb did not start");
   name_ = ":" + server_->out().substr(0, server_->out().find('\n'));
   setenv("DISPLAY", name_.c_str(), 1);
+  if (dpi != 0) {
+    Run({"xprop", "-root", "-format", "RESOURCE_MANAGER", "8s", "-set", "RESOURCE_MANAGER",
+         "Xft.dpi:\t" + std::to_string(dpi)});
+  }
   if (manager == WindowManager::kNone) return;
-  window_manager_ = Start({"openbox", "--sm-disable"});
+  const bool openbox = manager == WindowManager::kOpenbox;
+  window_manager_ = openbox ? Start({"openbox", "--sm-disable"})
+                            : Start({"dbus-run-session", "--", "xfwm4", "--compositor=off"});
   const auto end = Clock::now() + kStartLimit;
   while (Run({"wmctrl", "-m"}).status != 0) {
-    if (Clock::now() > end) throw std::runtime_error("openbox did not start");
+    if (Clock::now() > end) throw std::runtime_error("no window manager");
   }
 }
 

@@ -16,11 +16,13 @@
 // by several threads at once.
 class VirtualDisplay {
  public:
-  enum class WindowManager { kNone, kOpenbox };
+  enum class WindowManager { kNone, kOpenbox, kXfwm };
 
   // Returns when the display (and the window manager) is ready to serve clients. Throws
   // std::runtime_error, saying why, when that takes longer than 20 seconds or a program is missing.
-  explicit VirtualDisplay(WindowManager manager = WindowManager::kNone);
+  // `size` is the screen's, in pixels; `dpi` what its X resources say, if it is not 0.
+  explicit VirtualDisplay(WindowManager manager = WindowManager::kNone,
+                          const std::string& size = "1280x1024", int dpi = 0);
   ~VirtualDisplay();
   VirtualDisplay(const VirtualDisplay&) = delete;
   VirtualDisplay& operator=(const VirtualDisplay&) = delete;

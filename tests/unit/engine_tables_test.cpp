@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "cef/chromium/base/NetErrors.h"
+#include "cef/chromium/browser/TitleText.h"
 #include "cef/chromium/process/ChromiumSwitches.h"
 #include "cef/chromium/process/NetLogParser.h"
 
@@ -49,6 +50,37 @@ TEST(ChromiumSwitchesTest, EachSwitchOnceAndListsJoined) {
               Not(Contains(testing::AnyOf("--no-sandbox", "--disable-dev-shm-usage"))));
   EXPECT_TRUE(engine::SharedMemoryIsSmall("/proc"));
   EXPECT_TRUE(engine::SharedMemoryIsSmall("/missing"));
+}
+
+TEST(TitleTextTest, BeginsWithTheHostWhateverThePageSays) {
+  const std::string hundred(100, 'x');
+  for (const auto& [page, title] : std::vector<std::pair<std::string, std::string>>{
+           {"", "h.test"},
+           {"h.test/path", "h.test"},
+           {"h.test.evil/path", "h.test \u2013 h.test.evil/path"},
+           {" Sign\t\n in\u3000\u2028now ", "h.test \u2013 Sign in now"},
+           {"\u202Emoc\u2066.\u200Fknab\u061C\u200B\uFEFF\x07", "h.test \u2013 moc.knab"},
+           {"\U000E0041\xFF\xC0\xAF\xE2\x80", "h.test"},
+           {"\u05E9\u05DC \U0001F512", "h.test \u2013 \u05E9\u05DC \U0001F512"},
+           {hundred, "h.test \u2013 " + hundred},
+           {hundred + "y", "h.test \u2013 " + hundred + "\u2026"}}) {
+    EXPECT_EQ(engine::TitleText("h.test", page), title);
+  }
+  EXPECT_EQ(engine::TitleText("127.0.0.1", "\u05E9"), "\u200E127.0.0.1 \u2013 \u05E9");
+}
+
+TEST(TitleTextTest, HostIsWhatTheAddressLeadsTo) {
+  for (const auto& [url, host] : std::vector<std::pair<std::string, std::string>>{
+           {"https://h.test/a@b:1", "h.test"},
+           {"https://bank.test:pw@h.test:8443?x", "h.test:8443"},
+           {"http://[::1]:80/", "[::1]:80"},
+           {"http://[::1]/", "[::1]"},
+           {"https://xn--bcher-kva.test/", "xn--bcher-kva.test"},
+           {"data:text/html,http://h.test", ""},
+           {"file:///etc", ""},
+           {"", ""}}) {
+    EXPECT_EQ(engine::HostToShow(url), host) << url;
+  }
 }
 
 // Whether the numbers are right, a real Chromium is asked elsewhere.

@@ -48,6 +48,7 @@ void BrowserFactory::OpenNext() {
   busy_ = true;
   ++current_;
   last_error_.clear();
+  url_ = queue_.front().url;
   {
     std::lock_guard<std::mutex> lock(mutex_);
     waiting_ = std::move(queue_.front());
@@ -59,7 +60,7 @@ void BrowserFactory::OpenNext() {
 void BrowserFactory::Try(size_t opener) {
   MessageLoop& loop = MessageLoop::Get();
   while (opener < openers_.size()) {
-    const bool opens = openers_[opener++](&last_error_);
+    const bool opens = openers_[opener++](url_, &last_error_);
     if (loop.SignalWaits()) {
       // Even a way that the signal has disturbed may bring its window.
       AwaitWindow(kLastWindowLimitMs, openers_.size());

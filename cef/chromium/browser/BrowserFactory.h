@@ -28,9 +28,9 @@ struct BrowserOrder {
 // has not come a second after the signal is given up.
 class BrowserFactory {
  public:
-  // A way to have Chromium open a window; false with a reason when it failed at once. It must not
-  // keep a signal waiting. UI thread.
-  using Opener = std::function<bool(std::string* err)>;
+  // A way to have Chromium open a window for an address that is loaded later; false with a reason
+  // when it failed at once. It must not keep a signal waiting. UI thread.
+  using Opener = std::function<bool(const std::string& url, std::string* err)>;
 
   // Tries `openers` in turn, waiting three seconds for a window each time; a signal ends the
   // search. When none comes, says so on standard error and calls `on_failure` (UI thread).
@@ -68,6 +68,7 @@ class BrowserFactory {
   std::deque<BrowserOrder> queue_;
   bool busy_ = false;     // an order is being carried out
   uint64_t current_ = 0;  // number of that order
+  std::string url_;       // its address
   std::string last_error_;
 };
 

@@ -5,6 +5,7 @@
 
 #include "cef/chromium/base/PageQueue.h"
 #include "cef/chromium/browser/Browser.h"
+#include "cef/chromium/browser/PageManners.h"
 
 namespace engine {
 namespace {
@@ -13,8 +14,8 @@ constexpr char kTitleBinding[] = "reportTitle";
 // An isolated world, which the page's scripts cannot see.
 constexpr char kTitleWorld[] = "titleObserver";
 // A page without a title goes by its address.
-constexpr char kTitleScript[] = R"(((blank) => {
-  if (window !== window.top || location.href === blank) return;
+constexpr char kTitleScript[] = R"(((first) => {
+  if (window !== window.top || location.href.startsWith(first)) return;
   let last;
   const tell = (title) => { if (title !== last) reportTitle(last = title); };
   const look = () => { if (document.title) tell(document.title); };
@@ -124,13 +125,17 @@ void OnLogEntry(Console& console, const std::string& session, const JsonValue& p
 
 }  // namespace
 
-void SubscribeDisplayEvents(DevToolsConnection& connection, BrowserTable& table) {
+void SubscribeDisplayEvents(DevToolsConnection& connection, BrowserTable& table,
+                            WindowTitles& windows) {
   const auto titles = std::make_shared<PageQueue>(kMostTitles);
   connection.On("Runtime.bindingCalled",
-                [&table, titles](const std::string& session, const JsonValue& params) {
+                [&table, &windows, titles](const std::string& session, const JsonValue& params) {
                   const CefRefPtr<Browser> browser = table.BySession(session);
+                  if (browser.get() && AsksToClose(params)) browser->Close(false);
                   if (!browser.get() || TextAt(params, "name") != kTitleBinding) return;
-                  titles->Post([browser, title = Cut(TextAt(params, "payload"))] {
+                  const std::string title = Cut(TextAt(params, "payload"));
+                  windows.Titled(browser->target_id(), title);
+                  titles->Post([browser, title] {
                     Tell(browser, [&](const CefRefPtr<Browser>& from, CefDisplayHandler& handler) {
                       handler.OnTitleChange(from.get(), title);
                     });
@@ -150,13 +155,13 @@ void SubscribeDisplayEvents(DevToolsConnection& connection, BrowserTable& table)
 }
 
 void EnableTitles(DevToolsConnection& connection, const std::string& session,
-                  const std::string& blank_url) {
+                  const std::string& first_page) {
   connection.Send(session, "Runtime.addBinding",
                   JsonObject().Add("name", kTitleBinding).Add("executionContextName", kTitleWorld));
   connection.Send(session, "Page.addScriptToEvaluateOnNewDocument",
                   JsonObject()
                       .Add("worldName", kTitleWorld)
-                      .Add("source", kTitleScript + ("(" + JsonQuote(blank_url) + ")")));
+                      .Add("source", kTitleScript + ("(" + JsonQuote(first_page) + ")")));
 }
 
 }  // namespace engine

@@ -1,4 +1,4 @@
-// Keeps the table's frames up to date.
+// Keeps the table's frames and the windows' titles up to date.
 
 #ifndef CEF_CHROMIUM_BROWSER_FRAMEEVENTS_H_
 #define CEF_CHROMIUM_BROWSER_FRAMEEVENTS_H_

@@ -10,6 +10,7 @@ namespace {
 
 // An answer of this generation only: an HTTP error without a body. It is no load error.
 constexpr char kEmptyHttpError[] = "net::ERR_HTTP_RESPONSE_CODE_FAILURE";
+// Given up in favour of another address, or of none: the page stays.
 constexpr char kAborted[] = "net::ERR_ABORTED";
 
 constexpr size_t kMostErrors = 64;
@@ -109,6 +110,7 @@ void LoadErrors::Report(const std::string& request, const Navigation& navigation
   if (!browser.get()) return;
   if (navigation.frame_id == navigation.target_id && navigation.error != kAborted) {
     browser->Shows({HostOf(navigation.url), navigation.error, false});
+    if (on_page_failed_) on_page_failed_(navigation.target_id, navigation.url);
   }
   if (document && navigation.method == "GET" &&
       ++pages_[navigation.target_id].failures <= kMostFailures) {

@@ -36,6 +36,12 @@ class LoadErrors {
   void OnAnyFailed(std::function<void(const std::string& network_id)> handler) {
     on_failed_ = std::move(handler);
   }
+  // Before the connection is opened. `handler` is told the target and the address of a page whose
+  // top frame could not load, on the IO thread.
+  void OnPageFailed(
+      std::function<void(const std::string& target, const std::string& url)> handler) {
+    on_page_failed_ = std::move(handler);
+  }
   void Subscribe();
 
   // A frame shows another document: the "frame" of Page.frameNavigated. IO thread.
@@ -69,6 +75,7 @@ class LoadErrors {
   BrowserTable& table_;
   const std::shared_ptr<PageQueue> errors_;
   std::function<void(const std::string&)> on_failed_;
+  std::function<void(const std::string&, const std::string&)> on_page_failed_;
   // IO thread only.
   std::map<std::string, Navigation> navigations_;  // by request id
   std::map<std::string, Page> pages_;              // by target id

@@ -21,6 +21,8 @@
 #include "cef/chromium/base/MessageLoop.h"
 #include "cef/chromium/base/Text.h"
 #include "cef/chromium/browser/DisplayEvents.h"
+#include "cef/chromium/browser/PageManners.h"
+#include "cef/chromium/browser/TitleText.h"
 #include "cef/chromium/process/AppWindow.h"
 
 namespace engine {
@@ -45,8 +47,9 @@ bool IsBrowserPage(const std::string& url) {
 
 }  // namespace
 
-Targets::Targets(DevToolsConnection& connection, BrowserTable& table, BrowserFactory& factory)
-    : connection_(connection), table_(table), factory_(factory) {}
+Targets::Targets(DevToolsConnection& connection, BrowserTable& table, BrowserFactory& factory,
+                 WindowTitles& windows)
+    : connection_(connection), table_(table), factory_(factory), windows_(windows) {}
 
 void Targets::OnGone(std::function<void(const CefRefPtr<Browser>&)> handler) {
   on_gone_ = std::move(handler);
@@ -79,6 +82,8 @@ void Targets::OnAttached(const std::string& parent_session, const JsonValue& par
   const std::string session = TextAt(params, "sessionId");
   if (TextAt(*info, "type") == "page") {
     AttachPage(session, *info);
+  } else if (StartsWith(TextAt(*info, "url"), "devtools://") && !kDeveloper) {
+    Close(TextAt(*info, "targetId"), session);
   } else {
     AttachPart(parent_session, session, *info);
   }
@@ -87,7 +92,7 @@ void Targets::OnAttached(const std::string& parent_session, const JsonValue& par
 void Targets::AttachPage(const std::string& session, const JsonValue& info) {
   const std::string target = TextAt(info, "targetId");
   const std::string url = TextAt(info, "url");
-  if (table_.ByTarget(target).get() || StartsWith(url, "devtools://")) {
+  if (table_.ByTarget(target).get()) {
     LetRun(session);
     return;
   }
@@ -99,13 +104,17 @@ void Targets::AttachPage(const std::string& session, const JsonValue& info) {
       return;
     }
     // A page that opens a window without giving it access to itself does not count as its opener.
-    // The blank page is a window of ours that came too late.
-    if (url != AppWindowUrl(kBlankTitle)) opener = table_.Newest();
+    // The first page is a window of ours that came too late.
+    if (!StartsWith(url, AppWindowUrlStart())) opener = table_.Newest();
   }
   if (opener.get()) {
     AttachPopup(target, session, *opener.get());
     return;
   }
+  Close(target, session);
+}
+
+void Targets::Close(const std::string& target, const std::string& session) {
   LetRun(session);
   connection_.Send("", "Target.closeTarget", JsonObject().Add("targetId", target));
 }
@@ -127,6 +136,7 @@ void Targets::AttachOrdered(const std::string& target, const std::string& sessio
                             const BrowserOrder& order) {
   const CefRefPtr<Browser> browser =
       AddBrowser(target, session, order.client, order.context, false);
+  windows_.Opened(target, "", HostToShow(order.url));
   connection_.Send(
       session, "Runtime.runIfWaitingForDebugger", {},
       [browser](const JsonValue*, const std::string&) { browser->SetUpIsDone(); },
@@ -149,6 +159,7 @@ void Targets::LoadFirst(const CefRefPtr<Browser>& browser, const std::string& ur
 void Targets::AttachPopup(const std::string& target, const std::string& session, Browser& opener) {
   const CefRefPtr<Browser> browser =
       AddBrowser(target, session, opener.client(), opener.context(), true);
+  windows_.Opened(target, opener.target_id(), "");
   browser->SetUpIsDone();
   // It loads nothing before the client knows of it.
   MessageLoop::Get().PostTask([this, browser] {
@@ -178,7 +189,8 @@ void Targets::SetUpPage(const std::string& session, bool main) {
                    JsonObject().Add("maxTotalBufferSize", 0).Add("maxResourceBufferSize", 0));
   connection_.Send(session, "Runtime.enable");
   connection_.Send(session, "Log.enable");
-  if (main) EnableTitles(connection_, session, AppWindowUrl(kBlankTitle));
+  EnablePageManners(connection_, session);
+  if (main) EnableTitles(connection_, session, AppWindowUrlStart());
   // The switch alone leaves client hints that tell another story.
   if (!user_agent_.empty()) {
     connection_.Send(session, "Emulation.setUserAgentOverride",
@@ -193,6 +205,7 @@ void Targets::LetRun(const std::string& session) {
 void Targets::Gone(const std::string& target_id) {
   const CefRefPtr<Browser> browser = table_.Remove(target_id);
   if (!browser.get()) return;
+  windows_.Gone(target_id);
   on_gone_(browser);
   MessageLoop::Get().PostTask([browser] { browser->NotifyGone(); });
 }

@@ -9,19 +9,18 @@
 #include "cef/chromium/browser/Browser.h"
 #include "cef/chromium/browser/BrowserFactory.h"
 #include "cef/chromium/browser/BrowserTable.h"
+#include "cef/chromium/browser/WindowTitles.h"
 #include "cef/chromium/devtools/DevToolsConnection.h"
 
 namespace engine {
 
-// The title of the empty page that a new window shows at first.
-inline constexpr char kBlankTitle[] = " ";
-
 // Every target is attached to while it still waits, is set up, and is then let run. A page becomes
-// a browser if it was ordered from the factory or if a page has opened it; a window that the user
-// opens with a shortcut is closed at once; DevTools windows are left alone.
+// a browser if it was ordered from the factory or if a page has opened it; what else Chromium opens
+// is closed at once, but for the developer tools of a build for development.
 class Targets {
  public:
-  Targets(DevToolsConnection& connection, BrowserTable& table, BrowserFactory& factory);
+  Targets(DevToolsConnection& connection, BrowserTable& table, BrowserFactory& factory,
+          WindowTitles& windows);
 
   // Chromium sends this with every request when it is not empty. Before Enable().
   void SetUserAgent(const std::string& user_agent) { user_agent_ = user_agent; }
@@ -52,11 +51,13 @@ class Targets {
                   const JsonValue& info);
   void SetUpPage(const std::string& session, bool main);
   void LetRun(const std::string& session);
+  void Close(const std::string& target, const std::string& session);
   void Gone(const std::string& target_id);
 
   DevToolsConnection& connection_;
   BrowserTable& table_;
   BrowserFactory& factory_;
+  WindowTitles& windows_;
   std::string user_agent_;
   std::function<void(const CefRefPtr<Browser>&)> on_gone_;
   std::function<void(std::function<void()>)> barrier_;

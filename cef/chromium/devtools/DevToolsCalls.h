@@ -27,6 +27,7 @@ inline constexpr DevToolsCall kDevToolsCalls[] = {
     {"Runtime.runIfWaitingForDebugger", true},
     {"Page.close", true},
     {"Browser.getVersion", false},
+    {"Browser.getWindowForTarget", false},
     {"Browser.setDownloadBehavior", false},
     {"Fetch.continueRequest", false},
     {"Fetch.continueWithAuth", false},

@@ -8,10 +8,12 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "cef/chromium/base/Deadline.h"
 #include "cef/chromium/base/MessageLoop.h"
+#include "cef/chromium/process/Product.h"
 
 namespace engine {
 
@@ -19,11 +21,54 @@ namespace {
 
 constexpr auto kMessageLimit = std::chrono::seconds(2);
 
-std::vector<std::string> Arguments(const std::string& profile_dir, const std::string& title) {
+// The mark moves once it is clear that this takes longer.
+constexpr char kFirstPage[] = R"(<!doctype html><meta charset=utf-8><title>{TITLE}</title><style>
+:root{color-scheme:light dark}
+body{margin:0;height:100vh;display:flex;flex-direction:column;align-items:center;
+justify-content:center;font:15px system-ui,sans-serif;background:#f4f8fc;color:#1f3244}
+h1{font-size:21px;font-weight:500;margin:0 0 8px}p{margin:0;opacity:.75}
+i{box-sizing:border-box;width:28px;height:28px;margin-top:28px;border:3px solid #8886;
+border-top-color:#2f7cc0;border-radius:50%;opacity:0;
+animation:turn 1s linear infinite,show .3s .5s forwards}
+@keyframes turn{to{transform:rotate(1turn)}}@keyframes show{to{opacity:1}}
+@media(prefers-color-scheme:dark){body{background:#1b2229;color:#dce6ef}}
+</style><h1>{PRODUCT}</h1><p>{HOST}</p><i></i>)";
+
+std::string EscapeHtml(const std::string& text) {
+  std::string html;
+  for (char c : text) {
+    if (c == '&') {
+      html += "&amp;";
+    } else if (c == '<') {
+      html += "&lt;";
+    } else {
+      html += c;
+    }
+  }
+  return html;
+}
+
+std::string EscapeUrl(const std::string& text) {
+  std::string url;
+  for (unsigned char c : text) {
+    const bool plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
+                       c == '-' || c == '.' || c == '_';
+    if (plain) {
+      url += static_cast<char>(c);
+    } else {
+      char escaped[4];
+      snprintf(escaped, sizeof escaped, "%%%02X", c);
+      url += escaped;
+    }
+  }
+  return url;
+}
+
+std::vector<std::string> Arguments(const std::string& profile_dir, const std::string& host) {
   std::vector<std::string> arguments = {"--user-data-dir=" + profile_dir};
   // The warning bar about --no-sandbox is kept away from a window only by its own command line.
   arguments.push_back("--test-type");
-  arguments.push_back("--app=" + AppWindowUrl(title));
+  arguments.push_back("--app=" + AppWindowUrl(host));
   return arguments;
 }
 
@@ -66,34 +111,32 @@ std::string ReadAnswer(int fd, Clock::time_point end) {
 
 }  // namespace
 
-std::string AppWindowUrl(const std::string& title) {
-  std::string html = "<title>";
-  for (char c : title) {
-    switch (c) {
-      case '&':
-        html += "&amp;";
-        break;
-      case '<':
-        html += "&lt;";
-        break;
-      default:
-        html += c;
-    }
+std::string FirstTitle(const std::string& host) {
+  return host.empty() ? kProductName : kProductName + (" \u2013 " + host);
+}
+
+std::string AppWindowMark() {
+  // Numbers of processes come again, and two containers may share a display.
+  static const std::string mark = "run=" + std::to_string(getpid()) + "-" +
+                                  std::to_string(Clock::now().time_since_epoch().count());
+  return mark;
+}
+
+std::string AppWindowName() { return "_text/html;charset=utf-8;" + AppWindowMark() + ",%3C"; }
+
+// The page itself stands in the query: what comes before is the window's name. "<?>" is a comment.
+std::string AppWindowUrlStart() {
+  return "data:text/html;charset=utf-8;" + AppWindowMark() + ",%3C?%3E";
+}
+
+std::string AppWindowUrl(const std::string& host) {
+  std::string html = kFirstPage;
+  for (const auto& [name, text] : {std::pair<std::string, std::string>{"TITLE", FirstTitle(host)},
+                                   {"PRODUCT", kProductName},
+                                   {"HOST", host}}) {
+    html.replace(html.find("{" + name + "}"), name.size() + 2, EscapeHtml(text));
   }
-  html += "</title>";
-  std::string url = "data:text/html;charset=utf-8,";
-  for (unsigned char c : html) {
-    const bool plain = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-                       c == '-' || c == '.' || c == '_';
-    if (plain) {
-      url += static_cast<char>(c);
-    } else {
-      char escaped[4];
-      snprintf(escaped, sizeof escaped, "%%%02X", c);
-      url += escaped;
-    }
-  }
-  return url;
+  return AppWindowUrlStart() + EscapeUrl(html);
 }
 
 int ConnectToChromium(const std::string& profile_dir, bool* busy) {
@@ -118,7 +161,7 @@ int ConnectToChromium(const std::string& profile_dir, bool* busy) {
   return fd;
 }
 
-bool OpenAppWindow(const std::string& profile_dir, const std::string& title, std::string* err) {
+bool OpenAppWindow(const std::string& profile_dir, const std::string& host, std::string* err) {
   const auto end = Clock::now() + kMessageLimit;
   const int fd = ConnectToChromium(profile_dir, nullptr);
   if (fd < 0) {
@@ -128,7 +171,7 @@ bool OpenAppWindow(const std::string& profile_dir, const std::string& title, std
   // "START", the current folder and the command line, separated by NULs.
   std::string message = "START";
   for (const char* text : {"/", "chromium"}) message.append(1, '\0').append(text);
-  for (const std::string& argument : Arguments(profile_dir, title)) {
+  for (const std::string& argument : Arguments(profile_dir, host)) {
     message.append(1, '\0').append(argument);
   }
   const bool sent = SendAll(fd, message, end) && shutdown(fd, SHUT_WR) == 0;

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <sstream>
 
+#include "cef/chromium/process/Product.h"
+
 namespace engine {
 
 namespace {
@@ -56,7 +58,9 @@ constexpr Switch kBuiltIn[] = {
      "EnableSchemeBoundCookies,EnablePortBoundCookies,NetworkTimeServiceQuerying"},
     // The cache is in the folder for temporary files, which may be memory.
     {"disk-cache-size", "67108864"},
-    {"window-size", "1000,720"},
+    {"class", kWindowClass},
+    // A window of Wayland could be neither named nor placed.
+    {"ozone-platform", "x11"},
 };
 
 // Switches whose values are lists.

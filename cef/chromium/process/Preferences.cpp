@@ -7,9 +7,12 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <optional>
 
 #include "cef/chromium/base/Json.h"
+#include "cef/chromium/process/AppWindow.h"
 #include "cef/chromium/process/PrivateFolder.h"
+#include "cef/chromium/process/Screen.h"
 
 namespace engine {
 
@@ -84,12 +87,36 @@ void Set(Document* document, const std::string& path, Value value) {
   member(path.substr(begin)) = value;
 }
 
+// The place of the first window. Those that pages open are called the same, but say themselves how
+// large they are to be. A switch of the command line would make them all alike.
+void SetPlace(Document* document) {
+  const std::optional<Screen> screen = ReadScreen();
+  if (!screen) return;
+  const Area place = FirstPlace(*screen);
+  const std::string path = "browser.app_window_placement";
+  // Names of earlier runs go.
+  Set(document, path, Value(rapidjson::kObjectType));
+  const std::string window = path + "." + AppWindowName() + ".";
+  const auto pixels = [&](int length) { return static_cast<int>(length / screen->scale); };
+  const Area& area = screen->area;
+  for (const Number& edge :
+       {Number{"left", place.x}, Number{"top", place.y}, Number{"right", place.x + place.width},
+        Number{"bottom", place.y + place.height}, Number{"work_area_left", pixels(area.x)},
+        Number{"work_area_top", pixels(area.y)},
+        Number{"work_area_right", pixels(area.x + area.width)},
+        Number{"work_area_bottom", pixels(area.y + area.height)}}) {
+    Set(document, window + edge.path, Value(edge.value));
+  }
+  Set(document, window + "maximized", Value(false));
+}
+
 void SetAll(Document* document) {
   for (const Flag& flag : kFlags) Set(document, flag.path, Value(flag.value));
   for (const Number& number : kNumbers) Set(document, number.path, Value(number.value));
   for (const char* name : kBlocked) {
     Set(document, std::string("profile.default_content_setting_values.") + name, Value(2));
   }
+  SetPlace(document);
 }
 
 // The text of a plain file; "" for anything else, and for one that no browser would have written.

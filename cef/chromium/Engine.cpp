@@ -63,10 +63,10 @@ void Engine::Wire() {
   hooks_.Subscribe();
   certificates_.Subscribe();
   load_errors_.Subscribe();
-  SubscribeFrameEvents(connection_, table_, [this](const JsonValue& frame) {
+  SubscribeFrameEvents(connection_, table_, [this](const JsonValue& frame, bool written) {
     // A top frame has its page's id.
     windows_.Shows(TextAt(frame, "id"), frame);
-    load_errors_.OnDocument(frame);
+    if (!written) load_errors_.OnDocument(frame);
   });
   SubscribeDisplayEvents(connection_, table_, windows_);
   connection_.OnClosed([this] { OnConnectionClosed(); });

@@ -5,18 +5,21 @@
 namespace engine {
 
 void SubscribeFrameEvents(DevToolsConnection& connection, BrowserTable& table,
-                          std::function<void(const JsonValue& frame)> on_document) {
+                          std::function<void(const JsonValue& frame, bool written)> on_document) {
   connection.On("Page.frameAttached",
                 [&table](const std::string& session, const JsonValue& params) {
                   table.SetFrame(session, TextAt(params, "frameId"));
                 });
-  connection.On("Page.frameNavigated", [&table, on_document = std::move(on_document)](
-                                           const std::string& session, const JsonValue& params) {
-    const JsonValue* frame = MemberAt(params, "frame");
-    if (!frame) return;
-    table.SetFrame(session, TextAt(*frame, "id"));
-    on_document(*frame);
-  });
+  const auto document = [&table, on_document = std::move(on_document)](bool written) {
+    return [&table, on_document, written](const std::string& session, const JsonValue& params) {
+      const JsonValue* frame = MemberAt(params, "frame");
+      if (!frame) return;
+      table.SetFrame(session, TextAt(*frame, "id"));
+      on_document(*frame, written);
+    };
+  };
+  connection.On("Page.frameNavigated", document(false));
+  connection.On("Page.documentOpened", document(true));
   connection.On("Page.frameDetached", [&table](const std::string&, const JsonValue& params) {
     // With "swap" the frame lives on in another process.
     if (TextAt(params, "reason") != "swap") table.RemoveFrame(TextAt(params, "frameId"));

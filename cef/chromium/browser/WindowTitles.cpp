@@ -14,6 +14,7 @@
 #include "cef/chromium/base/Text.h"
 #include "cef/chromium/browser/TitleText.h"
 #include "cef/chromium/process/AppWindow.h"
+#include "cef/chromium/process/Product.h"
 
 namespace engine {
 namespace {
@@ -42,6 +43,7 @@ void WindowTitles::Opened(const std::string& target, const std::string& opener,
   Page& page = pages_[target];
   page.opener = opener;
   page.first_host = host;
+  page.first = opener.empty();
   Match();
 }
 
@@ -108,8 +110,9 @@ void WindowTitles::Shows(const std::string& target, const JsonValue& frame) {
   const std::string failed_url = TextAt(frame, "unreachableUrl");
   if (!failed_url.empty()) page.failed_host = HostToShow(failed_url);
   // Pages cannot load a data URL as a whole: it is the client's, or the first one.
-  page.failed = !failed_url.empty() ||
-                (StartsWith(TextAt(frame, "url"), "data:") && !page.failed_host.empty());
+  const bool ours = StartsWith(TextAt(frame, "url"), "data:");
+  page.failed = !failed_url.empty() || (ours && !page.failed_host.empty());
+  page.first = ours && !page.failed && page.opener.empty();
   page.host = page.failed ? "" : HostOf(frame);
   if (!page.failed) page.failed_host.clear();
   page.title.clear();
@@ -146,8 +149,10 @@ void WindowTitles::Rename(const Page& page) {
   if (page.window == XCB_NONE) return;
   if (page.failed) {
     server_.SetTitle(page.window, FailedTitle(page.failed_host));
-  } else if (page.host.empty()) {
+  } else if (page.first) {
     server_.SetTitle(page.window, FirstTitle(page.first_host));
+  } else if (page.host.empty()) {
+    server_.SetTitle(page.window, kUnknownTitle);
   } else {
     server_.SetTitle(page.window, TitleText(page.host, page.title));
   }

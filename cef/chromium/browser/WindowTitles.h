@@ -14,7 +14,7 @@
 namespace engine {
 
 // A window goes by the host of the document that its page shows, never of one that is on its way.
-// One whose page is not known beyond doubt goes by the product's name alone. IO thread only.
+// One whose page is not known beyond doubt says so. IO thread only.
 class WindowTitles {
  public:
   // Both must live as long as the process.
@@ -38,6 +38,7 @@ class WindowTitles {
     std::string failed_host;
     std::string title;
     WindowServer::Window window = XCB_NONE;
+    bool first = false;  // shows the first page
     bool failed = false;
     bool renaming = false;  // a moment later
   };

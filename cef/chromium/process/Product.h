@@ -6,6 +6,9 @@
 namespace engine {
 
 inline constexpr char kProductName[] = EB_PRODUCT_NAME;
+// A window whose page has no host, or is not known. Never the product's name: a page could bring
+// this about, and pass for the product.
+inline constexpr char kUnknownTitle[] = "Unknown page";
 // WM_CLASS of every window; the second is what a .desktop file has as StartupWMClass.
 inline constexpr char kWindowInstance[] = "embedded-browser";
 inline constexpr char kWindowClass[] = EB_WINDOW_CLASS;

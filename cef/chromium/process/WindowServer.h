@@ -29,7 +29,7 @@ class WindowServer {
   using WindowHandler = std::function<void(Window)>;
 
   // Before Start(). `came`: a window of the bare kind has been made, to be shown at once; it has
-  // class, icon and the product's name by then. Others (menus, developer tools) are left alone.
+  // class, icon and a title of ours by then. Others (menus, developer tools) are left alone.
   void OnWindow(WindowHandler came, WindowHandler gone);
 
   void Start();

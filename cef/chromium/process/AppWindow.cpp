@@ -21,7 +21,7 @@ namespace {
 
 constexpr auto kMessageLimit = std::chrono::seconds(2);
 
-// The mark moves once it is clear that this takes longer.
+// The mark comes once it is clear that this takes longer; until then nothing is drawn anew.
 constexpr char kFirstPage[] = R"(<!doctype html><meta charset=utf-8><title>{TITLE}</title><style>
 :root{color-scheme:light dark}
 body{margin:0;height:100vh;display:flex;flex-direction:column;align-items:center;
@@ -29,7 +29,7 @@ justify-content:center;font:15px system-ui,sans-serif;background:#f4f8fc;color:#
 h1{font-size:21px;font-weight:500;margin:0 0 8px}p{margin:0;opacity:.75}
 i{box-sizing:border-box;width:28px;height:28px;margin-top:28px;border:3px solid #8886;
 border-top-color:#2f7cc0;border-radius:50%;opacity:0;
-animation:turn 1s linear infinite,show .3s .5s forwards}
+animation:turn 1s linear .5s infinite,show .3s .5s forwards}
 @keyframes turn{to{transform:rotate(1turn)}}@keyframes show{to{opacity:1}}
 @media(prefers-color-scheme:dark){body{background:#1b2229;color:#dce6ef}}
 </style><h1>{PRODUCT}</h1><p>{HOST}</p><i></i>)";

@@ -110,9 +110,9 @@ void Engine::SayWhatEndedIt() {
 
 // Of a window that the user has closed.
 void Engine::SayWhatWasClosed(const Browser& last) {
-  const Screen screen = last.screen();
-  if (last.IsForcedToClose() || screen.error.empty() || screen.host.empty()) return;
-  Say("closed by the user after " + screen.host + " could not be reached: " + screen.error);
+  const Shown shown = last.shown();
+  if (last.IsForcedToClose() || shown.error.empty() || shown.host.empty()) return;
+  Say("closed by the user after " + shown.host + " could not be reached: " + shown.error);
 }
 
 // When a signal comes, unless the run has an end already.
@@ -122,15 +122,15 @@ void Engine::SayWhatIsShown() {
     return browser->IsForcedToClose();
   });
   if (ends || open.empty()) return;
-  const Screen screen = open.back()->screen();
-  if (screen.host.empty()) {
+  const Shown shown = open.back()->shown();
+  if (shown.host.empty()) {
     Say("ended while nothing had come");
-  } else if (!screen.error.empty()) {
-    Say("ended while " + screen.host + " could not be reached: " + screen.error);
-  } else if (screen.loading) {
-    Say("ended while " + screen.host + " was being loaded");
+  } else if (!shown.error.empty()) {
+    Say("ended while " + shown.host + " could not be reached: " + shown.error);
+  } else if (shown.loading) {
+    Say("ended while " + shown.host + " was being loaded");
   } else {
-    Say("ended while the page of " + screen.host + " was shown");
+    Say("ended while the page of " + shown.host + " was shown");
   }
 }
 

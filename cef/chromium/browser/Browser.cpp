@@ -180,14 +180,14 @@ void Browser::NotifyLoadError(const std::string& frame_id, const std::string& er
   to_fill_.clear();
 }
 
-void Browser::Shows(const Screen& screen) {
+void Browser::Shows(const Shown& shown) {
   std::lock_guard<std::mutex> lock(mutex_);
-  screen_ = screen;
+  shown_ = shown;
 }
 
-Screen Browser::screen() const {
+Shown Browser::shown() const {
   std::lock_guard<std::mutex> lock(mutex_);
-  return screen_;
+  return shown_;
 }
 
 CefRefPtr<CefFrame> Browser::FrameById(const std::string& frame_id) {

@@ -17,7 +17,7 @@ namespace engine {
 class DevToolsConnection;
 
 // What a window shows, as far as it tells why a step has not come to its end.
-struct Screen {
+struct Shown {
   std::string host;   // of the page, or of the first one while that is loaded; "" before
   std::string error;  // why the page could not be had, as "net::ERR_..."; "" for one that was
   bool loading = false;
@@ -67,8 +67,8 @@ class Browser : public CefBrowser {
   void NotifyLoadError(const std::string& frame_id, const std::string& error_text,
                        const std::string& url, bool document = false);
 
-  void Shows(const Screen& screen);
-  Screen screen() const;
+  void Shows(const Shown& shown);
+  Shown shown() const;
 
   CefRefPtr<CefBrowserHost> GetHost() override;
   int GetIdentifier() override { return identifier_; }
@@ -91,7 +91,7 @@ class Browser : public CefBrowser {
   std::atomic<bool> forced_{false};
   mutable std::mutex mutex_;
   CefRefPtr<CefClient> client_;  // guarded by mutex_
-  Screen screen_;                // guarded by mutex_
+  Shown shown_;                  // guarded by mutex_
 
   // IO thread only.
   bool set_up_ = false;

@@ -59,7 +59,7 @@ void LoadErrors::OnRequest(const std::string& session, const JsonValue& params) 
       ""};
   if (frame_id != browser->target_id()) return;
   pages_[frame_id].last_try = Clock::now();
-  if (browser->screen().host.empty()) browser->Shows({HostOf(url), "", true});
+  if (browser->shown().host.empty()) browser->Shows({HostOf(url), "", true});
 }
 
 void LoadErrors::OnFailed(const std::string&, const JsonValue& params) {

@@ -65,7 +65,7 @@ void Engine::Wire() {
   load_errors_.Subscribe();
   SubscribeFrameEvents(connection_, table_, [this](const JsonValue& frame, bool written) {
     // A top frame has its page's id.
-    windows_.Shows(TextAt(frame, "id"), frame);
+    windows_.Shows(TextAt(frame, "id"), frame, written);
     if (!written) load_errors_.OnDocument(frame);
   });
   SubscribeDisplayEvents(connection_, table_, windows_);

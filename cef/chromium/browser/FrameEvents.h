@@ -11,7 +11,8 @@
 namespace engine {
 
 // Before the connection is opened. Both must live as long as the process. `on_document` gets the
-// description of each frame that shows another document, on the IO thread; `written`: by a page.
+// description of each frame that shows another document, on the IO thread; `written`: not
+// loaded.
 void SubscribeFrameEvents(DevToolsConnection& connection, BrowserTable& table,
                           std::function<void(const JsonValue& frame, bool written)> on_document);
 

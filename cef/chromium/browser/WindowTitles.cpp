@@ -103,10 +103,12 @@ void WindowTitles::Belongs(const std::vector<std::string>& targets) {
   Rename(page);
 }
 
-void WindowTitles::Shows(const std::string& target, const JsonValue& frame) {
+void WindowTitles::Shows(const std::string& target, const JsonValue& frame, bool written) {
   const auto found = pages_.find(target);
   if (found == pages_.end()) return;
   Page& page = found->second;
+  // The client's page about the failure.
+  if (written && page.failed) return;
   const std::string failed_url = TextAt(frame, "unreachableUrl");
   if (!failed_url.empty()) page.failed_host = HostToShow(failed_url);
   // Pages cannot load a data URL as a whole: it is the client's, or the first one.
@@ -121,7 +123,13 @@ void WindowTitles::Shows(const std::string& target, const JsonValue& frame) {
 
 void WindowTitles::Failed(const std::string& target, const std::string& url) {
   const auto found = pages_.find(target);
-  if (found != pages_.end()) found->second.failed_host = HostToShow(url);
+  if (found == pages_.end()) return;
+  Page& page = found->second;
+  page.failed_host = HostToShow(url);
+  page.failed = true;
+  page.host.clear();
+  page.title.clear();
+  Rename(page);
 }
 
 void WindowTitles::Titled(const std::string& target, const std::string& title) {

@@ -28,9 +28,6 @@ void CreateSharedApplication(Class application_class, void (*report)(id thrown))
 // application.
 NSString* ResourceRootOfApplication(NSString* application_path);
 
-// To be called by the application object for every window that it is about to run modally.
-void PrepareModalWindow(NSWindow* window);
-
 #ifdef GNUSTEP
 // Posted by ConnectDisplay().
 static NSString* const kDisplayWanted = @"DisplayWanted";

@@ -143,19 +143,6 @@ void (*s_Report)(id thrown) = nullptr;
 }
 @end
 
-// Without this a modal panel does not take part in the window manager's close protocol, and closing
-// it cuts the connection to the display, which ends the process.
-@interface NSWindow (Closable)
-- (void)makeClosable;
-@end
-
-@implementation NSWindow (Closable)
-- (void)makeClosable {
-  // The window manager learns the style when the window is created there.
-  if ([self windowNumber] == 0) _styleMask |= NSClosableWindowMask;
-}
-@end
-
 NSStringEncoding WideStringEncoding() { return NSUTF32LittleEndianStringEncoding; }
 
 void StartAppKitProcess() {
@@ -206,5 +193,3 @@ NSString* ResourceRootOfApplication(NSString* application_path) {
   // macOS has none.
   return [application_path stringByAppendingPathComponent:@"Contents"];
 }
-
-void PrepareModalWindow(NSWindow* window) { [window makeClosable]; }

@@ -16,5 +16,3 @@ void CreateSharedApplication(Class application_class, void (*report)(id thrown))
 }
 
 NSString* ResourceRootOfApplication(NSString* application_path) { return application_path; }
-
-void PrepareModalWindow(NSWindow*) {}

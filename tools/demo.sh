@@ -81,13 +81,12 @@ picture() { [[ -z $screenshot ]] || import -frame -window "$1" "$screenshot"; }
 act() {
   local id
   if [[ -n $certificate && $certificate != good ]]; then
-    id=$(window '^Alert$')
-    [[ -z $screenshot ]] || sleep 2 # until everything has been drawn
+    id=$(window '^Corvane Secure$')
     picture "$id"
     screenshot=
-    # The alert takes keys only a moment after it shows.
-    while xdotool search --onlyvisible --name '^Alert$' >/dev/null; do
-      xdotool key Return
+    # The question takes keys only a moment after it shows. "Continue" and "Continuer", "Fortfahren".
+    while xdotool search --onlyvisible --name '^Corvane Secure$' >/dev/null; do
+      xdotool key alt+c alt+f
       sleep 0.5
     done
   fi

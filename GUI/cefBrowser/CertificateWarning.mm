@@ -6,19 +6,25 @@
 #import "GUI/MacUI/Console/src/StringConversions.h"
 #import "platform/CatchThrown.h"
 #include "platform/Display.h"
+#import "platform/RunAlert.h"
 
 namespace {
 
 constexpr NSAlertStyle kWarningStyle = static_cast<NSAlertStyle>(0);
 
+void AddButton(NSAlert* alert, ResourceIdsOrbUI caption) {
+  NSButton* button = [alert addButtonWithTitle:getStringFromResource(caption)];
+  SetMnemonic(button, getMnemonicFromResource(caption));
+}
+
 bool Ask(NSString* heading, NSString* details) {
   NSAlert* alert = [[[NSAlert alloc] init] autorelease];
-  [alert addButtonWithTitle:getStringFromResource(kResourceAcceptCertificate)];
-  [alert addButtonWithTitle:getStringFromResource(kResourceRefuseCertificate)];
+  AddButton(alert, kResourceAcceptCertificate);
+  AddButton(alert, kResourceRefuseCertificate);
   [alert setMessageText:heading];
   [alert setInformativeText:details];
   [alert setAlertStyle:kWarningStyle];
-  return [alert runModal] == NSAlertFirstButtonReturn;
+  return RunAlert(alert) == NSAlertFirstButtonReturn;
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #import "GUI/cefBrowser/MacCefBrowserApplication.h"
 
-#import "platform/AppKitSeam.h"
-
 @implementation MacCefBrowserApplication
 
 - (BOOL)isHandlingSendEvent {
@@ -21,11 +19,6 @@
 // The process ends by closing its browsers, never from within AppKit.
 - (void)terminate:(id)sender {
   [NSApp sendAction:@selector(tryToTerminateApplication:) to:[NSApp delegate] from:sender];
-}
-
-- (NSModalSession)beginModalSessionForWindow:(NSWindow*)window {
-  PrepareModalWindow(window);
-  return [super beginModalSessionForWindow:window];
 }
 
 @end

@@ -23,6 +23,9 @@
 // How long anything of a run may take on a busy machine before the test gives up.
 inline constexpr std::chrono::seconds kPatience{60};
 
+// The question about a certificate.
+inline constexpr char kQuestionTitle[] = "^Corvane Secure$";
+
 // What the starter reports of a run, as its JSON says it.
 struct StarterReport {
   int exit_status = -1;

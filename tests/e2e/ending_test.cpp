@@ -63,7 +63,7 @@ TEST_P(SignalTest, EndsTheStepInOrder) {
   if (moment == Moment::kLoading) {
     ASSERT_TRUE(WaitForRequest("/saml-endless-answer/"));
   } else {
-    ASSERT_NE(display_->WaitForWindow(question ? "^Alert$" : kFormTitle, kPatience), "");
+    ASSERT_NE(display_->WaitForWindow(question ? kQuestionTitle : kFormTitle, kPatience), "");
   }
   starter.Signal(number);
   const StarterReport report = Report(starter);
@@ -117,11 +117,11 @@ TEST_F(EndingTest, UserClosesTheWindow) {
 TEST_F(EndingTest, UserQuits) {
   UseUnknownAuthority();
   Subprocess starter(SignsInAt(kNever, {}, true));
-  ASSERT_NE(display_->WaitForWindow("^Alert$", kPatience), "") << "no question";
+  ASSERT_NE(display_->WaitForWindow(kQuestionTitle, kPatience), "") << "no question";
   const pid_t helper = HelperProcess();
   PressUntil({"key", "alt+q"},
              [&] { return LogOf(helper).find("so can't close browser") != std::string::npos; });
-  PressUntil({"key", "Return"}, [&] { return EndsWithin(helper, std::chrono::seconds(1)); });
+  PressUntil({"key", "alt+c"}, [&] { return EndsWithin(helper, std::chrono::seconds(1)); });
   EXPECT_EQ(Report(starter).verdict, "closed by user");
 }
 

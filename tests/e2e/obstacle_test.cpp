@@ -211,7 +211,7 @@ TEST_P(MishapTest, LeadsToAnEndInOrder) {
   if (mishap.question) UseUnknownAuthority();
   Subprocess starter(
       StarterCommand({"saml-login", kNever, "KXSAMLEMBID=launch", mishap.question, {}}));
-  ASSERT_NE(display_->WaitForWindow(mishap.question ? "^Alert$" : kFormTitle, kPatience), "");
+  ASSERT_NE(display_->WaitForWindow(mishap.question ? kQuestionTitle : kFormTitle, kPatience), "");
   const bool crash = mishap.what == Mishap::kPageCrashes;
   const int signal = mishap.what == Mishap::kChromiumHangs ? SIGSTOP : SIGKILL;
   const auto begin = std::chrono::steady_clock::now();

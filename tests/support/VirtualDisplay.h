@@ -30,13 +30,15 @@ class VirtualDisplay {
   // The value of DISPLAY, such as ":3".
   const std::string& name() const { return name_; }
 
+  bool managed() const { return window_manager_ != nullptr; }
+
   // What a tool did: its exit status (-1: it could not run or overran its time) and its output.
   struct ToolResult {
     int status = -1;
     std::string output;
   };
 
-  // Runs a program on the display, for example {"wmctrl", "-c", "Alert"}; it is killed when `limit`
+  // Runs a program on the display, for example {"wmctrl", "-c", "Sign in"}; it is killed when `limit`
   // has passed.
   ToolResult Run(const std::vector<std::string>& command,
                  std::chrono::milliseconds limit = std::chrono::seconds(10)) const;

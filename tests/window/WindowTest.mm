@@ -4,13 +4,14 @@
 #import "platform/AppKitSeam.h"
 #include "platform/Display.h"
 
-VirtualDisplay& TestDisplay() {
-  static VirtualDisplay display(VirtualDisplay::WindowManager::kOpenbox);
+VirtualDisplay& TestDisplay(bool managed) {
+  static VirtualDisplay display(managed ? VirtualDisplay::WindowManager::kOpenbox
+                                        : VirtualDisplay::WindowManager::kNone);
   return display;
 }
 
-void StartTestApplication() {
-  TestDisplay();
+void StartTestApplication(bool managed) {
+  TestDisplay(managed);
   StartAppKitProcess();
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
   CreateSharedApplication([MacCefBrowserApplication class],

@@ -1,8 +1,10 @@
 #import <AppKit/AppKit.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/types.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <csignal>
@@ -15,12 +17,17 @@
 #include "tests/support/TempDir.h"
 #include "tests/window/WindowTest.h"
 
+// Last: it makes macros of common words.
+#include <X11/Xlib.h>
+
 namespace {
 
 using engine::MessageLoop;
+using testing::HasSubstr;
+using User = std::function<void(const std::string& window)>;
 
 constexpr char kCatalog[] = "\xEF\xBB\xBF"
-                            "[179]\nValue = Continue(&C)\n[180]\nValue = &Cancel\n";
+                            "[179]\nValue = Continue(&C)\n[180]\nValue = Ca&ncel\n";
 constexpr wchar_t kHeading[] = L"Corvane Secure";
 constexpr wchar_t kDetails[] =
     L"The identity of https://gateway.example.com cannot be verified.\n\nError: "
@@ -29,10 +36,12 @@ constexpr wchar_t kDetails[] =
 
 std::atomic<int> g_signal{0};
 
-class AlertTest : public testing::Test {
+// With a window manager and without one.
+class AlertTest : public testing::TestWithParam<bool> {
  protected:
   void SetUp() override {
-    StartTestApplication();
+    StartTestApplication(GetParam());
+    if (TestDisplay().managed() != GetParam()) GTEST_SKIP() << "one display a process";
     ASSERT_TRUE(g_oResCatalog.load(WidePath(dir_.write("texts.txt", kCatalog)).c_str(), L""));
     MessageLoop::Get().Init();
     struct sigaction action = {};
@@ -45,13 +54,12 @@ class AlertTest : public testing::Test {
 
   // Shows the warning from a task, as the browser does, while `user` works on it from outside.
   // Afterwards the loop still runs tasks.
-  bool Answer(const std::wstring& details, const std::function<void(const std::string&)>& user) {
+  bool Answer(const std::wstring& details, const User& user) {
     bool accepted = false;
     MessageLoop& loop = MessageLoop::Get();
     std::thread outside([&] {
-      const std::string window = TestDisplay().WaitForWindow("^Alert$");
+      const std::string window = TestDisplay().WaitForWindow("^Corvane Secure$");
       EXPECT_FALSE(window.empty()) << "no alert appeared";
-      EXPECT_EQ(TestDisplay().Xdotool({"windowfocus", "--sync", window}).status, 0);
       loop.PostTask([&] { EXPECT_TRUE(answered_) << "a task ran while the alert was open"; });
       user(window);
       EndIfUnanswered();
@@ -72,6 +80,30 @@ class AlertTest : public testing::Test {
     return accepted;
   }
 
+  struct Place {
+    int x = 0, y = 0, width = 0, height = 0;
+  };
+  static Place PlaceOf(const std::string& window) {
+    const std::string output =
+        TestDisplay().Xdotool({"getwindowgeometry", "--shell", window}).output;
+    Place place;
+    const int found = sscanf(output.c_str(), "WINDOW=%*d\nX=%d\nY=%d\nWIDTH=%d\nHEIGHT=%d",
+                             &place.x, &place.y, &place.width, &place.height);
+    EXPECT_EQ(found, 4) << output;
+    return place;
+  }
+
+  // A drawn window has many colours, one that nobody has drawn a single one; likewise where another
+  // window covers it.
+  static void ExpectDrawn(const std::string& window) {
+    std::string colors;
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(500);
+    do {
+      colors = TestDisplay().Run({"import", "-window", window, "-format", "%k", "info:"}).output;
+    } while (atoi(colors.c_str()) < 50 && std::chrono::steady_clock::now() < end);
+    EXPECT_GE(atoi(colors.c_str()), 50) << "blank";
+  }
+
   // Without an answer the test fails instead of waiting for ever.
   void EndIfUnanswered() {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(10);
@@ -88,33 +120,67 @@ class AlertTest : public testing::Test {
   NSAutoreleasePool* pool_ = [[NSAutoreleasePool alloc] init];
 };
 
-TEST_F(AlertTest, AcceptsOnlyTheFirstButton) {
+// A key that comes before the window has been drawn would not show that nothing was to be seen.
+TEST_P(AlertTest, IsDrawnAndAcceptsOnlyTheFirstButton) {
   const struct {
     bool accepted;
     std::vector<std::string> answer;
   } cases[] = {
-      // First: a later alert can be closed anyway.
-      {false, {"wmctrl", "-c", "Alert"}},
-      {true, {"xdotool", "key", "Return"}},
-      {false, {"xdotool", "key", "--delay", "50", "Tab", "space"}},
+      {false, {"xdotool", "key", "Return"}},
       {false, {"xdotool", "key", "Escape"}},
+      {true, {"xdotool", "key", "alt+c"}},
+      {false, {"xdotool", "key", "alt+n"}},
+      {false, {"xdotool", "key", "space"}},
+      {true, {"xdotool", "key", "--delay", "50", "Tab", "space"}},
+      {false, {"xdotool", "key", "--delay", "50", "Tab", "Return"}},
+      {true, {"xdotool", "mousemove", "--window", "ID", "470", "220", "click", "1"}},
+      {false, {"wmctrl", "-i", "-c", "ID"}},
   };
   for (const auto& c : cases) {
-    const auto user = [&](const std::string&) { EXPECT_EQ(TestDisplay().Run(c.answer).status, 0); };
-    EXPECT_EQ(Answer(kDetails, user), c.accepted) << c.answer.back();
+    if (!GetParam() && c.answer[0] == "wmctrl") continue;
+    const auto user = [&](const std::string& window) {
+      ExpectDrawn(window);
+      std::vector<std::string> answer = c.answer;
+      std::replace(answer.begin(), answer.end(), std::string("ID"), window);
+      EXPECT_EQ(TestDisplay().Run(answer).status, 0);
+    };
+    EXPECT_EQ(Answer(kDetails, user), c.accepted) << testing::PrintToString(c.answer);
   }
 }
 
-TEST_F(AlertTest, EndsAsRefusedByASignalOrAnUrgentTask) {
+// Uncovered windows stayed blank until the mouse was moved: what the X server had to say came in
+// while the window was being drawn, on the way into the wait for it.
+TEST_P(AlertTest, IsDrawnAgainWheneverItIsUncovered) {
+  Answer(kDetails, [&](const std::string& window) {
+    Display* display = XOpenDisplay(nullptr);
+    XSetWindowAttributes cover = {};
+    cover.override_redirect = True;
+    const Window above =
+        XCreateWindow(display, DefaultRootWindow(display), 0, 0, 1280, 1024, 0, CopyFromParent,
+                      InputOutput, CopyFromParent, CWOverrideRedirect, &cover);
+    for (int i = 0; i < 300; ++i) {
+      XMapRaised(display, above);
+      XSync(display, False);
+      XUnmapWindow(display, above);
+      XSync(display, False);
+      std::this_thread::sleep_for(std::chrono::microseconds(i * 37 % 4000));
+      if (i % 30 == 29) ExpectDrawn(window);
+    }
+    XCloseDisplay(display);
+    TestDisplay().Xdotool({"key", "Escape"});
+  });
+}
+
+TEST_P(AlertTest, EndsAsRefusedByASignalOrAnUrgentTask) {
   EXPECT_FALSE(Answer(kDetails, [](const std::string&) { kill(getpid(), SIGTERM); }));
   EXPECT_EQ(g_signal, SIGTERM);
   EXPECT_FALSE(
       Answer(kDetails, [](const std::string&) { MessageLoop::Get().PostUrgentTask([] {}); }));
-  const auto user = [](const std::string&) { TestDisplay().Xdotool({"key", "Return"}); };
+  const auto user = [](const std::string&) { TestDisplay().Xdotool({"key", "alt+c"}); };
   EXPECT_TRUE(Answer(kDetails, user)) << "the next one stays";
 }
 
-TEST_F(AlertTest, DoesNotStayWhileASignalIsHeld) {
+TEST_P(AlertTest, DoesNotStayWhileASignalIsHeld) {
   MessageLoop& loop = MessageLoop::Get();
   loop.HoldSignals();
   loop.PostTask([] { kill(getpid(), SIGTERM); });
@@ -130,19 +196,74 @@ TEST_F(AlertTest, DoesNotStayWhileASignalIsHeld) {
   EXPECT_EQ(g_signal, SIGTERM);
 }
 
-TEST_F(AlertTest, KeepsALongTextOnTheScreen) {
-  std::wstring details;
-  for (int line = 0; line < 80; ++line) details += L"line " + std::to_wstring(line) + L"\n";
-  EXPECT_TRUE(Answer(details, [](const std::string& window) {
-    const auto geometry = TestDisplay().Xdotool({"getwindowgeometry", "--shell", window});
-    const size_t at = geometry.output.find("HEIGHT=");
-    ASSERT_NE(at, std::string::npos) << geometry.output;
-    EXPECT_LE(std::stoi(geometry.output.substr(at + 7)), 1024);
-    TestDisplay().Xdotool({"key", "Return"});
-  }));
+// A window of a child of this process stands for the browser's.
+TEST_P(AlertTest, IsADialogOfTheBrowsersWindow) {
+  Subprocess::Command command;
+  command.arguments = {"xev", "-name", "browser", "-geometry", "600x500+600+100"};
+  Subprocess browser(command);
+  const std::string parent = TestDisplay().WaitForWindow("^browser$");
+  const std::string process = std::to_string(browser.pid());
+  TestDisplay().Run(
+      {"xprop", "-id", parent, "-f", "_NET_WM_PID", "32c", "-set", "_NET_WM_PID", process});
+  const User user = [&](const std::string& window) {
+    const std::string of_window = TestDisplay().Run({"xprop", "-id", window}).output;
+    char transient[64];
+    snprintf(transient, sizeof transient, "WM_TRANSIENT_FOR(WINDOW): window id # 0x%lx\n",
+             std::stoul(parent));
+    const char* const written[] = {transient, "(ATOM) = _NET_WM_WINDOW_TYPE_DIALOG\n",
+                                   "STATE_MODAL",
+                                   "(STRING) = \"embedded-browser\", \"EmbeddedBrowser\"\n"};
+    for (const char* text : written) {
+      EXPECT_THAT(of_window, HasSubstr(text));
+    }
+    const Place place = PlaceOf(window), around = PlaceOf(parent);
+    EXPECT_NEAR(place.x + place.width / 2, around.x + around.width / 2, 20);
+    EXPECT_NEAR(place.y + place.height / 2, around.y + around.height / 2, 30);
+    // A click beside it leaves it where it is: above.
+    TestDisplay().Xdotool({"mousemove", "--window", parent, "20", "20", "click", "1"});
+    ExpectDrawn(window);
+    TestDisplay().Xdotool({"key", "Escape"});
+  };
+  EXPECT_FALSE(Answer(kDetails, user));
 }
 
-TEST_F(AlertTest, RefusesTextsThatCannotBeShown) {
+TEST_P(AlertTest, LooksLikeTheDesktopAndFitsOnTheScreen) {
+  std::wstring lines;
+  for (int line = 0; line < 80; ++line) lines += L"line " + std::to_wstring(line) + L"\n";
+  const struct {
+    int dpi;
+    const char* theme;
+    std::wstring text;
+    int width, most_light;  // of the colour in the corner
+  } cases[] = {{96, "Adwaita", kDetails, 542, 255},
+               {144, "Yaru-dark", kDetails, 813, 64},
+               {192, "Adwaita:dark", lines, 1084, 64}};
+  for (const auto& c : cases) {
+    setenv("GTK_THEME", c.theme, 1);
+    const std::string resources = "Xft.dpi:\t" + std::to_string(c.dpi);
+    TestDisplay().Run(
+        {"xprop", "-root", "-f", "RESOURCE_MANAGER", "8s", "-set", "RESOURCE_MANAGER", resources});
+    Answer(c.text, [&](const std::string& window) {
+      const Place place = PlaceOf(window);
+      EXPECT_EQ(place.width, c.width);
+      EXPECT_LE(place.height, 1024);
+      ExpectDrawn(window);
+      const std::string light =
+          TestDisplay()
+              .Run({"convert", "x:" + window, "-format", "%[fx:round(255*p{9,9}.g)]", "info:"})
+              .output;
+      EXPECT_LE(std::stoi(light), c.most_light);
+      EXPECT_GE(std::stoi(light), c.most_light - 64);
+      TestDisplay().Xdotool({"key", "Escape"});
+    });
+  }
+  unsetenv("GTK_THEME");
+}
+
+INSTANTIATE_TEST_SUITE_P(All, AlertTest, testing::Values(false, true),
+                         [](const auto& info) { return info.param ? "Managed" : "Bare"; });
+
+TEST_P(AlertTest, RefusesTextsThatCannotBeShown) {
   EXPECT_FALSE(DisplayCertWarning(kHeading, std::wstring(1, wchar_t(0xD800))));
 }
 

@@ -19,6 +19,10 @@ NSString* getHaldenCorvaneAppPath();
 // text is not valid.
 NSString* getStringFromResource(ResourceIdsOrbUI resource);
 
+// The letter that the catalog's text marks, which may be pressed as a key: "C" for "&Continue" and
+// for "Cancel(&C)". Nil when it marks none.
+NSString* getMnemonicFromResource(ResourceIdsOrbUI resource);
+
 // Writes one log record. The text is the record's format: its "%" signs are interpreted. Levels
 // other than 0 to 5 are written at level 5. A nil text writes nothing.
 void logUIdata(NSString* text, int level);

@@ -52,6 +52,13 @@ NSString* getStringFromResource(ResourceIdsOrbUI resource) {
   return text;
 }
 
+NSString* getMnemonicFromResource(ResourceIdsOrbUI resource) {
+  const std::wstring text = g_oResCatalog.getString(resource);
+  const size_t mark = text.find(L'&');
+  if (mark == std::wstring::npos || mark + 1 == text.size() || text[mark + 1] == L'&') return nil;
+  return [NSString stringWithwstring:text.substr(mark + 1, 1)];
+}
+
 void logUIdata(NSString* text, int level) {
   LogAsFormat(level >= 0 && level <= 5 ? level : 5, text);
 }

@@ -14,7 +14,7 @@ namespace {
 
 // The class that the browser's window has as well, so that desktops show the two as one.
 char kInstance[] = "embedded-browser";
-char kClass[] = "EmbeddedBrowser";
+char kClass[] = "CorvaneSecure";
 
 // From the browser to this process there are one or two starters.
 constexpr int kMostGenerations = 6;

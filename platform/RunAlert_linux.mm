@@ -172,7 +172,6 @@ NSRect FrameOf(Display* display, Window window) {
   // AppKit does this for a closed window only in a loop of its own. The next dialog would not get
   // the keyboard, and this one would come back with it.
   [self resignKeyWindow];
-  [self resignMainWindow];
   [timer invalidate];
   // Without a window manager the keyboard would belong to nobody.
   if (!HasWindowManager(display_) && browser_ != None) GiveKeyboard(display_, browser_);
@@ -216,8 +215,9 @@ NSRect FrameOf(Display* display, Window window) {
   return !keep_out_;
 }
 
+// A main window gets the main menu as a bar of its own.
 - (BOOL)canBecomeMainWindow {
-  return !keep_out_;
+  return NO;
 }
 
 - (void)performClose:(id)sender {

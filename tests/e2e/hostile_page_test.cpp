@@ -56,8 +56,9 @@ TEST_P(FloodTest, OfTheConsoleTakesNoMemoryAndEndsWithTheStep) {
   if (question) TrustBox();
   Subprocess starter(
       SignsInAt(question ? "certificate-under-flood" : "saml-console-flood", false, question));
-  ASSERT_NE(display_->WaitForWindow(question ? kQuestionTitle : "Sign in to your account", kPatience),
-            "");
+  ASSERT_NE(
+      display_->WaitForWindow(question ? kQuestionTitle : "Sign in to your account", kPatience),
+      "");
   const pid_t program = HelperProcess();
   EXPECT_FALSE(EndsWithin(program, std::chrono::seconds(6)));
   const long peak = PeakKilobytes(program);

@@ -129,7 +129,8 @@ const std::vector<Problem> kProblems = {
     {"page-crashed", false, "The window shows a crashed page", "The process of the page has died",
      "Reload the page, or close the window and sign in again", Verdict::kClosedByUser},
     {"certificate-refused", false, "The window closed after a question about a certificate",
-     "The question was answered with no, or there was no display to ask it on",
+     "The question was answered with no, as Return and Escape do, or there was no display to ask "
+     "it on",
      "Compare the address; if it is right, ask your administrator to fix the certificate",
      Verdict::kClosedByUser},
     {"client-certificate", false, "The page says ERR_BAD_SSL_CLIENT_AUTH_CERT",

@@ -1,7 +1,7 @@
 // A window without tabs hands every new tab to a window that has some: the whole browser, with its
 // address bar. DevTools hears of it when it is too late, with the page inside. So what asks for a
-// tab is made to ask for a window: scripts by way of window.open, which looks as before to them,
-// links and forms in a world of their own, after the page had its turn.
+// tab is made to ask for a window: scripts by way of window.open and form.submit, which look as before
+// to them, links and forms in a world of their own, after the page had its turn.
 //
 // Keys pass by the page first in such windows, all of them, so there they can be stopped as well.
 
@@ -22,6 +22,20 @@ constexpr char kOpenScript[] = R"((() => {
     return Reflect.apply(open, self, [url, name, (wanted ? wanted + ',' : '') + 'popup=1' + size,
                                       ...rest]);
   }});
+  // Unlike a click on its button, this tells nobody.
+  HTMLFormElement.prototype.submit = new Proxy(HTMLFormElement.prototype.submit, {
+    apply(submit, form) {
+      const former = form.getAttribute('target');
+      const target = former ?? document.querySelector('base[target]')?.target ?? '';
+      const name = 'window' + crypto.getRandomValues(new Uint32Array(2)).join('');
+      const opened = /^_blank$/i.test(target) && open('about:blank', name);
+      if (!opened) return Reflect.apply(submit, form, []);
+      if (!/(^|\s)opener(\s|$)/.test(form.rel)) opened.opener = null;
+      form.setAttribute('target', name);
+      Reflect.apply(submit, form, []);
+      former === null ? form.removeAttribute('target') : form.setAttribute('target', former);
+    }
+  });
 })())";
 
 constexpr char kMannersScript[] = R"(((developer) => {

@@ -131,7 +131,7 @@ TEST_F(EndingTest, UserIsToldOfEveryFaultOfACertificate) {
     const std::string address =
         "https://" + faults + ".gateway.localhost:" + std::to_string(box_->https_port()) + kNever;
     Subprocess starter(SignsInAt("", {"--url", address}, true));
-    const std::string window = display_->WaitForWindow("^Alert$", kPatience);
+    const std::string window = display_->WaitForWindow("^Corvane Secure$", kPatience);
     const std::string shell =
         display_->Xdotool({"getwindowgeometry", "--shell", window}).output + "HEIGHT=0";
     starter.Signal(SIGTERM);

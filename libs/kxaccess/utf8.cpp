@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <cwchar>
+#include <iterator>
 
 namespace {
 
@@ -32,6 +33,137 @@ int BytesForLead(unsigned char lead) {
     if ((lead & ~form.payload & 0xFF) == form.lead) return count;
   }
   return 0;
+}
+
+// Whole texts go through Decode and Encode: the common forms in place and ASCII in blocks, as long
+// as there is room for a block on both sides; the rest by Get and Put.
+constexpr std::ptrdiff_t kBlock = 16;
+
+// The first byte of a text is the lowest of a number read from it.
+static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__);
+
+template <typename Number>
+Number Load(const char* from) {
+  Number number;
+  std::memcpy(&number, from, sizeof number);
+  return number;
+}
+
+// The code point of a sequence that has been read as one number.
+std::uint32_t OfTwo(std::uint32_t bytes) { return (bytes & 0x1F) << 6 | (bytes >> 8 & 0x3F); }
+
+std::uint32_t OfThree(std::uint32_t bytes) {
+  return (bytes & 0x0F) << 12 | (bytes >> 2 & 0xFC0) | (bytes >> 16 & 0x3F);
+}
+
+std::uint32_t OfFour(std::uint32_t bytes) {
+  return (bytes & 0x07) << 18 | (bytes << 4 & 0x3F000) | (bytes >> 10 & 0xFC0) |
+         (bytes >> 24 & 0x3F);
+}
+
+// How many bytes of a block precede the first that is not ASCII.
+std::ptrdiff_t LeadingAscii(const char* block) {
+  for (std::ptrdiff_t i = 0; i < kBlock; i += 8) {
+    const std::uint64_t others = Load<std::uint64_t>(block + i) & 0x8080808080808080u;
+    if (others != 0) return i + __builtin_ctzll(others) / 8;
+  }
+  return kBlock;
+}
+
+// Writes a whole block and says how much of it is ASCII. The copy tells the compiler that source
+// and target do not overlap.
+std::ptrdiff_t WidenAscii(const char* from, wchar_t* to) {
+  const std::ptrdiff_t count = LeadingAscii(from);
+  char block[kBlock];
+  std::memcpy(block, from, sizeof block);
+  for (std::ptrdiff_t i = 0; i < kBlock; ++i) to[i] = block[i];
+  return count;
+}
+
+// Decodes until the bytes end or the room does; moves both cursors. False at a malformed sequence.
+bool Decode(const char*& from, const char* end, wchar_t*& to, const wchar_t* to_end) {
+  const char* at = from;
+  wchar_t* out = to;
+  bool whole = true;
+  while (whole && at != end && out != to_end) {
+    if (end - at >= kBlock && to_end - out >= kBlock) {
+      const auto bytes = Load<std::uint32_t>(at);
+      if ((bytes & 0x8080) == 0) {
+        const std::ptrdiff_t count = WidenAscii(at, out);
+        at += count;
+        out += count;
+        continue;
+      }
+      if ((bytes & 0x80) == 0) {
+        *out++ = *at++;
+        continue;
+      }
+      if ((bytes & 0xC0E0) == 0x80C0 && OfTwo(bytes) >= kForms[1].first) {
+        *out++ = static_cast<wchar_t>(OfTwo(bytes));
+        at += 2;
+        continue;
+      }
+      if ((bytes & 0xC0C0F0) == 0x8080E0 && OfThree(bytes) >= kForms[2].first) {
+        *out++ = static_cast<wchar_t>(OfThree(bytes));
+        at += 3;
+        continue;
+      }
+      if ((bytes & 0xC0C0C0F8) == 0x808080F0 && OfFour(bytes) >= kForms[3].first) {
+        *out++ = static_cast<wchar_t>(OfFour(bytes));
+        at += 4;
+        continue;
+      }
+    }
+    _dcfUtf8RefIn in(at, end);
+    std::uint32_t codePoint;
+    whole = in.Get(codePoint);
+    if (whole) *out++ = static_cast<wchar_t>(codePoint);
+    at = in.position();
+  }
+  from = at;
+  to = out;
+  return whole;
+}
+
+bool NarrowAscii(const wchar_t* from, char* to) {
+  std::uint32_t all = 0;
+  for (std::ptrdiff_t i = 0; i < kBlock; ++i) all |= static_cast<std::uint32_t>(from[i]);
+  if (all >= 0x80) return false;
+  char block[kBlock];
+  for (std::ptrdiff_t i = 0; i < kBlock; ++i) block[i] = static_cast<char>(from[i]);
+  std::memcpy(to, block, sizeof block);
+  return true;
+}
+
+// Encodes the characters, leaving out what cannot be encoded. There is room for six bytes each.
+char* Encode(const wchar_t* at, const wchar_t* end, char* out) {
+  while (at != end) {
+    if (end - at >= kBlock && NarrowAscii(at, out)) {
+      at += kBlock;
+      out += kBlock;
+      continue;
+    }
+    for (const wchar_t* const stop = at + std::min(kBlock, end - at); at != stop; ++at) {
+      const auto c = static_cast<std::uint32_t>(*at);
+      if (c < 0x80) {
+        *out++ = static_cast<char>(c);
+      } else if (c < 0x800) {
+        out[0] = static_cast<char>(0xC0 | c >> 6);
+        out[1] = static_cast<char>(0x80 | (c & 0x3F));
+        out += 2;
+      } else if (c < 0x10000) {
+        out[0] = static_cast<char>(0xE0 | c >> 12);
+        out[1] = static_cast<char>(0x80 | (c >> 6 & 0x3F));
+        out[2] = static_cast<char>(0x80 | (c & 0x3F));
+        out += 3;
+      } else {
+        _dcfUtf8RefOut rest(out, out + kLongest);
+        rest.Put(c);
+        out = rest.position();
+      }
+    }
+  }
+  return out;
 }
 
 }  // namespace
@@ -83,35 +215,55 @@ void _dcfUtfString<Unit, kUnitBytes, kSourceBytes, kUnitsPerSource>::Reserve(siz
 template <>
 void _dcfUtfString<char, 1, 4, 6>::SetString(const wchar_t* text) {
   const size_t length = text ? std::wcslen(text) : 0;
-  Reserve(length * 6 + 1);
-  _dcfUtf8RefOut out(m_data, m_data + m_capacity - 1);
-  for (size_t i = 0; i < length; ++i) {
-    if (out.Put(static_cast<std::uint32_t>(text[i])) == _dcfUtf8RefOut::kNoRoom) break;
-  }
-  *out.position() = '\0';
-  m_used = static_cast<size_t>(out.position() - m_data) + 1;
+  Reserve(length * kLongest + 1);
+  char* const end = Encode(text, text + length, m_data);
+  *end = '\0';
+  m_used = static_cast<size_t>(end - m_data) + 1;
 }
 
 template <>
 void _dcfUtfString<wchar_t, 4, 1, 1>::SetString(const char* text) {
-  Reserve((text ? std::strlen(text) : 0) + 1);
-  size_t length = 0;
-  if (text) {
-    _dcfUtf8RefIn in(text, nullptr);
-    std::uint32_t codePoint;
-    while (in.Get(codePoint) && codePoint != 0) m_data[length++] = static_cast<wchar_t>(codePoint);
-  }
-  m_data[length] = L'\0';
-  m_used = length + 1;
+  const size_t length = text ? std::strlen(text) : 0;
+  Reserve(length + 1);
+  wchar_t* end = m_data;
+  Decode(text, text + length, end, m_data + length);
+  *end = L'\0';
+  m_used = static_cast<size_t>(end - m_data) + 1;
 }
 
 template class _dcfUtfString<char, 1, 4, 6>;
 template class _dcfUtfString<wchar_t, 4, 1, 1>;
 
 std::string WideToUtf8(const std::wstring& text) {
-  return _dcfUtfString<char, 1, 4, 6>(text.c_str()).data();
+  constexpr std::ptrdiff_t kPiece = 16 * kBlock;
+  std::string narrow;
+  const wchar_t* from = text.c_str();
+  const wchar_t* const end = from + std::wcslen(from);
+  narrow.reserve(static_cast<size_t>(end - from));
+  while (from != end) {
+    char piece[kPiece * kLongest];
+    const wchar_t* const stop = from + std::min(kPiece, end - from);
+    narrow.append(piece, Encode(from, stop, piece));
+    from = stop;
+  }
+  return narrow;
 }
 
 std::wstring Utf8ToWide(const std::string& text) {
-  return _dcfUtfString<wchar_t, 4, 1, 1>(text.c_str()).data();
+  std::wstring wide;
+  AppendWide(text, wide);
+  return wide;
+}
+
+void AppendWide(std::string_view text, std::wstring& wide) {
+  text = text.substr(0, text.find('\0'));
+  wide.reserve(wide.size() + text.size());
+  const char* from = text.data();
+  const char* const end = from + text.size();
+  for (bool whole = true; whole && from != end;) {
+    wchar_t piece[32 * kBlock];
+    wchar_t* to = piece;
+    whole = Decode(from, end, to, std::end(piece));
+    wide.append(piece, to);
+  }
 }

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <type_traits>
 
 // Writes code points into a buffer of the caller's.
@@ -105,5 +106,8 @@ extern template class _dcfUtfString<wchar_t, 4, 1, 1>;
 // The everyday forms of the two conversions, with the same rules: both end at the first NUL.
 std::string WideToUtf8(const std::wstring& text);
 std::wstring Utf8ToWide(const std::string& text);
+
+// Appends the wide form of `text`, by the same rules.
+void AppendWide(std::string_view text, std::wstring& wide);
 
 #endif  // LIBS_KXACCESS_UTF8_H_

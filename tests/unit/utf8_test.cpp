@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <random>
 
 #include "libs/kxaccess/str.h"
 
@@ -82,6 +83,33 @@ TEST(Utf8, ConvertsTexts) {
   EXPECT_EQ(WideToUtf8(std::wstring(L"a\0b", 3)), "a");
   EXPECT_EQ(Utf8ToWide("\xE2\x82\xAC\xFFz"), Wide({0x20AC}));
   EXPECT_EQ(Utf8ToWide(std::string("a\0b", 3)), L"a");
+}
+
+// Long texts are converted in blocks; what comes out is what Get and Put make of them.
+TEST(Utf8, LongTextsAreTheSumOfTheirSequences) {
+  const std::string pieces[] = {
+      "0123456789abcdef",    "x", "\xC3\xBC", "\xE0\xA0\x80", "\xE2\x82\xAC", "\xF0\x90\x80\x80",
+      "\xF8\x88\x80\x80\x80"};
+  const std::string faults[] = {
+      "",      "\xC1\xBF",  "\xE0\x9F\xBF",  "\xF0\x8F\xBF\xBF", "\x80",
+      "\xC3x", "\xE2\x82x", "\xF0\x90\x80x", "\xE2\x82",         std::string(1, '\0')};
+  std::minstd_rand random(7);
+  for (int round = 0; round < 3000; ++round) {
+    std::string text;
+    for (size_t n = random() % 300; n > 0; --n) text += pieces[random() % std::size(pieces)];
+    text.insert(random() % (text.size() + 1), faults[random() % std::size(faults)]);
+
+    std::wstring wide;
+    std::uint32_t codePoint;
+    for (_dcfUtf8RefIn in(text.c_str(), nullptr); in.Get(codePoint) && codePoint != 0;) {
+      wide += static_cast<wchar_t>(codePoint);
+    }
+    ASSERT_EQ(Utf8ToWide(text), wide);
+    ASSERT_EQ((_dcfUtfString<wchar_t, 4, 1, 1>(text.c_str()).data()), wide);
+    const std::string taken = text.substr(0, WideToUtf8(wide).size());
+    ASSERT_EQ(WideToUtf8(wide), taken);
+    ASSERT_EQ((_dcfUtfString<char, 1, 4, 6>(wide.c_str()).data()), taken);
+  }
 }
 
 TEST(W2Astring, DependsOnTheLocale) {

@@ -68,12 +68,13 @@ bool IsRefused(const char* path) { return UpdatesSharedBlock() && !IsValidLogFil
 
 enum class Named { kOpenFile, kNothing, kOther };
 
-// What the path names now.
-Named NamedBy(const char* path) {
-  struct stat named, ours;
+// What the path names now, and in `size` the size of the open file.
+Named NamedBy(const char* path, off_t& size) {
+  struct stat named, ours = {};
+  const bool known = fstat(fileno(g_hLogFile), &ours) == 0;
+  size = ours.st_size;
   if (lstat(path, &named) != 0) return Named::kNothing;
-  const bool same = fstat(fileno(g_hLogFile), &ours) == 0 && named.st_dev == ours.st_dev &&
-                    named.st_ino == ours.st_ino;
+  const bool same = known && named.st_dev == ours.st_dev && named.st_ino == ours.st_ino;
   return same ? Named::kOpenFile : Named::kOther;
 }
 
@@ -98,14 +99,15 @@ bool RotateFile(const char* path) {
 // cannot be rotated.
 bool CloseOutdatedFile(const char* path) {
   if (g_hLogFile == nullptr) return true;
-  const Named named = NamedBy(path);
+  off_t size;
+  const Named named = NamedBy(path, size);
   bool outdated = named != Named::kOpenFile;
   // Another file is not ours to rename, nor is a refused one; opening it decides what becomes of
   // it.
   if (UpdatesBlock() && named != Named::kOther) {
     if (ControlBlock()->generation != CurrentLogRotationCount) {
       outdated = true;
-    } else if (FileSize(g_hLogFile) >= static_cast<off_t>(ControlBlock()->maximum_size)) {
+    } else if (size >= static_cast<off_t>(ControlBlock()->maximum_size)) {
       CloseLogFile();
       return IsRefused(path) || RotateFile(path);
     }
@@ -134,14 +136,13 @@ bool OpenLogFile(const char* path, int* resetRequested) {
 // file together, past the stream's buffer, which would keep what a full disk does not take.
 size_t Append(const char* header, const char* record) {
   const int fd = fileno(g_hLogFile);
-  const off_t begin = FileSize(g_hLogFile);
   const iovec pieces[] = {{const_cast<char*>(header), strlen(header)},
                           {const_cast<char*>(record), strlen(record)}};
   const ssize_t whole = static_cast<ssize_t>(pieces[0].iov_len + pieces[1].iov_len);
   const ssize_t written = writev(fd, pieces, 2);
   if (written == whole) return static_cast<size_t>(whole);
   // Half a record would run into the next one.
-  if (written <= 0 || ftruncate(fd, begin) == 0) return 0;
+  if (written <= 0 || ftruncate(fd, FileSize(g_hLogFile) - written) == 0) return 0;
   return static_cast<size_t>(written);
 }
 

@@ -1,10 +1,10 @@
 #include "libs/catalogUtil/CatalogParser.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstdint>
 #include <string_view>
 
 #include "libs/catalogUtil/Utils.h"
@@ -20,22 +20,15 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 bool ReadAll(const char* path, std::string& content) {
   const int fd = open(path, O_RDONLY | O_CLOEXEC);
   if (fd < 0) return false;
-  char buffer[8192];
+  struct stat info;
+  if (fstat(fd, &info) == 0 && info.st_size > 0) content.reserve(static_cast<size_t>(info.st_size));
+  char buffer[65536];
   ssize_t count;
   while ((count = read(fd, buffer, sizeof buffer)) > 0 || (count < 0 && errno == EINTR)) {
     if (count > 0) content.append(buffer, static_cast<size_t>(count));
   }
   close(fd);
   return count == 0;
-}
-
-// The code points up to the first NUL or broken sequence.
-std::wstring DecodeLine(std::string_view line) {
-  std::wstring text;
-  _dcfUtf8RefIn in(line.data(), line.data() + line.size());
-  std::uint32_t codePoint;
-  while (in.Get(codePoint) && codePoint != 0) text += static_cast<wchar_t>(codePoint);
-  return text;
 }
 
 // Checks the first line and takes the mark off.
@@ -70,31 +63,32 @@ bool CatalogParser::loadCatalogFile(const wchar_t* path, FileEncoding encoding) 
     if (line.empty()) continue;
     if (!checked && !CheckEncoding(encoding, file, line)) return false;
     checked = true;
-    if (!line.empty() && line.front() != ';') ParseLine(DecodeLine(line));
+    if (!line.empty() && line.front() != ';') ParseLine(line);
   }
   KXLOG(4, "CatalogUtil", "Loaded catalog file: %s.", file.c_str());
   return true;
 }
 
-void CatalogParser::ParseLine(std::wstring line) {
-  trimWhitespacesAtBeginAndEnd(line);
+void CatalogParser::ParseLine(std::string_view bytes) {
+  m_line.clear();
+  AppendWide(bytes, m_line);
+  const std::wstring_view line = Trimmed(m_line);
   if (line.empty()) return;
   if (line.front() == L'[' && line.back() == L']') {
-    m_section = line.substr(1, line.size() - 2);
-    trimWhitespacesAtBeginAndEnd(m_section);
+    m_section = Trimmed(line.substr(1, line.size() - 2));
     return;
   }
   const size_t equals = line.find(L'=');
-  if (equals == std::wstring::npos || equals == 0 || m_section.empty()) return;
+  if (equals == std::wstring_view::npos || equals == 0 || m_section.empty()) return;
 
-  std::wstring key = line.substr(0, equals);
-  std::wstring value = line.substr(equals + 1);
-  trimWhitespacesAtBeginAndEnd(key);
-  trimWhitespacesAtBeginAndEnd(value);
-  findAndReplace(value, L"\\t", L"\t");
-  findAndReplace(value, L"\\n", L"\n");
-  findAndReplace(value, L"\\r", L"\r");
-  m_catalog.onCatalogRecord(m_section, key, value);
+  m_key = Trimmed(line.substr(0, equals));
+  m_value = Trimmed(line.substr(equals + 1));
+  if (m_value.find(L'\\') != std::wstring::npos) {
+    findAndReplace(m_value, L"\\t", L"\t");
+    findAndReplace(m_value, L"\\n", L"\n");
+    findAndReplace(m_value, L"\\r", L"\r");
+  }
+  m_catalog.onCatalogRecord(m_section, m_key, m_value);
 }
 
 }  // namespace orb::CatalogUtil

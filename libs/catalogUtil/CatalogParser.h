@@ -9,6 +9,7 @@
 #define LIBS_CATALOGUTIL_CATALOGPARSER_H_
 
 #include <string>
+#include <string_view>
 
 namespace orb::CatalogUtil {
 
@@ -44,7 +45,12 @@ class CatalogParser {
   std::wstring m_section;
 
  private:
-  void ParseLine(std::wstring line);
+  void ParseLine(std::string_view bytes);
+
+  // Of the line being read; kept, so that not every line needs memory of its own.
+  std::wstring m_line;
+  std::wstring m_key;
+  std::wstring m_value;
 };
 
 }  // namespace orb::CatalogUtil

@@ -54,7 +54,12 @@ void ResourceCatalog::onCatalogRecord(const std::wstring& section, const std::ws
   const std::lock_guard<os_mutex> lock(m_mutex);
   unsigned int id;
   if (!convertStringToNumber(section, id) || key != L"Value") return;
-  m_records[id] = {id, value};
+  // Files have their records in order, so a new one mostly goes behind all others.
+  const bool behind_all = m_records.empty() || m_records.rbegin()->first < id;
+  ResourceRecord& record =
+      behind_all ? m_records.try_emplace(m_records.end(), id)->second : m_records[id];
+  record.id = id;
+  record.text = value;
 }
 
 bool ResourceCatalog::getString(unsigned int id, std::wstring& out) const {

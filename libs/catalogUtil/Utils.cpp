@@ -2,12 +2,19 @@
 
 namespace orb::CatalogUtil {
 
-void trimWhitespacesAtBeginAndEnd(std::wstring& text) {
-  constexpr wchar_t kBlanks[] = L" \t";
-  const size_t last = text.find_last_not_of(kBlanks);
-  text.erase(last == std::wstring::npos ? 0 : last + 1);
-  text.erase(0, text.find_first_not_of(kBlanks));
+namespace {
+
+bool IsBlank(wchar_t c) { return c == L' ' || c == L'\t'; }
+
+}  // namespace
+
+std::wstring_view Trimmed(std::wstring_view text) {
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  return text;
 }
+
+void trimWhitespacesAtBeginAndEnd(std::wstring& text) { text = std::wstring(Trimmed(text)); }
 
 bool convertStringToNumber(const std::wstring& text, unsigned int& out) {
   if (text.empty()) return false;

@@ -4,10 +4,14 @@
 #define LIBS_CATALOGUTIL_UTILS_H_
 
 #include <string>
+#include <string_view>
 
 namespace orb::CatalogUtil {
 
-// Removes spaces and tabs, and only these, from both ends.
+// The text without spaces and tabs, and only these, at both ends; points into `text`.
+std::wstring_view Trimmed(std::wstring_view text);
+
+// Removes them from a text in place.
 void trimWhitespacesAtBeginAndEnd(std::wstring& text);
 
 // Reads a number of decimal digits and nothing else: no sign, no blanks. A value that does not fit

@@ -94,10 +94,6 @@ bool Decode(const char*& from, const char* end, wchar_t*& to, const wchar_t* to_
         out += count;
         continue;
       }
-      if ((bytes & 0x80) == 0) {
-        *out++ = *at++;
-        continue;
-      }
       if ((bytes & 0xC0E0) == 0x80C0 && OfTwo(bytes) >= kForms[1].first) {
         *out++ = static_cast<wchar_t>(OfTwo(bytes));
         at += 2;
@@ -113,6 +109,10 @@ bool Decode(const char*& from, const char* end, wchar_t*& to, const wchar_t* to_
         at += 4;
         continue;
       }
+    }
+    if ((*at & 0x80) == 0) {
+      *out++ = *at++;
+      continue;
     }
     _dcfUtf8RefIn in(at, end);
     std::uint32_t codePoint;

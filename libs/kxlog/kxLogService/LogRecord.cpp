@@ -1,8 +1,11 @@
 #include "libs/kxlog/kxLogService/LogRecord.h"
 
+#include <algorithm>
+#include <charconv>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 
 #include "libs/kxlog/kxLogService/LogFields.h"
 #include "libs/kxlog/kxLogService/LogState.h"
@@ -14,8 +17,8 @@ namespace {
 constexpr int kPieceBound = 4036;
 constexpr int kSourceBound = 4093;
 
-// The time as "2026/11/14 18:54:09.123". By hand, since printf takes as long for it as for all the
-// rest of a record.
+// The time as "2026/11/14 18:54:09.123". By hand, as most of a record is, since printf takes ten
+// times as long.
 struct Stamp {
   Stamp() {
     uint16_t now[8];
@@ -45,10 +48,22 @@ LogRecord::LogRecord(int level, const char* source_file, int line, const char* m
   KXGetCurrentThreadId(&thread);
   const char* slash = strrchr(source_file, kPathSeparator);
 
-  Append(kPieceBound, "%s %1d %s %s %s p%04d t%-3X ", Stamp().text, level, CurrentUserName,
-         CurrentProcessName, CurrentModuleName, static_cast<int>(process), thread);
-  Append(kSourceBound, "%s:%d - ", slash ? slash + 1 : source_file, line);
-  if (module != nullptr) Append(kPieceBound, "'%s' ", module);
+  AppendText(kPieceBound, Stamp().text);
+  AppendText(kPieceBound, " ");
+  AppendNumber(kPieceBound, level);
+  for (const char* name : {CurrentUserName, CurrentProcessName, CurrentModuleName}) {
+    AppendText(kPieceBound, " ");
+    AppendText(kPieceBound, name);
+  }
+  Append(kPieceBound, " p%04d t%-3X ", static_cast<int>(process), thread);
+  AppendText(kSourceBound, slash ? slash + 1 : source_file);
+  AppendText(kSourceBound, ":");
+  AppendNumber(kSourceBound, line);
+  AppendText(kSourceBound, " - ");
+  if (module == nullptr) return;
+  AppendText(kPieceBound, "'");
+  AppendText(kPieceBound, module);
+  AppendText(kPieceBound, "' ");
 }
 
 void LogRecord::AppendMessage(const char* format, va_list args) {
@@ -66,6 +81,21 @@ void LogRecord::EndLine() {
   static_assert(kSourceBound - 1 + sizeof(kEnd) <= sizeof(text_));
   memcpy(text_ + strlen(text_), kEnd, sizeof(kEnd));
   length_ += 2;
+}
+
+void LogRecord::AppendText(int bound, std::string_view text) {
+  if (length_ < bound) {
+    const size_t taken = std::min(text.size(), static_cast<size_t>(bound - 1 - length_));
+    memcpy(text_ + length_, text.data(), taken);
+    text_[length_ + static_cast<int>(taken)] = '\0';
+  }
+  length_ += static_cast<int>(text.size());
+}
+
+void LogRecord::AppendNumber(int bound, int number) {
+  char digits[16];
+  const char* const end = std::to_chars(digits, std::end(digits), number).ptr;
+  AppendText(bound, {digits, static_cast<size_t>(end - digits)});
 }
 
 void LogRecord::Append(int bound, const char* format, ...) {

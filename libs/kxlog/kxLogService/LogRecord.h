@@ -4,6 +4,7 @@
 #define LIBS_KXLOG_KXLOGSERVICE_LOGRECORD_H_
 
 #include <cstdarg>
+#include <string_view>
 
 class LogRecord {
  public:
@@ -20,7 +21,9 @@ class LogRecord {
   int length() const { return length_; }
 
  private:
-  // Appends a formatted piece, cut so that no text lies at or after `bound`.
+  // Each appends a piece, cut so that no text lies at or after `bound`.
+  void AppendText(int bound, std::string_view text);
+  void AppendNumber(int bound, int number);
   [[gnu::format(printf, 3, 4)]] void Append(int bound, const char* format, ...);
   int Format(int bound, const char* format, va_list args);
 

@@ -91,6 +91,8 @@ INSTANTIATE_TEST_SUITE_P(
                  "Chromium could not be started: no display: DISPLAY is not set"},
         Obstacle{"DisplayDead", kBrowserFailed,
                  "Chromium could not be started: no display: the X server :4242 is gone"},
+        Obstacle{"DisplaySilent", kBrowserFailed,
+                 "Chromium could not be started: no display: the X server does not answer", 8},
         Obstacle{"ChromiumMissing", kBrowserFailed,
                  "Chromium could not be started: no browser: Chromium is not installed"},
         Obstacle{"ChromiumTooOld", kBrowserFailed,

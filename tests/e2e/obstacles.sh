@@ -20,6 +20,17 @@ TemporaryFolderNotOurs() { read_only "$TMPDIR"; }
 EnvironmentIsNoUtf8() { export ODD=$'\xE9' LAST=1; }
 DisplayMissing() { unset DISPLAY WAYLAND_DISPLAY; }
 DisplayDead() { export DISPLAY=:4242; }
+# Takes connections, and says nothing.
+DisplaySilent() {
+  export DISPLAY=:4243
+  coproc timeout 8 python3 -c 'import socket, time
+display = socket.socket(socket.AF_UNIX)
+display.bind("\0/tmp/.X11-unix/X4243")
+display.listen()
+print("", flush=True)
+time.sleep(8)'
+  read -r <&"${COPROC[0]}"
+}
 
 ChromiumMissing() { chromium /dev/null; }
 # behaves KIND: one of fake_chromium.cpp.

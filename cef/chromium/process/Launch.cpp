@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <thread>
 
 #include "cef/chromium/base/MessageLoop.h"
 #include "cef/chromium/process/Preferences.h"
@@ -20,17 +21,39 @@ constexpr std::chrono::seconds kPipeEndLimit{1};
 
 constexpr char kNoSandbox[] = "no-sandbox";
 
-// The reply to Browser.getVersion; shared, since it may come after the wait was given up.
-struct Answer {
-  const int arrived = eventfd(0, EFD_CLOEXEC);
-  std::mutex mutex;
-  bool ok = false;      // guarded by mutex
-  std::string product;  // guarded by mutex
+// Longer than any X server needs, over any network.
+constexpr std::chrono::seconds kDisplayLimit{5};
 
-  ~Answer() {
+// What is waited for; shared, since it may come after the wait was given up.
+struct Arrival {
+  const int arrived = eventfd(0, EFD_CLOEXEC);
+
+  ~Arrival() {
     if (arrived >= 0) close(arrived);
   }
 };
+
+// The reply to Browser.getVersion.
+struct Answer : Arrival {
+  std::mutex mutex;
+  bool ok = false;      // guarded by mutex
+  std::string product;  // guarded by mutex
+};
+
+// Waits until the X server has said anything, be it no. One that is stopped, or behind a network
+// that has gone, would hold up everything that talks to it for ever.
+bool AwaitDisplay(std::string* err) {
+  const auto arrival = std::make_shared<Arrival>();
+  std::thread([arrival] {
+    WhyNoDisplay();
+    eventfd_write(arrival->arrived, 1);
+  }).detach();
+  const Clock::time_point deadline = Clock::now() + kDisplayLimit;
+  if (MessageLoop::Get().AwaitReadable(arrival->arrived, deadline)) return true;
+  const bool late = TimeLeft(deadline).count() == 0;
+  *err = late ? "no display: the X server does not answer" : "a signal has ended the wait for it";
+  return false;
+}
 
 // The value of the switch, which is taken out; *there tells whether it was.
 std::string Take(const std::string& name, Switches* switches, bool* there) {
@@ -56,6 +79,7 @@ void AddReason(const std::string& reason, std::string* reasons) {
 
 bool Launch::Start(const std::string& cache_path, const Switches& switches,
                    const std::function<void()>& enable, std::string* err) {
+  if (!AwaitDisplay(err)) return false;
   Plan plan;
   plan.deadline = Clock::now() + kChromiumStartLimit;
   plan.enable = enable;

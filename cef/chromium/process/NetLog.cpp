@@ -19,11 +19,6 @@ namespace {
 
 constexpr size_t kPiece = 64 * 1024;
 
-// Chromium writes a few lines at a time, thousands of times for a large page. Taken up together
-// they wake us less often; the certificate question waits for longer than that anyway.
-constexpr int kGatherMs = 10;
-constexpr int kRoomInFifo = 1 << 20;
-
 // Bits that say something without being a fault: extended validation, revocation checked, and so
 // on.
 constexpr uint32_t kNoFault = 0x00FF0000;
@@ -54,8 +49,6 @@ std::unique_ptr<NetLog> NetLog::Start(const std::string& folder, std::string* er
     *err = "cannot open " + path + ": " + strerror(errno);
     return nullptr;
   }
-  // A smaller one does, too.
-  fcntl(log->fifo_fd_, F_SETPIPE_SZ, kRoomInFifo);
   log->thread_ = StartQuietThread([raw = log.get()] { raw->Drain(); });
   return log;
 }
@@ -94,12 +87,9 @@ void NetLog::Drain() {
   for (;;) {
     pollfd watched[] = {{fifo_fd_, POLLIN, 0}, {stop_fd_, POLLIN, 0}};
     if (poll(watched, 2, -1) < 0 && errno != EINTR) return;
-    if (watched[1].revents == 0) poll(watched + 1, 1, kGatherMs);
     if (watched[1].revents != 0) return;
-    ssize_t count = 0;
-    while ((count = read(fifo_fd_, piece.data(), piece.size())) > 0) {
-      parser_.Feed(piece.data(), static_cast<size_t>(count), keep);
-    }
+    const ssize_t count = read(fifo_fd_, piece.data(), piece.size());
+    if (count > 0) parser_.Feed(piece.data(), static_cast<size_t>(count), keep);
   }
 }
 

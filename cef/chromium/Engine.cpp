@@ -33,6 +33,8 @@ Engine::Engine() { Wire(); }
 
 void Engine::Wire() {
   const auto by_message = [this](const std::string& url, std::string* err) {
+    IoThread::Get().PostTask(
+        [this, title = FirstTitle(HostToShow(url))] { server_.SetFirstTitle(title); });
     return OpenAppWindow(launch_.profile_dir(), HostToShow(url), err);
   };
   const auto by_target = [this](const std::string& url, std::string*) { return OpenByTarget(url); };

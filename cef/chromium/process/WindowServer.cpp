@@ -167,7 +167,7 @@ void WindowServer::OnClass(Window window, const xcb_get_property_reply_t& reply)
   const std::string text(static_cast<const char*>(xcb_get_property_value(&reply)),
                          static_cast<size_t>(xcb_get_property_value_length(&reply)));
   if (text.find(AppWindowMark()) == std::string::npos || windows_.count(window)) return;
-  windows_[window].title = leader_ == XCB_NONE ? kProductName : kUnknownTitle;
+  windows_[window].title = leader_ == XCB_NONE ? first_title_ : kUnknownTitle;
   if (leader_ == XCB_NONE) leader_ = window;
   PutTitle(window, name_);
   PutTitle(window, XCB_ATOM_WM_NAME);

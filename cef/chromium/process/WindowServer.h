@@ -34,6 +34,8 @@ class WindowServer {
 
   void Start();
 
+  // What the first window goes by until SetTitle(). UTF-8.
+  void SetFirstTitle(const std::string& title) { first_title_ = title; }
   // As _NET_WM_ICON has it: for each size width, height and the pixels. Also on windows that exist.
   void SetIcon(std::vector<uint32_t> icon);
   // UTF-8. Whatever Chromium calls the window from now on, it goes by this.
@@ -77,6 +79,7 @@ class WindowServer {
 
   xcb_connection_t* connection_ = nullptr;
   xcb_window_t root_ = XCB_NONE;
+  std::string first_title_;
   Screen screen_;
   xcb_atom_t utf8_ = XCB_NONE;
   xcb_atom_t name_ = XCB_NONE;

@@ -29,6 +29,7 @@
 #import "platform/CatchThrown.h"
 #include "platform/Display.h"
 #include "platform/DisplayLoss.h"
+#include "platform/WakeEvent.h"
 
 // Tells the loop that one of its descriptors has become readable.
 @interface EngineLoopWatcher : NSObject <RunLoopEvents>
@@ -72,20 +73,6 @@ void Fill(int event_fd) { eventfd_write(event_fd, 1); }
 void Drain(int event_fd) {
   eventfd_t ignored;
   eventfd_read(event_fd, &ignored);
-}
-
-// AppKit goes on waiting for an event after it has served a descriptor, so it is given one.
-void PostWakeEvent() {
-  [NSApp postEvent:[NSEvent otherEventWithType:NSApplicationDefined
-                                      location:NSZeroPoint
-                                 modifierFlags:0
-                                     timestamp:0
-                                  windowNumber:0
-                                       context:nil
-                                       subtype:0
-                                         data1:0
-                                         data2:0]
-           atStart:YES];
 }
 
 class ScopedPool {

@@ -8,17 +8,7 @@
 
 #import <AppKit/AppKit.h>
 
-struct QuestionLook {
-  bool dark;
-  double scale;      // pixels for a length of 1
-  NSString* family;  // of the font
-  NSImage* icon;     // nil: the sign of warning stands alone
-};
-
-// The icon's width and height, times the scale.
-constexpr double kQuestionIcon = 48;
-
-struct Question;
+#import "platform/Question.h"
 
 // Shows heading, text and buttons of an alert, the first button at the right, and the icon with
 // a sign of warning. What does not fit scrolls, by wheel and by keys. Calls [NSApp

@@ -183,7 +183,9 @@ NSRect FrameOf(Display* display, Window window) {
   [self flushWindow];
 }
 
+// While the user is elsewhere it is for the window manager to say when this has the keyboard.
 - (void)sendEvent:(NSEvent*)event {
+  if ([event type] == NSAppKitDefined && [event subtype] == GSAppKitWindowFocusIn) keep_out_ = NO;
   if ([event type] != NSKeyDown || ![[self contentView] takeKey:event]) [super sendEvent:event];
   [self show];
 }
@@ -207,12 +209,16 @@ NSRect FrameOf(Display* display, Window window) {
   LetTakeKeyboard(display_, [self device], !keep_out_);
   [super orderFrontRegardless];
   if (!keep_out_) GiveKeyboard(display_, [self device]);
-  // From now on the window manager says when it has the keyboard.
-  keep_out_ = NO;
 }
 
 - (BOOL)canBecomeKeyWindow {
-  return !keep_out_;
+  return YES;
+}
+
+// AppKit wants the keyboard for every panel. A window that could not have it at all would not get
+// it from the window manager either.
+- (void)makeKeyWindow {
+  if (!keep_out_) [super makeKeyWindow];
 }
 
 // A main window gets the main menu as a bar of its own.

@@ -260,6 +260,24 @@ TEST_P(AlertTest, IsADialogOfTheBrowsersWindow) {
   EXPECT_FALSE(Answer(kDetails, user));
 }
 
+// It would take what the user types there for its answer.
+TEST_P(AlertTest, AsksForAttentionOnlyWhileTheUserIsElsewhere) {
+  if (!GetParam()) GTEST_SKIP() << "without a window manager nobody knows where the user is";
+  Subprocess::Command command;
+  command.arguments = {"xev", "-name", "elsewhere"};
+  Subprocess program(command);
+  const std::string elsewhere = TestDisplay().WaitForWindow("^elsewhere$");
+  TestDisplay().Xdotool({"windowactivate", "--sync", elsewhere});
+  EXPECT_TRUE(Answer(kDetails, [&](const std::string& window) {
+    ExpectDrawn(window);
+    EXPECT_THAT(TestDisplay().Run({"xprop", "-id", window, "_NET_WM_STATE"}).output,
+                HasSubstr("_NET_WM_STATE_DEMANDS_ATTENTION"));
+    EXPECT_EQ(TestDisplay().Xdotool({"getwindowfocus"}).output, elsewhere + "\n");
+    TestDisplay().Xdotool({"key", "Return", "Escape"});
+    TestDisplay().Xdotool({"windowactivate", "--sync", window, "key", "alt+c"});
+  }));
+}
+
 TEST_P(AlertTest, LooksLikeTheDesktopAndFitsOnTheScreen) {
   std::wstring lines;
   for (int line = 0; line < 80; ++line) lines += L"line " + std::to_wstring(line) + L"\n";

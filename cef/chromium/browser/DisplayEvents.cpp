@@ -19,10 +19,15 @@ constexpr char kTitleScript[] = R"(((first) => {
   let last;
   const tell = (title) => { if (title !== last) reportTitle(last = title); };
   const look = () => { if (document.title) tell(document.title); };
-  new MutationObserver(look).observe(document,
-      {subtree: true, childList: true, characterData: true});
+  const observer = new MutationObserver(look);
+  const watch = () => {
+    observer.observe(document, {subtree: true, childList: true, characterData: true});
+    look();
+  };
+  // A pop-up keeps its first, empty window for a document of its opener's site.
+  addEventListener('DOMContentLoaded', watch);
   addEventListener('load', () => tell(document.title || location.host + location.pathname));
-  look();
+  watch();
 }))";
 
 constexpr size_t kMostLines = 256;

@@ -82,7 +82,9 @@ constexpr char kMannersScript[] = R"(((developer) => {
     let features = size();
     if (rel.contains('noreferrer')) features += ',noreferrer';
     if (rel.contains('noopener') || (blank(name) && !rel.contains('opener'))) features += ',noopener';
-    open(link.href, name, features);
+    // While the keys of a click are at hand, they make a tab of any window.
+    const address = link.href;
+    setTimeout(() => open(address, name, features));
   };
   addEventListener('click', follow);
   addEventListener('auxclick', follow);

@@ -1,7 +1,7 @@
 // A window without tabs hands every new tab to a window that has some: the whole browser, with its
 // address bar. DevTools hears of it when it is too late, with the page inside. So what asks for a
-// tab is made to ask for a window: scripts by way of window.open and form.submit, which look as before
-// to them, links and forms in a world of their own, after the page had its turn.
+// tab is made to ask for a window: scripts by way of window.open and form.submit, which look as
+// before to them, links and forms in a world of their own, after the page had its turn.
 //
 // Keys pass by the page first in such windows, all of them, so there they can be stopped as well.
 

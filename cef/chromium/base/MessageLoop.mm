@@ -53,6 +53,10 @@ namespace {
 
 constexpr int kSignals[] = {SIGHUP, SIGINT, SIGTERM};
 
+// Where a turn waits. In the default mode GNUstep looks for changed defaults and new services every
+// 30 s, of which nothing here makes use.
+NSString* RestMode() { return NSEventTrackingRunLoopMode; }
+
 sigset_t SignalSet() {
   sigset_t set;
   sigemptyset(&set);
@@ -73,6 +77,10 @@ void Fill(int event_fd) { eventfd_write(event_fd, 1); }
 void Drain(int event_fd) {
   eventfd_t ignored;
   eventfd_read(event_fd, &ignored);
+}
+
+NSEvent* NextEvent(NSDate* until, NSString* mode) {
+  return [NSApp nextEventMatchingMask:NSAnyEventMask untilDate:until inMode:mode dequeue:YES];
 }
 
 class ScopedPool {
@@ -107,8 +115,10 @@ void MessageLoop::Init() {
     return;
   }
   // Tasks stop while an alert is open, signals do not: they end it.
-  Watch(wake_fd_, NSDefaultRunLoopMode);
-  Watch(signal_fd_, NSDefaultRunLoopMode);
+  for (NSString* mode : {NSDefaultRunLoopMode, RestMode()}) {
+    Watch(wake_fd_, mode);
+    Watch(signal_fd_, mode);
+  }
   Watch(signal_fd_, NSModalPanelRunLoopMode);
   Watch(pending_fd_, NSModalPanelRunLoopMode);
   ui_thread_ = std::this_thread::get_id();
@@ -240,10 +250,9 @@ void MessageLoop::Wait() {
     [[NSRunLoop currentRunLoop] runMode:NSDefaultRunLoopMode beforeDate:until];
     return;
   }
-  NSEvent* event = [NSApp nextEventMatchingMask:NSAnyEventMask
-                                      untilDate:until
-                                         inMode:NSDefaultRunLoopMode
-                                        dequeue:YES];
+  // What AppKit has put off is done in the default mode only.
+  NSEvent* event = NextEvent([NSDate distantPast], NSDefaultRunLoopMode);
+  if (event == nil) event = NextEvent(until, RestMode());
   if (event == nil || [event type] == NSApplicationDefined) return;
   [NSApp sendEvent:event];
   [[NSApp mainMenu] update];

@@ -98,6 +98,13 @@ void StayUnregistered() {
   if (found) method_setImplementation(found, DoNothing);
 }
 
+// Without this AppKit's backend, which asks what pictures could be dropped on it, has ImageMagick
+// load every decoder it has: more than a hundred libraries. AppKit reads ours without it.
+void LeaveImageMagick() {
+  Class reader = NSClassFromString(@"GSImageMagickImageRep");
+  if (reader) [NSImageRep unregisterImageRepClass:reader];
+}
+
 Class s_ApplicationClass = Nil;
 void (*s_Report)(id thrown) = nullptr;
 
@@ -114,7 +121,11 @@ void (*s_Report)(id thrown) = nullptr;
   [[NSNotificationCenter defaultCenter] removeObserver:self];
   KeptSignalHandlers signals;
   KeptExceptionHandler exceptions;
-  if (id thrown = CatchThrown([] { [s_ApplicationClass sharedApplication]; })) s_Report(thrown);
+  id thrown = CatchThrown([] {
+    LeaveImageMagick();
+    [s_ApplicationClass sharedApplication];
+  });
+  if (thrown) s_Report(thrown);
 }
 @end
 

@@ -2,7 +2,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <functional>
+#include <iterator>
+#include <string>
 
 #include "GUI/cefBrowser/CefBrowserHandler.h"
 #include "GUI/cefBrowser/CertificateWarning.h"
@@ -53,6 +56,14 @@ TEST_F(AppDelegate, IsInstalledByTheFirstTurnOfTheLoop) {
   EXPECT_EQ([delegate applicationShouldTerminate:NSApp], NSTerminateNow);
   // No browser, no handler: a quit request does nothing, and the process goes on.
   [NSApp terminate:nil];
+}
+
+TEST_F(AppDelegate, StartsWithoutEveryDecoderOfImageMagick) {
+  StartTestApplication();
+  std::ifstream file("/proc/self/maps");
+  const std::string maps((std::istreambuf_iterator<char>(file)), {});
+  EXPECT_NE(maps.find("libgnustep-gui"), std::string::npos);
+  EXPECT_EQ(maps.find("/coders/"), std::string::npos);
 }
 
 TEST_F(AppDelegate, AsksTheBrowsersToCloseOnlyOnce) {

@@ -38,8 +38,8 @@ class VirtualDisplay {
     std::string output;
   };
 
-  // Runs a program on the display, for example {"wmctrl", "-c", "Sign in"}; it is killed when `limit`
-  // has passed.
+  // Runs a program on the display, for example {"wmctrl", "-c", "Sign in"}; it is killed when
+  // `limit` has passed.
   ToolResult Run(const std::vector<std::string>& command,
                  std::chrono::milliseconds limit = std::chrono::seconds(10)) const;
 

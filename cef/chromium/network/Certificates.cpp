@@ -30,8 +30,8 @@ namespace {
 
 // How long after an error the verifier's verdict may arrive; as a rule it comes within 2 ms.
 constexpr int kVerdictDelayMs = 50;
-// On a busy machine the log may come late, but it comes. Without it the consent would hold for less,
-// and the user be asked again.
+// On a busy machine the log may come late, but it comes. Without it the consent would hold for
+// less, and the user be asked again.
 constexpr std::chrono::milliseconds kVerdictLimit{2000};
 
 }  // namespace

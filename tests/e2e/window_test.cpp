@@ -115,6 +115,10 @@ TEST_F(KeysTest, OpenNothingOfTheBrowserAndClose) {
       display_->Xdotool({"windowactivate", "--sync", window, "key", "F1"});
       return display_->Xdotool({"getwindowfocus"}).output == window + "\n";
     }));
+    // What a key has opened that came too early for the page is closed at once.
+    EXPECT_TRUE(WaitFor([&] {
+      return display_->Xdotool({"search", "--onlyvisible", "--name", " - Chromium$"}).status != 0;
+    }));
     for (const char* key :
          {"F1", "shift+Escape", "ctrl+t", "ctrl+n", "ctrl+shift+n", "ctrl+shift+t", "ctrl+o",
           "ctrl+j", "ctrl+h", "ctrl+u", "ctrl+s", "ctrl+shift+o", "ctrl+shift+Delete"}) {

@@ -39,10 +39,12 @@ JsonObject AutoAttach(bool root) {
   return params;
 }
 
-// Pages of the browser itself, such as the new tab that a shortcut opens.
+// Pages of the browser itself, such as the new tab or the help that a shortcut opens. Pages stop
+// these keys (see PageManners), but only once they have the keyboard.
 bool IsBrowserPage(const std::string& url) {
   return StartsWith(url, "chrome://") || StartsWith(url, "chrome-untrusted://") ||
-         StartsWith(url, "chrome-extension://") || StartsWith(url, "view-source:");
+         StartsWith(url, "chrome-extension://") || StartsWith(url, "view-source:") ||
+         StartsWith(url, "https://support.google.com/chrome");
 }
 
 }  // namespace

@@ -64,4 +64,16 @@ TEST_F(NetworkHooksTest, APageThatWasGivenUpIsNotAskedAboutAgain) {
   EXPECT_FALSE(hooks_.LoadingMainFrame(kPage).get()) << "no page but a part of one";
 }
 
+// A document that begins before that would have neither title nor console.
+TEST_F(NetworkHooksTest, AnAnswerWaitsUntilItsPageIsSetUp) {
+  Open();
+  Load("1", "T", kPage);
+  Reply(R"({"method":"Fetch.requestPaused","params":{"requestId":"job-1.0",)"
+        R"("responseStatusCode":200,"responseHeaders":[]}}|)");
+  // Whose command would come after that of the first, had there been one.
+  Load("2", "U", kPage);
+  engine::IoThread::Get().PostTask([this] { table_.ByTarget("T")->SetUpIsDone(); });
+  EXPECT_NE(ReadCommand().find("job-1.0"), std::string::npos);
+}
+
 }  // namespace

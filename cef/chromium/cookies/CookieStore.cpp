@@ -1,6 +1,7 @@
 #include "cef/chromium/cookies/CookieStore.h"
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <utility>
 
@@ -61,6 +62,7 @@ std::string Expired(const Cookie& cookie) {
 void CookieStore::Enqueue(Operation operation) {
   IoThread::Get().PostTask([this, operation = std::move(operation)] {
     queue_.push_back(operation);
+    joinable_ = nullptr;
     RunNext();
   });
 }
@@ -139,13 +141,29 @@ void CookieStore::Set(const std::string& url, const Cookie& cookie,
 }
 
 void CookieStore::Get(Filter filter, std::function<void(const Cookies&)> done) {
-  Enqueue([this, filter = std::move(filter), done = std::move(done)](std::function<void()> next) {
-    Fetch([filter, done, next](Cookies cookies) {
-      const auto drop = [&](const Cookie& cookie) { return !filter(cookie); };
-      cookies.erase(std::remove_if(cookies.begin(), cookies.end(), drop), cookies.end());
-      done(cookies);
-      next();
-    });
+  // Reads that wait one after the other are answered together: a page's parts come in crowds, and
+  // after each answer the cookies are read.
+  IoThread::Get().PostTask([this, reader = Reader{std::move(filter), std::move(done)}] {
+    if (!joinable_) {
+      joinable_ = std::make_shared<Readers>();
+      queue_.push_back([this, readers = joinable_](const std::function<void()>& next) {
+        if (joinable_ == readers) joinable_ = nullptr;
+        Read(readers, next);
+      });
+    }
+    joinable_->push_back(reader);
+    RunNext();
+  });
+}
+
+void CookieStore::Read(const std::shared_ptr<Readers>& readers, const std::function<void()>& next) {
+  Fetch([readers, next](const Cookies& cookies) {
+    for (const Reader& reader : *readers) {
+      Cookies passed;
+      std::copy_if(cookies.begin(), cookies.end(), std::back_inserter(passed), reader.filter);
+      reader.done(passed);
+    }
+    next();
   });
 }
 

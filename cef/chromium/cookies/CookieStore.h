@@ -5,6 +5,7 @@
 
 #include <deque>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -36,7 +37,13 @@ class CookieStore {
  private:
   // Calls its argument when it is finished.
   using Operation = std::function<void(std::function<void()>)>;
+  struct Reader {
+    Filter filter;
+    std::function<void(const Cookies&)> done;
+  };
+  using Readers = std::vector<Reader>;
 
+  void Read(const std::shared_ptr<Readers>& readers, const std::function<void()>& next);
   void Enqueue(Operation operation);
   void RunNext();
   void Fetch(std::function<void(Cookies)> done);
@@ -47,6 +54,7 @@ class CookieStore {
 
   // IO thread only.
   std::deque<Operation> queue_;
+  std::shared_ptr<Readers> joinable_;  // of the read that is the queue's last; else null
   bool busy_ = false;
 };
 

@@ -18,6 +18,9 @@ namespace engine {
 namespace {
 
 constexpr size_t kPiece = 64 * 1024;
+constexpr int kPauseMs = 5;
+// Holds what comes in that time.
+constexpr int kFifoSize = 1 << 20;
 
 // Bits that say something without being a fault: extended validation, revocation checked, and so
 // on.
@@ -44,6 +47,8 @@ std::unique_ptr<NetLog> NetLog::Start(const std::string& folder, std::string* er
   // For writing as well, so that opening does not wait for Chromium and its going is no end of
   // file.
   log->fifo_fd_ = open(path.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+  // No matter if it stays as small as it is.
+  fcntl(log->fifo_fd_, F_SETPIPE_SZ, kFifoSize);
   log->stop_fd_ = eventfd(0, EFD_CLOEXEC);
   if (log->fifo_fd_ < 0 || log->stop_fd_ < 0) {
     *err = "cannot open " + path + ": " + strerror(errno);
@@ -87,7 +92,8 @@ void NetLog::Drain() {
   for (;;) {
     pollfd watched[] = {{fifo_fd_, POLLIN, 0}, {stop_fd_, POLLIN, 0}};
     if (poll(watched, 2, -1) < 0 && errno != EINTR) return;
-    if (watched[1].revents != 0) return;
+    // Chromium writes in small pieces, and nobody is in a hurry.
+    if (watched[1].revents != 0 || poll(&watched[1], 1, kPauseMs) != 0) return;
     const ssize_t count = read(fifo_fd_, piece.data(), piece.size());
     if (count > 0) parser_.Feed(piece.data(), static_cast<size_t>(count), keep);
   }

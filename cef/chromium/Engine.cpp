@@ -50,7 +50,13 @@ void Engine::Wire() {
         if (!log) return std::nullopt;
         return log->Fault(host, fault, wait);
       });
-  load_errors_.OnAnyFailed([this](const std::string& request) { hooks_.RequestFailed(request); });
+  load_errors_.OnGivenUp([this](const std::string& target, const std::string& url) {
+    hooks_.NavigationGone(target, url);
+  });
+  hooks_.OnDocumentFailing(
+      [this](const JsonValue& request, bool begun, std::function<void()> go_on) {
+        load_errors_.OnFailing(request, begun, std::move(go_on));
+      });
   load_errors_.OnPageFailed(
       [this](const std::string& target, const std::string& url) { windows_.Failed(target, url); });
   targets_.OnGone([this](const CefRefPtr<Browser>& browser) {
@@ -65,11 +71,12 @@ void Engine::Wire() {
   hooks_.Subscribe();
   certificates_.Subscribe();
   load_errors_.Subscribe();
-  SubscribeFrameEvents(connection_, table_, [this](const JsonValue& frame, bool written) {
-    // A top frame has its page's id.
-    windows_.Shows(TextAt(frame, "id"), frame, written);
-    if (!written) load_errors_.OnDocument(frame);
-  });
+  SubscribeFrameEvents(connection_, table_,
+                       [this](const std::string& session, const JsonValue& frame, bool written) {
+                         // A top frame has its page's id.
+                         windows_.Shows(TextAt(frame, "id"), frame, written);
+                         if (!written) load_errors_.OnDocument(session, frame);
+                       });
   SubscribeDisplayEvents(connection_, table_, windows_);
   connection_.OnClosed([this] { OnConnectionClosed(); });
   MessageLoop::Get().OnDisplayLost([this] { OnDisplayLost(); });

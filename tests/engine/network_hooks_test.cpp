@@ -21,8 +21,8 @@ class NetworkHooksTest : public DevToolsTest {
   // A frame begins to load a page; returns when the request has been let on.
   void Load(const std::string& number, const std::string& frame, const std::string& url) {
     Reply(R"({"method":"Fetch.requestPaused","params":{"requestId":"job-)" + number +
-          R"(.0","networkId":"n)" + number + R"(","resourceType":"Document","frameId":")" + frame +
-          R"(","request":{"url":")" + url + R"("}}}|)");
+          R"(.0","resourceType":"Document","frameId":")" + frame + R"(","request":{"url":")" + url +
+          R"("}}}|)");
     EXPECT_NE(ReadCommand().find("job-" + number + ".0"), std::string::npos);
   }
 
@@ -33,7 +33,7 @@ class NetworkHooksTest : public DevToolsTest {
 // What a page gave up must not make a later request of the same address look like a page.
 TEST_F(NetworkHooksTest, APageThatWasGivenUpIsNotAskedAboutAgain) {
   const std::function<void()> ends[] = {
-      [this] { hooks_.RequestFailed("n1"); },
+      [this] { hooks_.NavigationGone("T", kPage); },
       [this] { hooks_.BrowserGone("T"); },
       [this] { Load("2", "T", "https://other.test/"); },
       [this] {
@@ -51,7 +51,8 @@ TEST_F(NetworkHooksTest, APageThatWasGivenUpIsNotAskedAboutAgain) {
   Open();
   for (const auto& end : ends) {
     Load("1", "T", kPage);
-    hooks_.RequestFailed("n3");
+    hooks_.NavigationGone("U", kPage);
+    hooks_.NavigationGone("T", "https://third.test/");
     hooks_.BrowserGone("U");
     Load("3", "U", "https://third.test/");
     const auto browser = hooks_.LoadingMainFrame(std::string(kPage) + "#here");

@@ -104,4 +104,16 @@ std::string BrowserTable::SessionOfFrame(const std::string& frame_id) const {
   return found == frames_.end() ? std::string() : found->second.session;
 }
 
+void BrowserTable::SetLoader(const std::string& frame_id, const std::string& loader) {
+  std::lock_guard<std::mutex> lock(mutex_);
+  const auto found = frames_.find(frame_id);
+  if (found != frames_.end()) found->second.loader = loader;
+}
+
+std::string BrowserTable::LoaderOfFrame(const std::string& frame_id) const {
+  std::lock_guard<std::mutex> lock(mutex_);
+  const auto found = frames_.find(frame_id);
+  return found == frames_.end() ? std::string() : found->second.loader;
+}
+
 }  // namespace engine

@@ -43,12 +43,16 @@ class BrowserTable {
   void RemoveFrame(const std::string& frame_id);
   // The session that last spoke for the frame; "" for an unknown frame.
   std::string SessionOfFrame(const std::string& frame_id) const;
+  // The request that has brought the frame's document; "" when unknown.
+  void SetLoader(const std::string& frame_id, const std::string& loader);
+  std::string LoaderOfFrame(const std::string& frame_id) const;
 
  private:
   // The main frame's id is the id of the browser's target.
   struct FrameRecord {
     std::string target_id;  // of its browser
     std::string session;    // that last spoke for the frame
+    std::string loader;
   };
 
   CefRefPtr<Browser> Find(const std::string& target_id) const;  // with mutex_ held

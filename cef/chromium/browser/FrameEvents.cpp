@@ -4,8 +4,10 @@
 
 namespace engine {
 
-void SubscribeFrameEvents(DevToolsConnection& connection, BrowserTable& table,
-                          std::function<void(const JsonValue& frame, bool written)> on_document) {
+void SubscribeFrameEvents(
+    DevToolsConnection& connection, BrowserTable& table,
+    std::function<void(const std::string& session, const JsonValue& frame, bool written)>
+        on_document) {
   connection.On("Page.frameAttached",
                 [&table](const std::string& session, const JsonValue& params) {
                   table.SetFrame(session, TextAt(params, "frameId"));
@@ -15,7 +17,8 @@ void SubscribeFrameEvents(DevToolsConnection& connection, BrowserTable& table,
       const JsonValue* frame = MemberAt(params, "frame");
       if (!frame) return;
       table.SetFrame(session, TextAt(*frame, "id"));
-      on_document(*frame, written);
+      if (!written) table.SetLoader(TextAt(*frame, "id"), TextAt(*frame, "loaderId"));
+      on_document(session, *frame, written);
     };
   };
   connection.On("Page.frameNavigated", document(false));

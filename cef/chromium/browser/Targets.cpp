@@ -21,6 +21,7 @@
 #include "cef/chromium/base/MessageLoop.h"
 #include "cef/chromium/base/Text.h"
 #include "cef/chromium/browser/DisplayEvents.h"
+#include "cef/chromium/browser/LoadErrors.h"
 #include "cef/chromium/browser/PageManners.h"
 #include "cef/chromium/browser/TitleText.h"
 #include "cef/chromium/process/AppWindow.h"
@@ -187,8 +188,7 @@ void Targets::AttachPart(const std::string& parent_session, const std::string& s
 void Targets::SetUpPage(const std::string& session, bool main) {
   connection_.Send(session, "Target.setAutoAttach", AutoAttach(false));
   connection_.Send(session, "Page.enable");
-  connection_.Send(session, "Network.enable",
-                   JsonObject().Add("maxTotalBufferSize", 0).Add("maxResourceBufferSize", 0));
+  LoadErrors::Listen(connection_, session, {});
   connection_.Send(session, "Runtime.enable");
   connection_.Send(session, "Log.enable");
   EnablePageManners(connection_, session);

@@ -15,6 +15,7 @@ struct DevToolsCall {
 inline constexpr DevToolsCall kDevToolsCalls[] = {
     {"Emulation.setUserAgentOverride", true},
     {"Log.enable", true},
+    {"Network.disable", true},
     {"Network.enable", true},
     {"Page.addScriptToEvaluateOnNewDocument", true},
     {"Page.bringToFront", true},

@@ -12,7 +12,7 @@
 namespace engine {
 namespace {
 
-// Workers' requests that were given up are not heard of again.
+// Requests that were given up are not heard of again, but for those of main frames.
 constexpr size_t kMostPending = 4096;
 
 cef_resource_type_t ResourceType(const std::string& type, bool main_frame) {
@@ -128,13 +128,21 @@ void NetworkHooks::Abort(const std::string& id) {
 void NetworkHooks::OnPaused(const JsonValue& params) {
   const std::string id = TextAt(params, "requestId");
   if (MemberAt(params, "responseErrorReason")) {
-    // Failed, before or after its answer: what the client has to know of it comes another way.
-    pending_.erase(KeyOf(id));
-    Continue(id);
+    OnFailure(id, params);
   } else if (MemberAt(params, "responseStatusCode")) {
     OnResponse(id, params);
   } else {
     OnRequest(id, params);
+  }
+}
+
+// What the client has to know of it comes another way.
+void NetworkHooks::OnFailure(const std::string& id, const JsonValue& params) {
+  const bool begun = pending_.erase(KeyOf(id)) == 0;
+  if (document_failing_ && TextAt(params, "resourceType") == "Document") {
+    document_failing_(params, begun, [this, id] { Continue(id); });
+  } else {
+    Continue(id);
   }
 }
 
@@ -144,7 +152,6 @@ bool NetworkHooks::Describe(const JsonValue& params, Pending* pending) const {
   const std::string type = TextAt(params, "resourceType");
   const std::string frame_id = TextAt(params, "frameId");
   pending->url = TextAt(*request, "url");
-  pending->network_id = TextAt(params, "networkId");
   if (IsInternal(type, *request)) return false;
 
   pending->browser = table_.ByFrame(frame_id);
@@ -257,8 +264,11 @@ void NetworkHooks::Keep(const std::string& id, const Pending& pending) {
   pending_[KeyOf(id)] = pending;
 }
 
-void NetworkHooks::RequestFailed(const std::string& network_id) {
-  ForgetIf([&](const Pending& pending) { return pending.network_id == network_id; });
+void NetworkHooks::NavigationGone(const std::string& target_id, const std::string& url) {
+  ForgetIf([&](const Pending& pending) {
+    return pending.main_frame && pending.browser->target_id() == target_id &&
+           pending.url == url.substr(0, url.find('#'));
+  });
 }
 
 void NetworkHooks::BrowserGone(const std::string& target_id) {

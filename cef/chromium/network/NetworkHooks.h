@@ -3,6 +3,7 @@
 #ifndef CEF_CHROMIUM_NETWORK_NETWORKHOOKS_H_
 #define CEF_CHROMIUM_NETWORK_NETWORKHOOKS_H_
 
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
@@ -32,9 +33,15 @@ class NetworkHooks {
   // replies are not waited for.
   void Enable();
 
-  // Forgets a request that has failed or was given up by its page; by the network's id for it. IO
-  // thread.
-  void RequestFailed(const std::string& network_id);
+  // Before the connection is opened. `handler` gets what Fetch.requestPaused has of a frame's
+  // document that has failed, and whether its answer had begun; the page is not told before `go_on`
+  // is called. Both on the IO thread.
+  using FailureHandler =
+      std::function<void(const JsonValue& paused, bool begun, std::function<void()> go_on)>;
+  void OnDocumentFailing(FailureHandler handler) { document_failing_ = std::move(handler); }
+
+  // Forgets a main frame's request, which has failed or was given up. IO thread.
+  void NavigationGone(const std::string& target_id, const std::string& url);
   // Forgets the requests of a browser. IO thread.
   void BrowserGone(const std::string& target_id);
 
@@ -51,7 +58,6 @@ class NetworkHooks {
     CefRefPtr<CefResponse> redirect;               // the answer, if it sends the request elsewhere
     CefRefPtr<CefResourceRequestHandler> handler;  // null: the client does not care
     std::string url;
-    std::string network_id;  // "" when no page speaks for the request
     bool main_frame = false;
   };
   // The number of the request, which grows, and the interception's id.
@@ -59,6 +65,7 @@ class NetworkHooks {
   using PendingMap = std::map<Key, Pending>;
 
   void OnPaused(const JsonValue& params);
+  void OnFailure(const std::string& id, const JsonValue& params);
   void OnRequest(const std::string& id, const JsonValue& params);
   void OnResponse(const std::string& id, const JsonValue& params);
   void NotifyRedirect(const std::string& former_id, const std::string& new_url);
@@ -73,6 +80,7 @@ class NetworkHooks {
 
   DevToolsConnection& connection_;
   BrowserTable& table_;
+  FailureHandler document_failing_;
   PendingMap pending_;  // IO thread only
 };
 

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <vector>
 
+#include "cef/chromium/base/Deadline.h"
 #include "cef/chromium/base/QuietThread.h"
 #include "cef/chromium/base/Text.h"
 
@@ -18,6 +19,7 @@ namespace engine {
 namespace {
 
 constexpr size_t kPiece = 64 * 1024;
+constexpr std::chrono::milliseconds kBusy{20};
 constexpr int kPauseMs = 5;
 // Holds what comes in that time.
 constexpr int kFifoSize = 1 << 20;
@@ -89,12 +91,15 @@ void NetLog::Drain() {
     faults_[verdict.host] = verdict;
     changed_.notify_all();
   };
+  Clock::time_point last_read;
   for (;;) {
     pollfd watched[] = {{fifo_fd_, POLLIN, 0}, {stop_fd_, POLLIN, 0}};
     if (poll(watched, 2, -1) < 0 && errno != EINTR) return;
-    // Chromium writes in small pieces, and nobody is in a hurry.
-    if (watched[1].revents != 0 || poll(&watched[1], 1, kPauseMs) != 0) return;
+    if (watched[1].revents != 0) return;
+    // A page that loads is written about in many small pieces, and nobody is in a hurry.
+    if (Clock::now() < last_read + kBusy && poll(&watched[1], 1, kPauseMs) > 0) return;
     const ssize_t count = read(fifo_fd_, piece.data(), piece.size());
+    last_read = Clock::now();
     if (count > 0) parser_.Feed(piece.data(), static_cast<size_t>(count), keep);
   }
 }

@@ -160,6 +160,23 @@ TEST_F(Starter, OldResultNeverShowsThrough) {
   }
 }
 
+TEST_F(Starter, SecondStepInOneHomeIsRefusedUnlessItWaits) {
+  Subprocess first(Command("linger", {"--cookie", kSignedIn}));
+  Told("ready");
+  const auto refused = RunToEnd(Command("result", {"--cookie", kNothing}), seconds(30));
+  EXPECT_EQ(refused.exit_status, 14);
+  EXPECT_EQ(refused.out, "another step is running: process " + std::to_string(first.pid()) + "\n");
+  EXPECT_EQ(RunToEnd(Command("result", {"--wait", "--timeout=1"}), seconds(30)).exit_status, 14);
+  Subprocess waiting(Command("result", {"--wait", "--cookie", kNothing}));
+  first.Signal(SIGTERM);
+  const auto end = first.Wait(seconds(20));
+  ASSERT_TRUE(end);
+  EXPECT_EQ(end->exit_status, 0) << end->out;
+  const auto last = waiting.Wait(seconds(20));
+  ASSERT_TRUE(last);
+  EXPECT_EQ(last->exit_status, 7) << last->out;
+}
+
 TEST_F(Starter, OtherUsersCannotReadTheResult) {
   Subprocess starter(Command("linger", {"--cookie", kSignedIn}));
   Told("ready");

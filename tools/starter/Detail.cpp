@@ -150,6 +150,8 @@ std::string DetailOf(const Settings& settings, const Outcome& outcome) {
     case Verdict::kUnreadable:
       return HowItEnded(end) +
              " and left something other than a result; reinstall it if this happens again";
+    case Verdict::kBusy:
+      break;
     case Verdict::kBrowserFailed:
       return Shown(end.browser_failure, settings, outcome);
   }

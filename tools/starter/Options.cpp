@@ -88,6 +88,8 @@ bool TakeFlag(const std::string& option, Options& options, CookieSource& cookie)
     options.version = true;
   } else if (option == "--json") {
     options.json = true;
+  } else if (option == "--wait") {
+    options.wait = true;
   } else if (option == "--cookie-stdin") {
     cookie.Set(CookieSource::kInput, "");
   } else {
@@ -144,6 +146,7 @@ const char kHelp[] =
   --cookie-stdin       the same from standard input
   --clear-cookies URL  saml-login: delete all cookies first; the logout address
   --timeout SECONDS    time limit of the step, 1 to 86400, default 300
+  --wait               wait while another step runs, no longer than a step may
   --json               print verdict and return data as one JSON object
   --program PATH       the helper; default: the installed one
   --help, --version    print this text, or the version
@@ -153,7 +156,7 @@ Prints the verdict in one line. Exit status:
    1 not started            6 logged out           11 stopped by a signal
    2 wrong usage            7 closed by user       12 unreadable result
    3 refused                8 timed out            13 browser failed
-   4 host check needed      9 nothing written
+   4 host check needed      9 nothing written      14 another step is running
 Ctrl-C ends the step cleanly; what it had gathered by then is still judged.
 )";
 
@@ -179,6 +182,7 @@ std::string ParseOptions(const std::vector<std::string>& arguments, Options& opt
     if (!wrong.empty()) return wrong;
     typed = typed || option == "--type";
   }
+  if (options.wait) options.step.limits.turn = options.step.limits.time;
   if (!typed) return "--type is missing";
   if (options.step.request.url.empty()) return "--url is missing";
   if (!IsWebAddress(options.step.request.url)) {

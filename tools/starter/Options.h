@@ -10,6 +10,7 @@
 
 struct Options {
   ebStarter::Settings step;
+  bool wait = false;
   bool json = false;
   bool help = false;
   bool version = false;

@@ -36,6 +36,12 @@ ReturnSegment::ReturnSegment(const std::string& folder) {
 
 ReturnSegment::~ReturnSegment() { Remove(); }
 
+int ReturnSegment::CreatorIn(const std::string& folder) {
+  const int id = shmget(ftok(folder.c_str(), kProjectId), 0, 0);
+  shmid_ds info;
+  return id != -1 && shmctl(id, IPC_STAT, &info) == 0 ? info.shm_cpid : 0;
+}
+
 bool ReturnSegment::Prepare() const {
   if (!Remove()) return false;
   const int id = shmget(key_, kSize, IPC_CREAT | IPC_EXCL | kMode);

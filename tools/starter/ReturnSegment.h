@@ -21,6 +21,8 @@ class ReturnSegment {
   explicit ReturnSegment(const std::string& folder);
   // Removes the segment from the system, if it is ours to remove.
   ~ReturnSegment();
+  // The process that has made the segment which is there now; 0 when there is none.
+  static int CreatorIn(const std::string& folder);
   ReturnSegment(const ReturnSegment&) = delete;
   ReturnSegment& operator=(const ReturnSegment&) = delete;
 

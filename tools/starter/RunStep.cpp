@@ -4,6 +4,7 @@
 
 #include "tools/starter/HelperProcess.h"
 #include "tools/starter/ReturnSegment.h"
+#include "tools/starter/Turn.h"
 #include "tools/starter/Verdict.h"
 #include "tools/starter/ebStarter.h"
 
@@ -17,19 +18,30 @@ Outcome NotStarted(const std::string& why) {
   return outcome;
 }
 
+Outcome Busy(const std::string& folder) {
+  Outcome outcome;
+  outcome.verdict = Verdict::kBusy;
+  const int process = ReturnSegment::CreatorIn(folder);
+  if (process > 0) outcome.detail = "process " + std::to_string(process);
+  return outcome;
+}
+
 }  // namespace
 
 Outcome RunStep(const Settings& settings) {
   if (settings.home.empty()) return NotStarted("HOME is not set; it must name your home folder");
   try {
     const int stop = settings.stop ? settings.stop->ends_[0] : -1;
+    const std::string folder = DataFolder(settings.home);
+    const Turn turn(folder);
+    if (!turn.Take(settings.limits.turn, stop)) return Busy(folder);
     unsigned char number = 0;
     if (stop != -1 && read(stop, &number, 1) == 1) {
       HelperEnd end;
       end.stopped_by = number;
       return Judge(settings, end, "");
     }
-    const ReturnSegment segment(DataFolder(settings.home));
+    const ReturnSegment segment(folder);
     if (!segment.Prepare()) {
       return NotStarted(
           "an old result is in the way and belongs to another user; remove its shared memory");

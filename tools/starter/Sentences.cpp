@@ -32,6 +32,7 @@ enum Message : unsigned int {
   kStopped = 1713,
   kProgress = 1714,
   kHint = 1715,
+  kBusy = 1716,
 };
 
 Message OfReason(const std::string& reason) {
@@ -65,6 +66,8 @@ Message OfVerdict(Verdict verdict, bool logout) {
       return kHostCheckFailed;
     case Verdict::kStopped:
       return kStopped;
+    case Verdict::kBusy:
+      return kBusy;
     default:
       return kUnavailable;
   }
@@ -117,7 +120,8 @@ std::string Sentences::DetailOf(const Outcome& outcome, ebStarter::StepType type
   std::string text = message == kNone ? "" : Find(message, line.host, line.error);
   if (text.empty()) return outcome.detail;
   // What an administrator needs to know.
-  const bool technical = message == kUnavailable || message == kNoDisplay || message == kNoBrowser;
+  const bool technical =
+      message == kUnavailable || message == kNoDisplay || message == kNoBrowser || message == kBusy;
   return technical ? text + " (" + outcome.detail + ")" : text;
 }
 

@@ -117,6 +117,8 @@ const char* VerdictName(Verdict verdict) {
       return "unreadable result";
     case Verdict::kBrowserFailed:
       return "browser failed";
+    case Verdict::kBusy:
+      return "another step is running";
   }
   return "";
 }

@@ -3,7 +3,8 @@
 // One call does it all: RunStep() starts the helper, waits for its end within a limit, reads what
 // it left and judges it. The call blocks; a StopSwitch ends it from another thread or from a signal
 // handler. Steps with different HOMEs may run in several threads at once; steps with the same HOME
-// share one segment of shared memory and must not overlap, in whatever processes they run.
+// share one segment of shared memory, so the second is refused, or waits for its turn, in whatever
+// process it runs. Helpers that are started in another way are not known to it.
 //
 // The library installs no signal handlers, leaves its caller's signal mask as it was and opens
 // descriptors that no executed program inherits. While a step runs it owns two threads (all signals
@@ -44,6 +45,8 @@ struct Limits {
   std::chrono::milliseconds time{std::chrono::minutes(5)};
   // From the first signal that asks the helper to end to SIGKILL.
   std::chrono::milliseconds grace{std::chrono::seconds(10)};
+  // Before the step, for another one in the same HOME to end.
+  std::chrono::milliseconds turn{0};
 };
 
 // Ends a step before its time. For one step; one that has been used ends a step before it starts.
@@ -119,6 +122,7 @@ enum class Verdict {
   kStopped = 11,         // a StopSwitch ended the step
   kUnreadable = 12,      // the result is not the JSON document that was agreed
   kBrowserFailed = 13,   // the helper's browser did not start, or exited on its own
+  kBusy = 14,            // another step in the same HOME has not ended; none was run
 };
 
 // Its name in lower-case words, such as "signed in".

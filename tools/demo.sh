@@ -6,19 +6,35 @@ set -euo pipefail
 die() { printf 'demo: %s\n' "$*" >&2; exit 1; }
 say() { printf '%s\n' "$*" >&2; }
 
+readonly kinds='good unknown-authority wrong-host expired wrong-host-unknown-authority'
+
 build_dir=$(realpath "$1")
 shift
-step=saml interactive= certificate= screenshot=
+step=saml interactive= certificate= screenshot=$build_dir/demo.png
 while (($#)); do
   case $1 in
     saml | custom | logout) step=$1 ;;
     --interactive) interactive=1 ;;
-    --certificate) certificate=${2:?--certificate needs a kind}; shift ;;
-    --screenshot) screenshot=$(realpath -m "${2:?--screenshot needs a file}"); shift ;;
+    --certificate)
+      certificate=${2:-}
+      [[ -n $certificate && " $kinds " == *" $certificate "* ]] || die "--certificate takes one of: $kinds"
+      shift
+      ;;
+    --screenshot)
+      [[ -n ${2:-} ]] || die "--screenshot needs a file"
+      screenshot=$(realpath -m "$2")
+      shift
+      ;;
     *) die "unknown argument: $1 (see ./dev help)" ;;
   esac
   shift
 done
+
+# Before anybody waits for a picture that cannot be kept. Its name says how it is stored.
+rm -f "$screenshot" 2>/dev/null
+{ : >"$screenshot"; } 2>/dev/null || die "cannot write $screenshot"
+rm -f "$screenshot"
+[[ $screenshot == *.png || $screenshot == *.jpg ]] || die "--screenshot takes a file named .png or .jpg"
 
 work=$(mktemp -d)
 children=()
@@ -75,7 +91,7 @@ trust_authority() {
 
 window() { timeout 30 xdotool search --sync --onlyvisible --name "$1" | tail -n 1; }
 
-picture() { [[ -z $screenshot ]] || import -frame -window "$1" "$screenshot"; }
+picture() { [[ -e $screenshot ]] || import -frame -window "$1" "$screenshot"; }
 
 # What the user does: answers the certificate question, signs in.
 act() {
@@ -83,7 +99,6 @@ act() {
   if [[ -n $certificate && $certificate != good ]]; then
     id=$(window '^Corvane Secure$')
     picture "$id"
-    screenshot=
     # The question takes keys only a moment after it shows. "Continue" and "Continuer", "Fortfahren".
     while xdotool search --onlyvisible --name '^Corvane Secure$' >/dev/null; do
       xdotool key alt+c alt+f
@@ -115,17 +130,28 @@ case $step in
   logout) type=saml-logout scenario=logout-state2 cookie='KXID=box;;KXFIRST=a=b' ;;
 esac
 
-if [[ -z $interactive ]]; then
-  act >/dev/null 2>"$work/act" &
-  children+=($!)
-else
+"$build_dir/tools/starter/embedded-browser-start" --type "$type" --url "$origin/$scenario/start" \
+  --cookie "$cookie" --timeout "$([[ -n $interactive ]] && echo 300 || echo 60)" --json &
+starter=$!
+children+=("$starter")
+if [[ -n $interactive ]]; then
   say "sign in as ada, password open sesame"
+else
+  # Whoever waits for a hand that has failed waits for nothing.
+  { act >/dev/null 2>"$work/act" || kill "$starter" 2>/dev/null; } &
+  children+=($!)
 fi
 status=0
-"$build_dir/tools/starter/embedded-browser-start" --type "$type" --url "$origin/$scenario/start" \
-  --cookie "$cookie" --timeout "$([[ -n $interactive ]] && echo 300 || echo 60)" --json || status=$?
+wait "$starter" || status=$?
 # Where a step ended as it should, the demo has succeeded.
-readonly logged_out=6
+readonly logged_out=6 stopped=11
 [[ $step == logout && $status == "$logged_out" ]] && status=0
-say "log: $build_dir/stage/var/log/Corvane Secure/Logging/debuglog.log"
+((status != stopped)) || say "demo: nobody could work the window: $(tail -n 1 "$work/act" 2>/dev/null)"
+say
+[[ ! -e $screenshot ]] || say "picture of the window: $screenshot"
+say "log of the run:        $build_dir/stage/var/log/Corvane Secure/Logging/debuglog.log"
+say
+say "next: ./dev demo --certificate unknown-authority   the question about a certificate"
+say "      ./dev doctor                                 what this computer has and lacks"
+say "      ./dev test                                   all tests"
 exit "$status"

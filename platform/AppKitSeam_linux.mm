@@ -7,6 +7,7 @@
 
 #import "platform/AppKitSeam.h"
 #import "platform/CatchThrown.h"
+#include "platform/DisplayLoss.h"
 
 namespace {
 
@@ -123,9 +124,14 @@ void (*s_Report)(id thrown) = nullptr;
   KeptExceptionHandler exceptions;
   id thrown = CatchThrown([] {
     LeaveImageMagick();
+    ThrowDisplayLoss();
     [s_ApplicationClass sharedApplication];
+    WatchDisplay(nullptr);
   });
-  if (thrown) s_Report(thrown);
+  if (!thrown) return;
+  // What is half connected is not to be used.
+  LeaveDisplay();
+  s_Report(thrown);
 }
 @end
 

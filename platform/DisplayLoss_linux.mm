@@ -14,12 +14,19 @@ int OnLost(Display*) {
   return 0;
 }
 
+int ThrowLoss(Display*) {
+  [NSException raise:NSGenericException format:@"the display has gone"];
+  return 0;
+}
+
 // Xlib's own would exit; returning makes the call that has failed, and all later ones, do nothing.
 void GoOn(Display*, void*) {}
 
 Display* Connection() { return static_cast<Display*>([GSCurrentServer() serverDevice]); }
 
 }  // namespace
+
+void ThrowDisplayLoss() { XSetIOErrorHandler(ThrowLoss); }
 
 void WatchDisplay(void (*lost)()) {
   Display* display = Connection();
@@ -29,10 +36,13 @@ void WatchDisplay(void (*lost)()) {
   XSetIOErrorExitHandler(display, GoOn, nullptr);
 }
 
-bool DisplayHasGone() {
+int DisplayConnection() {
   Display* display = Connection();
-  if (!display) return false;
-  pollfd connection = {ConnectionNumber(display), POLLRDHUP, 0};
+  return display ? ConnectionNumber(display) : -1;
+}
+
+bool DisplayHasGone() {
+  pollfd connection = {DisplayConnection(), POLLRDHUP, 0};
   return poll(&connection, 1, 0) > 0;
 }
 
@@ -40,8 +50,7 @@ void LeaveDisplay() {
   Display* display = Connection();
   if (!display) return;
   // A descriptor at its end is always ready: the run loop would never rest again.
-  void* const descriptor =
-      reinterpret_cast<void*>(static_cast<intptr_t>(ConnectionNumber(display)));
+  void* const descriptor = reinterpret_cast<void*>(static_cast<intptr_t>(DisplayConnection()));
   NSString* const modes[] = {NSDefaultRunLoopMode, NSModalPanelRunLoopMode,
                              NSEventTrackingRunLoopMode, NSConnectionReplyMode};
   for (NSString* mode : modes) {

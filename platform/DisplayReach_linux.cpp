@@ -1,4 +1,4 @@
-#include <X11/Xlib.h>
+#include <xcb/xcb.h>
 
 #include <cstdlib>
 
@@ -11,8 +11,9 @@ std::string WhyNoDisplay() {
     return wayland && *wayland ? "DISPLAY is not set: this is a Wayland session without XWayland"
                                : "DISPLAY is not set";
   }
-  Display* display = XOpenDisplay(name);
-  if (!display) return std::string("the X server ") + name + " is gone or refuses us";
-  XCloseDisplay(display);
-  return "";
+  // Not Xlib, which ends the process when the server goes away just now.
+  xcb_connection_t* connection = xcb_connect(name, nullptr);
+  const bool failed = xcb_connection_has_error(connection) != 0;
+  xcb_disconnect(connection);
+  return failed ? std::string("the X server ") + name + " is gone or refuses us" : "";
 }

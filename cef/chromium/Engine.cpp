@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <system_error>
 #include <vector>
 
 #include "cef/chromium/base/IoThread.h"
@@ -155,7 +156,7 @@ bool Engine::Initialize(const CefSettings& settings, CefRefPtr<CefApp> app) {
   // A client that was built with other headers than these would be misread.
   if (settings.size != sizeof(cef_settings_t)) return false;
 
-  MessageLoop::Get().Init();
+  const bool loop = MessageLoop::Get().Init();
   // A Chromium that has gone must not take this process with it.
   signal(SIGPIPE, SIG_IGN);
 
@@ -172,8 +173,15 @@ bool Engine::Initialize(const CefSettings& settings, CefRefPtr<CefApp> app) {
     hooks_.Enable();
     certificates_.Enable();
   };
-  if (!IoThread::Get().Start() || !IoThread::Get().PostTask([this] { server_.Start(); }) ||
-      !launch_.Start(cache_path, command_line_->switches(), enable, &error)) {
+  bool started = false;
+  try {
+    started = loop && IoThread::Get().Start() &&
+              IoThread::Get().PostTask([this] { server_.Start(); }) &&
+              launch_.Start(cache_path, command_line_->switches(), enable, &error);
+  } catch (const std::system_error& no_thread) {
+    error = std::string("no thread can be had: ") + no_thread.what();
+  }
+  if (!started) {
     Say("Chromium could not be started: " + error);
     return false;
   }

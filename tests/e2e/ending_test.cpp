@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <set>
 #include <thread>
-#include <tuple>
 
 #include "tests/e2e/E2eTest.h"
 
@@ -17,7 +16,6 @@ constexpr char kCookie[] = "KXSAMLEMBID=launch";
 constexpr char kNever[] = "/saml-never/start";
 constexpr char kAutomatic[] = "/saml-redirect/start?auto=1";
 constexpr char kByHand[] = "/saml-redirect/start";
-constexpr char kEndless[] = "/saml-endless-answer/start";
 constexpr std::chrono::seconds kHangLimit{8};
 constexpr char kFormTitle[] = "Sign in to your account";
 constexpr char kEmptyDocument[] =
@@ -44,58 +42,6 @@ class EndingTest : public E2eTest {
     }));
   }
 };
-
-enum class Moment { kLoading, kShown, kQuestion };
-constexpr const char* kMomentNames[] = {"Loading", "Shown", "Question"};
-
-std::string NameOf(int signal_number) {
-  return signal_number == SIGHUP ? "Hup" : signal_number == SIGINT ? "Int" : "Term";
-}
-
-class SignalTest : public EndingTest,
-                   public testing::WithParamInterface<std::tuple<Moment, int>> {};
-
-TEST_P(SignalTest, EndsTheStepInOrder) {
-  const auto [moment, number] = GetParam();
-  const bool question = moment == Moment::kQuestion;
-  if (question) UseUnknownAuthority();
-  Subprocess starter(SignsInAt(moment == Moment::kLoading ? kEndless : kNever, {}, question));
-  if (moment == Moment::kLoading) {
-    ASSERT_TRUE(WaitForRequest("/saml-endless-answer/"));
-  } else {
-    ASSERT_NE(display_->WaitForWindow(question ? kQuestionTitle : kFormTitle, kPatience), "");
-  }
-  starter.Signal(number);
-  const StarterReport report = Report(starter);
-  EXPECT_EQ(report.verdict, "stopped") << report.log;
-  EXPECT_EQ(report.helper_exit_status, 0);
-  EXPECT_EQ(report.slo_state, 0) << "an empty result is written all the same";
-  EXPECT_THAT(report.log, HasSubstr("Handling the Signal:" + std::to_string(number) + " received"));
-}
-
-INSTANTIATE_TEST_SUITE_P(All, SignalTest,
-                         testing::Values(std::tuple(Moment::kLoading, SIGHUP),
-                                         std::tuple(Moment::kLoading, SIGTERM),
-                                         std::tuple(Moment::kShown, SIGHUP),
-                                         std::tuple(Moment::kShown, SIGINT),
-                                         std::tuple(Moment::kQuestion, SIGINT)),
-                         [](const auto& info) {
-                           return kMomentNames[static_cast<int>(std::get<0>(info.param))] +
-                                  NameOf(std::get<1>(info.param));
-                         });
-
-TEST_F(EndingTest, SignalOfTheFirstMomentsIsNotLost) {
-  for (const int milliseconds : {0, 30, 100, 250, 500}) {
-    Subprocess program(DirectCommand(Request(kNever)));
-    ASSERT_TRUE(WaitForLog(program.pid(), "got client"));
-    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
-    program.Signal(SIGHUP);
-    const DirectReport report = DirectEnd(program, DataFolder());
-    EXPECT_EQ(report.exit_status, 0) << milliseconds << " ms\n" << report.log;
-    EXPECT_EQ(report.signal, 0);
-    EXPECT_EQ(report.document, kEmptyDocument);
-  }
-}
 
 TEST_F(EndingTest, UserClosesTheWindow) {
   Subprocess starter(SignsInAt(kNever));

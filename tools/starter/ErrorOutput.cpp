@@ -1,6 +1,5 @@
 #include "tools/starter/ErrorOutput.h"
 
-#include <fcntl.h>
 #include <limits.h>
 #include <poll.h>
 #include <unistd.h>
@@ -48,7 +47,7 @@ void LastLines::End() {
 }
 
 ErrorOutput::ErrorOutput() {
-  fcntl(pipe_.reader(), F_SETFL, O_NONBLOCK);
+  NeverWait(pipe_.reader());
   thread_ = std::thread([this] { Run(); });
 }
 

@@ -12,6 +12,8 @@ namespace ebStarter {
 
 namespace {
 
+constexpr char kTooMany[] = "this process has too many files open";
+
 constexpr int kFirstOwn = STDERR_FILENO + 1;
 // What is closed where the open descriptors cannot be listed.
 constexpr int kUsualEnd = 1024;
@@ -31,7 +33,7 @@ int MakeEnds(int ends[2]) {
 }  // namespace
 
 void MakePipe(int ends[2]) {
-  if (MakeEnds(ends) != 0) throw std::runtime_error("this process has too many files open");
+  if (MakeEnds(ends) != 0) throw std::runtime_error(kTooMany);
   // A process may have been started without standard descriptors; what is written to one of them
   // must not get into a pipe of ours.
   bool moved = true;
@@ -46,7 +48,11 @@ void MakePipe(int ends[2]) {
   for (int i = 0; i < 2; ++i) {
     if (ends[i] != -1) close(ends[i]);
   }
-  throw std::runtime_error("this process has too many files open");
+  throw std::runtime_error(kTooMany);
+}
+
+void NeverWait(int descriptor) {
+  if (fcntl(descriptor, F_SETFL, O_NONBLOCK) != 0) throw std::runtime_error(kTooMany);
 }
 
 void Pipe::CloseEnd(int i) {

@@ -9,6 +9,9 @@ namespace ebStarter {
 // descriptors. Throws std::runtime_error when there are no descriptors left.
 void MakePipe(int ends[2]);
 
+// Reading from it and writing to it wait no more. Throws like MakePipe().
+void NeverWait(int descriptor);
+
 // A pipe with an owner.
 class Pipe {
  public:

@@ -1,4 +1,3 @@
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,7 +9,7 @@ namespace ebStarter {
 
 StopSwitch::StopSwitch() {
   MakePipe(ends_);
-  for (const int end : ends_) fcntl(end, F_SETFL, O_NONBLOCK);
+  for (const int end : ends_) NeverWait(end);
 }
 
 StopSwitch::~StopSwitch() {

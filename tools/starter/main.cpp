@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
+#include <optional>
 #include <string>
 
 #include "tools/starter/Options.h"
@@ -113,12 +115,17 @@ int main(int argc, char** argv) {
   if (!wrong.empty()) return kWrongUsage;
 
   const Sentences sentences;
-  StopSwitch stop;
-  g_stop = &stop;
-  CatchSignals();
-  options.step.stop = &stop;
-  options.step.progress = ProgressOnTerminal(options.step.limits.time, sentences);
-  Outcome outcome = RunStep(options.step);
+  std::optional<StopSwitch> stop;
+  Outcome outcome;
+  try {
+    g_stop = &stop.emplace();
+    CatchSignals();
+    options.step.stop = g_stop;
+    options.step.progress = ProgressOnTerminal(options.step.limits.time, sentences);
+    outcome = RunStep(options.step);
+  } catch (const std::exception& error) {
+    outcome.detail = error.what();
+  }
   outcome.detail = sentences.DetailOf(outcome, options.step.request.type);
   if (options.step.progress) std::fputs("\r\033[K", stderr);
   if (options.json) {

@@ -27,7 +27,8 @@ class MessageLoop {
   // Prepares the loop on the calling thread, which must be the main one. Resets SIGHUP, SIGINT and
   // SIGTERM to their default actions and blocks them in this thread; threads created later inherit
   // the mask, and whoever starts a process must clear it in the child. Later calls do nothing.
-  void Init();
+  // False when there are no descriptors left.
+  bool Init();
 
   // Serves the loop until Quit(). Returns at once on another thread, before Init(), or when called
   // from within itself. May be called again after it has returned. The three signals stay blocked
@@ -40,7 +41,8 @@ class MessageLoop {
   void Quit();
 
   // Waits until the descriptor is readable; tasks and events wait meanwhile. False when the time
-  // has come or one of the three signals has come first; that stays for HandOverSignals() or Run().
+  // has come, the display has gone, or one of the three signals has come first; that stays for
+  // HandOverSignals() or Run().
   // UI thread, or any before Init().
   bool AwaitReadable(int fd, Clock::time_point end);
 

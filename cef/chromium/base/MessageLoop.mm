@@ -99,8 +99,8 @@ MessageLoop& MessageLoop::Get() {
   return *loop;
 }
 
-void MessageLoop::Init() {
-  if (initialised_) return;
+bool MessageLoop::Init() {
+  if (initialised_) return true;
   ScopedPool pool;
   const sigset_t signals = SignalSet();
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
@@ -110,10 +110,7 @@ void MessageLoop::Init() {
   wake_fd_ = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
   pending_fd_ = eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
   signal_fd_ = signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
-  if (wake_fd_ < 0 || pending_fd_ < 0 || signal_fd_ < 0) {
-    NSLog(@"message loop: no descriptors left: %s", strerror(errno));
-    return;
-  }
+  if (wake_fd_ < 0 || pending_fd_ < 0 || signal_fd_ < 0) return false;
   // Tasks stop while an alert is open, signals do not: they end it.
   for (NSString* mode : {NSDefaultRunLoopMode, RestMode()}) {
     Watch(wake_fd_, mode);
@@ -123,6 +120,7 @@ void MessageLoop::Init() {
   Watch(pending_fd_, NSModalPanelRunLoopMode);
   ui_thread_ = std::this_thread::get_id();
   initialised_ = true;
+  return true;
 }
 
 bool MessageLoop::OnUiThread() const {
@@ -217,8 +215,9 @@ void MessageLoop::BreakAlerts() {
 }
 
 bool MessageLoop::AwaitReadable(int fd, Clock::time_point end) {
-  pollfd watched[] = {{fd, POLLIN, 0}, {signal_fd_, POLLIN, 0}};
-  return PollUntil(pending_signals_.empty() ? end : Clock::now(), watched, 2) &&
+  pollfd watched[] = {
+      {fd, POLLIN, 0}, {signal_fd_, POLLIN, 0}, {DisplayConnection(), POLLRDHUP, 0}};
+  return PollUntil(pending_signals_.empty() ? end : Clock::now(), watched, 3) &&
          watched[0].revents != 0;
 }
 

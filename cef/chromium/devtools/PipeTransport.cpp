@@ -14,7 +14,7 @@ namespace {
 
 constexpr size_t kReadSize = 64 * 1024;
 
-void SetNonBlocking(int fd) { fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) | O_NONBLOCK); }
+void SetNonBlocking(int fd) { fcntl(fd, F_SETFL, O_NONBLOCK); }
 
 }  // namespace
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <system_error>
 #include <thread>
 
 #include "cef/chromium/base/MessageLoop.h"
@@ -23,6 +24,8 @@ constexpr char kNoSandbox[] = "no-sandbox";
 
 // Longer than any X server needs, over any network.
 constexpr std::chrono::seconds kDisplayLimit{5};
+
+constexpr char kNoDescriptors[] = "no descriptors left";
 
 // What is waited for; shared, since it may come after the wait was given up.
 struct Arrival {
@@ -44,6 +47,10 @@ struct Answer : Arrival {
 // that has gone, would hold up everything that talks to it for ever.
 bool AwaitDisplay(std::string* err) {
   const auto arrival = std::make_shared<Arrival>();
+  if (arrival->arrived < 0) {
+    *err = kNoDescriptors;
+    return false;
+  }
   std::thread([arrival] {
     WhyNoDisplay();
     eventfd_write(arrival->arrived, 1);
@@ -53,6 +60,11 @@ bool AwaitDisplay(std::string* err) {
   const bool late = TimeLeft(deadline).count() == 0;
   *err = late ? "no display: the X server does not answer" : "a signal has ended the wait for it";
   return false;
+}
+
+std::string NoDisplay() {
+  const std::string why = WhyNoDisplay();
+  return "no display: " + (why.empty() ? "it has gone" : why);
 }
 
 // The value of the switch, which is taken out; *there tells whether it was.
@@ -155,7 +167,11 @@ Launch::Result Launch::AttemptOnce(const Plan& plan, std::string* err) {
   chromium_path_ = options.chromium.path;
   // Without it certificates have one fault only; no reason not to start.
   std::string ignored;
-  const std::shared_ptr<NetLog> log = NetLog::Start(options.run_folder, &ignored);
+  std::shared_ptr<NetLog> log;
+  try {
+    log = NetLog::Start(options.run_folder, &ignored);
+  } catch (const std::system_error&) {
+  }
   if (log) options.switches.emplace_back("log-net-log", log->path());
   std::atomic_store(&net_log_, log);
 
@@ -170,6 +186,10 @@ Launch::Result Launch::AttemptOnce(const Plan& plan, std::string* err) {
 // far as Chromium does not know them.
 Launch::Result Launch::AwaitAnswer(Clock::time_point deadline, std::string* err) {
   const auto answer = std::make_shared<Answer>();
+  if (answer->arrived < 0) {
+    *err = kNoDescriptors;
+    return Result::kGivenUp;
+  }
   connection_.Send("", "Browser.getVersion", {},
                    [answer](const JsonValue* result, const std::string&) {
                      {
@@ -181,7 +201,14 @@ Launch::Result Launch::AwaitAnswer(Clock::time_point deadline, std::string* err)
                    });
   // Chromium needs longer for its start than this.
   ConnectDisplay();
-  if (!MessageLoop::Get().AwaitReadable(answer->arrived, deadline)) {
+  // Chromium may need ten seconds to notice.
+  const bool lost = !HaveDisplay() && !WhyNoDisplay().empty();
+  const bool answered = !lost && MessageLoop::Get().AwaitReadable(answer->arrived, deadline);
+  if (lost || MessageLoop::Get().DisplayIsLost()) {
+    *err = NoDisplay();
+    return Result::kGivenUp;
+  }
+  if (!answered) {
     const bool late = TimeLeft(deadline).count() == 0;
     *err = late ? "it does not answer" : "a signal has ended the wait for it";
     return Result::kGivenUp;
@@ -195,9 +222,8 @@ Launch::Result Launch::AwaitAnswer(Clock::time_point deadline, std::string* err)
   }
   if (answer->ok) return Result::kAnswers;
   // Chromium's own words for this are of no help to a user.
-  const std::string no_display = WhyNoDisplay();
-  if (!no_display.empty()) {
-    *err = "no display: " + no_display;
+  if (!WhyNoDisplay().empty()) {
+    *err = NoDisplay();
     return Result::kGivenUp;
   }
   if (process_->output().TellsOfPolicy()) {

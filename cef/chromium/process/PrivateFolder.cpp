@@ -98,8 +98,13 @@ int LockFolder(const std::string& dir, bool* busy) {
 
 bool RemoveTree(const std::string& path) {
   std::error_code error;
-  fs::remove_all(path, error);
-  return !error;
+  // It stops at the first file that it cannot remove, so a second try gets the others, and what a
+  // process that is just ending has added.
+  for (int i = 0; i < 2; ++i) {
+    fs::remove_all(path, error);
+    if (!error) return true;
+  }
+  return false;
 }
 
 }  // namespace engine

@@ -5,13 +5,13 @@
 #ifndef PLATFORM_DISPLAYLOSS_H_
 #define PLATFORM_DISPLAYLOSS_H_
 
-// From now on the loss of a display is thrown, as an NSException, by the call that notices it:
-// while AppKit connects, nothing else could end that call.
+// From now on the loss of the display that AppKit connects to is thrown, as an NSException, by the
+// call that notices it.
 void ThrowDisplayLoss();
 
-// From now on the process outlives the loss of its display: calls to it then do nothing. `lost` is
-// called as soon as one notices, in the middle of that call, so it must only take note; it may be
-// called again. May be null. Does nothing without a display.
+// The same from now on, and the process outlives it: later calls to the display do nothing. `lost`
+// is called before it is thrown, in the middle of that call, so it must only take note. It may be
+// null. Does nothing without a display.
 void WatchDisplay(void (*lost)());
 
 // The connection's descriptor, for POLLRDHUP; -1 without a display.

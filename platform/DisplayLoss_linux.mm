@@ -1,6 +1,6 @@
 #import <AppKit/AppKit.h>
 #import <GNUstepGUI/GSDisplayServer.h>
-#include <X11/Xlib.h>
+#include <X11/Xlibint.h>
 #include <poll.h>
 
 #include "platform/DisplayLoss.h"
@@ -9,24 +9,23 @@ namespace {
 
 void (*g_lost)() = nullptr;
 
-int OnLost(Display*) {
+// Thrown, since calls on the way fill a buffer that nothing empties any more: Xlib would wait for
+// room in it for ever, or exit. Those that clean up find it empty.
+int OnLost(Display* display) {
   if (g_lost) g_lost();
-  return 0;
-}
-
-int ThrowLoss(Display*) {
+  display->bufptr = display->buffer;
   [NSException raise:NSGenericException format:@"the display has gone"];
   return 0;
 }
 
-// Xlib's own would exit; returning makes the call that has failed, and all later ones, do nothing.
+// Xlib's own would exit.
 void GoOn(Display*, void*) {}
 
 Display* Connection() { return static_cast<Display*>([GSCurrentServer() serverDevice]); }
 
 }  // namespace
 
-void ThrowDisplayLoss() { XSetIOErrorHandler(ThrowLoss); }
+void ThrowDisplayLoss() { XSetIOErrorHandler(OnLost); }
 
 void WatchDisplay(void (*lost)()) {
   Display* display = Connection();

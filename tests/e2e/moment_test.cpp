@@ -17,6 +17,7 @@ using testing::HasSubstr;
 using Clock = std::chrono::steady_clock;
 
 constexpr std::chrono::seconds kInTime{10};
+constexpr char kSignIn[] = "/saml-redirect/start?auto=1";
 constexpr unsigned kSeed = 1;
 
 enum Event { kTerm, kInt, kHup, kClose, kChromiumDies, kDisplayGoes, kAccept, kEvents };
@@ -63,21 +64,27 @@ class MomentTest : public E2eTest {
     }
   }
 
+  void NeedDisplay() {
+    if (display_) return;
+    display_ = std::make_unique<VirtualDisplay>(VirtualDisplay::WindowManager::kOpenbox);
+  }
+
   bool Asked() const {
     return display_->Xdotool({"search", "--onlyvisible", "--name", kQuestionTitle}).status == 0;
   }
 
+  std::string AskingRequest() const {
+    const std::string http = Address("");
+    std::string request = Request(kSignIn);
+    return request.replace(request.find(http), http.size(), Address("", true));
+  }
+
   // Returns how long the run took from its start.
   milliseconds RunWith(const Plan& plan, milliseconds whole) {
-    if (!display_)
-      display_ = std::make_unique<VirtualDisplay>(VirtualDisplay::WindowManager::kOpenbox);
+    NeedDisplay();
     // Only a run that is asked can be answered.
     const bool question = std::any_of(plan.begin(), plan.end(), Is(kAccept));
-    std::string request = Request("/saml-redirect/start?auto=1");
-    if (question) {
-      const std::string http = Address("");
-      request.replace(request.find(http), http.size(), Address("", true));
-    }
+    const std::string request = question ? AskingRequest() : Request(kSignIn);
     std::ostringstream text;
     for (const Planned& planned : plan) {
       text << kNames[planned.event] << " at " << (whole * planned.at).count() << " ms ";
@@ -137,6 +144,20 @@ class MomentTest : public E2eTest {
   milliseconds slowest_{0};
   int runs_ = 0;
 };
+
+// AppKit's calls filled a buffer that nothing emptied any more.
+TEST_F(MomentTest, DisplayGoesWhileAQuestionOpens) {
+  for (const int milliseconds : {0, 10, 25, 45, 70}) {
+    NeedDisplay();
+    Subprocess program(DirectCommand(AskingRequest()));
+    ASSERT_TRUE(WaitForLog(program.pid(), "inside OnCertificateError"));
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+    display_.reset();
+    ASSERT_TRUE(program.Wait(kInTime)) << milliseconds << " ms";
+    EXPECT_THAT(DirectEnd(program, DataFolder()).err, HasSubstr("cef: the display has gone"));
+    ExpectNothingLeft();
+  }
+}
 
 // `count` moments of the event alone, and `pairs` of it with each of those after it.
 struct Sweep {

@@ -175,7 +175,7 @@ void MessageLoop::Run() {
   ConnectDisplay();
   do {
     ScopedPool pool;
-    if (id thrown = CatchThrown([this] { Turn(); })) {
+    if (id thrown = CatchThrown([this] { Turn(); }); thrown && !display_lost_) {
       NSLog(@"message loop: exception in a turn: %@", thrown);
     }
   } while (!quit_ || tasks_.Ready() > 0);

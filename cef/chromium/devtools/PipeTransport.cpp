@@ -59,8 +59,9 @@ void PipeTransport::WritePending() {
   }
   if (pending_.empty()) return;
   if (errno != EAGAIN) {
-    // Nobody reads any more; the reader will see the end.
+    // Nobody reads any more, or what is left of a command cannot be had back.
     pending_.clear();
+    IoThread::Get().PostTask([self = shared_from_this()] { self->Close(); });
     return;
   }
   waiting_to_write_ = true;

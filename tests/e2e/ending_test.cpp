@@ -87,31 +87,6 @@ TEST_F(EndingTest, UserIsToldOfEveryFaultOfACertificate) {
   EXPECT_GT(height("wrong-host-unknown-authority"), height("unknown-authority"));
 }
 
-TEST_F(EndingTest, GatheredCookiesAreHandedBackWhateverBreaksOff) {
-  const std::function<void(const Subprocess&)> ends[] = {
-      [](const Subprocess& program) { program.Signal(SIGTERM); },
-      [this](const Subprocess&) { kill(BrowserProcesses("").at(0), SIGKILL); },
-      [this](const Subprocess&) { display_.reset(); },
-  };
-  for (const auto& end : ends) {
-    const auto shown = [this] { return CookiesSentTo("/saml-never/sso").size(); };
-    const size_t before = shown();
-    Subprocess program(DirectCommand(Request(kNever)));
-    WaitForForm();
-    // The form once more: with its request the provider's cookies are sent.
-    PressUntil({"key", "F5"}, [&] { return shown() > before + 1; });
-    ASSERT_TRUE(WaitFor([&] {
-      const std::string log = LogOf(program.pid());
-      const std::string hook = "ProcessCookieResponse url:[http://idp.";
-      return log.find(hook) != log.rfind(hook);
-    }));
-    end(program);
-    const DirectReport report = DirectEnd(program, DataFolder());
-    EXPECT_EQ(report.exit_status, 0) << report.log << report.err;
-    EXPECT_THAT(report.document, testing::ContainsRegex("\"samlidpcookies\":\"[^\"]*IDPSESSION="));
-  }
-}
-
 TEST_F(EndingTest, SecondSignInWhileOneRuns) {
   Subprocess first(SignsInAt(kNever));
   WaitForForm();

@@ -5,14 +5,12 @@
 
 #include <dlfcn.h>
 #include <errno.h>
-#include <execinfo.h>
 #include <fcntl.h>
 #include <link.h>
 #include <sys/mman.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -50,19 +48,6 @@ bool IsOwn(void* code) {
   return !*file || strstr(file, "Framework") || strstr(file, "libstdc++");
 }
 
-void Note(const char* name, const char* path) {
-  size_t size = static_cast<size_t>(snprintf(block->where, 256, "%s(%.200s)", name, path));
-  void* frames[16];
-  const int count = backtrace(frames, 16);
-  for (int i = 3; i < count && size < sizeof block->where - 100; ++i) {
-    dl_find_object found;
-    if (_dl_find_object(frames[i], &found) != 0) continue;
-    const auto offset = reinterpret_cast<uintptr_t>(frames[i]) - found.dlfo_link_map->l_addr;
-    size += static_cast<size_t>(snprintf(block->where + size, 100, "\n  %.60s +0x%lx",
-                                         Base(found.dlfo_link_map->l_name), offset - 1));
-  }
-}
-
 __attribute__((noinline)) bool Fails(unsigned function, const char* name, void* caller, Word path) {
   if (!block) return false;
   const bool of_libraries = !IsOwn(caller);
@@ -70,7 +55,8 @@ __attribute__((noinline)) bool Fails(unsigned function, const char* name, void* 
   const bool chosen = function == block->function && of_libraries == block->of_libraries;
   if (!chosen || number != block->number) return false;
   block->failed = true;
-  Note(name, path ? reinterpret_cast<const char*>(path) : "");
+  snprintf(block->where, sizeof block->where, "%s(%s)", name,
+           path ? reinterpret_cast<const char*>(path) : "");
   return true;
 }
 
@@ -87,105 +73,59 @@ Word None(int error) {
 }  // namespace
 
 // `path` is the argument that names a file, or 0; `failure` what the function returns.
-#define FAILS_AS(function, name, path, failure)                                     \
-  __attribute__((visibility("default")))                                            \
+#define FAILS(function, name, path, failure)                                        \
   Word Failing_##name(Word, Word, Word, Word, Word, Word, Word) __asm__(#name);     \
   Word Failing_##name(Word a, Word b, Word c, Word d, Word e, Word f, Word g) {     \
-    static constexpr unsigned kFunction = IndexOf(function);                        \
+    static constexpr unsigned kFunction = IndexOf(#function);                       \
     static Function real = nullptr;                                                 \
     if (!real) real = Real<Function>(#name);                                        \
     static_cast<void>(b);                                                           \
     if (Fails(kFunction, #name, __builtin_return_address(0), path)) return failure; \
     return real(a, b, c, d, e, f, g);                                               \
   }
-#define FAILS(name, path, failure) FAILS_AS(#name, name, path, failure)
+// clang-format off
+FAILS(open, open, a, Minus(EMFILE)) FAILS(open, open64, a, Minus(EMFILE))
+FAILS(open, openat, b, Minus(EMFILE)) FAILS(open, __open_2, a, Minus(EMFILE))
+FAILS(fopen, fopen, a, None(EMFILE)) FAILS(fopen, fopen64, a, None(EMFILE))
+FAILS(fopen, fdopen, 0, None(ENOMEM)) FAILS(opendir, opendir, a, None(EMFILE))
+FAILS(opendir, fdopendir, 0, None(ENOMEM)) FAILS(dlopen, dlopen, a, None(ENOENT))
+FAILS(read, read, 0, Minus(EIO)) FAILS(read, __read_chk, 0, Minus(EIO))
+FAILS(read, fread, 0, None(EIO)) FAILS(recv, recv, 0, Minus(ECONNRESET))
+FAILS(recv, recvmsg, 0, Minus(ECONNRESET)) FAILS(write, write, 0, Minus(ENOSPC))
+FAILS(write, fwrite, 0, None(ENOSPC)) FAILS(writev, writev, 0, Minus(ENOSPC))
+FAILS(send, send, 0, Minus(EPIPE)) FAILS(send, sendmsg, 0, Minus(EPIPE))
+FAILS(close, close, 0, (real(a, b, c, d, e, f, g), Minus(EIO)))
+FAILS(close, fclose, 0, (real(a, b, c, d, e, f, g), Minus(EIO))) FAILS(poll, poll, 0, Minus(ENOMEM))
+FAILS(poll, select, 0, Minus(ENOMEM)) FAILS(pipe, pipe, 0, Minus(EMFILE))
+FAILS(pipe, pipe2, 0, Minus(EMFILE)) FAILS(pipe, socketpair, 0, Minus(EMFILE))
+FAILS(eventfd, eventfd, 0, Minus(EMFILE)) FAILS(signalfd, signalfd, 0, Minus(EMFILE))
+FAILS(socket, socket, 0, Minus(EMFILE)) FAILS(connect, connect, 0, Minus(ECONNREFUSED))
+FAILS(fcntl, fcntl, 0, Minus(EMFILE)) FAILS(flock, flock, 0, Minus(ENOLCK))
+FAILS(stat, stat, a, Minus(EACCES)) FAILS(stat, stat64, a, Minus(EACCES))
+FAILS(stat, lstat, a, Minus(EACCES)) FAILS(stat, fstat, 0, Minus(EIO))
+FAILS(stat, fstatat, b, Minus(EACCES)) FAILS(stat, realpath, a, None(EACCES))
+FAILS(stat, readlink, a, Minus(EACCES)) FAILS(statvfs, statvfs, a, Minus(EACCES))
+FAILS(access, access, a, Minus(EACCES)) FAILS(mkdir, mkdir, a, Minus(ENOSPC))
+FAILS(mkdtemp, mkdtemp, a, None(ENOSPC)) FAILS(mkfifo, mkfifo, a, Minus(EPERM))
+FAILS(symlink, symlink, b, Minus(ENOSPC)) FAILS(rename, rename, a, Minus(ENOSPC))
+FAILS(unlink, unlink, a, Minus(EACCES)) FAILS(unlink, unlinkat, b, Minus(EACCES))
+FAILS(unlink, remove, a, Minus(EACCES)) FAILS(unlink, rmdir, a, Minus(EACCES))
+FAILS(chmod, chmod, a, Minus(EPERM)) FAILS(chmod, fchmod, 0, Minus(EPERM))
+FAILS(chmod, fchmodat, b, Minus(EPERM)) FAILS(size, ftruncate, 0, Minus(ENOSPC))
+FAILS(size, posix_fallocate, 0, ENOSPC) FAILS(size, lseek64, 0, Minus(EIO))
+FAILS(getpwuid, getpwuid, 0, None(EIO)) FAILS(shm_open, shm_open, a, Minus(EMFILE))
+FAILS(mmap, mmap, 0, Minus(ENOMEM)) FAILS(mmap, mmap64, 0, Minus(ENOMEM))
+FAILS(shmget, shmget, 0, Minus(ENOSPC)) FAILS(shmat, shmat, 0, Minus(ENOMEM))
+FAILS(shmctl, shmctl, 0, Minus(EIDRM)) FAILS(semget, semget, 0, Minus(ENOSPC))
+FAILS(semctl, semctl, 0, Minus(EIDRM)) FAILS(semop, semop, 0, Minus(EIDRM))
+FAILS(semop, semtimedop, 0, Minus(ENOSPC)) FAILS(posix_spawn, posix_spawn, b, EAGAIN)
+FAILS(fork, fork, 0, Minus(EAGAIN)) FAILS(execve, execve, a, Minus(ENOMEM))
+FAILS(thread, pthread_create, 0, EAGAIN) FAILS(waitpid, waitpid, 0, Minus(ECHILD))
+FAILS(malloc, malloc, 0, None(ENOMEM)) FAILS(malloc, calloc, 0, None(ENOMEM))
+FAILS(malloc, realloc, 0, None(ENOMEM))
+    // clang-format on
 
-FAILS(open, a, Minus(EMFILE))
-FAILS_AS("open", open64, a, Minus(EMFILE))
-FAILS_AS("open", openat, b, Minus(EMFILE))
-FAILS_AS("open", openat64, b, Minus(EMFILE))
-FAILS_AS("open", __open_2, a, Minus(EMFILE))
-FAILS_AS("open", __open64_2, a, Minus(EMFILE))
-FAILS(fopen, a, None(EMFILE))
-FAILS_AS("fopen", fopen64, a, None(EMFILE))
-FAILS_AS("fopen", fdopen, 0, None(ENOMEM))
-FAILS(opendir, a, None(EMFILE))
-FAILS_AS("opendir", fdopendir, 0, None(ENOMEM))
-FAILS(dlopen, a, None(ENOENT))
-FAILS(read, 0, Minus(EIO))
-FAILS_AS("read", __read_chk, 0, Minus(EIO))
-FAILS_AS("read", fread, 0, None(EIO))
-FAILS(recv, 0, Minus(ECONNRESET))
-FAILS_AS("recv", recvmsg, 0, Minus(ECONNRESET))
-FAILS_AS("recv", recvfrom, 0, Minus(ECONNRESET))
-FAILS(write, 0, Minus(ENOSPC))
-FAILS_AS("write", fwrite, 0, None(ENOSPC))
-FAILS(writev, 0, Minus(ENOSPC))
-FAILS(send, 0, Minus(EPIPE))
-FAILS_AS("send", sendmsg, 0, Minus(EPIPE))
-FAILS_AS("send", sendto, 0, Minus(EPIPE))
-FAILS(close, 0, (real(a, b, c, d, e, f, g), Minus(EIO)))
-FAILS_AS("close", fclose, 0, (real(a, b, c, d, e, f, g), Minus(EIO)))
-FAILS(poll, 0, Minus(ENOMEM))
-FAILS_AS("poll", ppoll, 0, Minus(ENOMEM))
-FAILS_AS("poll", select, 0, Minus(ENOMEM))
-FAILS(pipe, 0, Minus(EMFILE))
-FAILS_AS("pipe", pipe2, 0, Minus(EMFILE))
-FAILS_AS("pipe", socketpair, 0, Minus(EMFILE))
-FAILS(eventfd, 0, Minus(EMFILE))
-FAILS(signalfd, 0, Minus(EMFILE))
-FAILS(socket, 0, Minus(EMFILE))
-FAILS(connect, 0, Minus(ECONNREFUSED))
-FAILS(fcntl, 0, Minus(EMFILE))
-FAILS_AS("fcntl", fcntl64, 0, Minus(EMFILE))
-FAILS(flock, 0, Minus(ENOLCK))
-FAILS(stat, a, Minus(EACCES))
-FAILS_AS("stat", stat64, a, Minus(EACCES))
-FAILS_AS("stat", lstat, a, Minus(EACCES))
-FAILS_AS("stat", lstat64, a, Minus(EACCES))
-FAILS_AS("stat", fstat, 0, Minus(EIO))
-FAILS_AS("stat", fstat64, 0, Minus(EIO))
-FAILS_AS("stat", fstatat, b, Minus(EACCES))
-FAILS_AS("stat", realpath, a, None(EACCES))
-FAILS_AS("stat", readlink, a, Minus(EACCES))
-FAILS(statvfs, a, Minus(EACCES))
-FAILS(access, a, Minus(EACCES))
-FAILS(mkdir, a, Minus(ENOSPC))
-FAILS(mkdtemp, a, None(ENOSPC))
-FAILS(mkfifo, a, Minus(EPERM))
-FAILS(symlink, b, Minus(ENOSPC))
-FAILS(rename, a, Minus(ENOSPC))
-FAILS(unlink, a, Minus(EACCES))
-FAILS_AS("unlink", unlinkat, b, Minus(EACCES))
-FAILS_AS("unlink", remove, a, Minus(EACCES))
-FAILS_AS("unlink", rmdir, a, Minus(EACCES))
-FAILS(chmod, a, Minus(EPERM))
-FAILS_AS("chmod", fchmod, 0, Minus(EPERM))
-FAILS_AS("chmod", fchmodat, b, Minus(EPERM))
-FAILS_AS("size", ftruncate, 0, Minus(ENOSPC))
-FAILS_AS("size", posix_fallocate, 0, ENOSPC)
-FAILS_AS("size", lseek64, 0, Minus(EIO))
-FAILS(getpwuid, 0, None(EIO))
-FAILS(shm_open, a, Minus(EMFILE))
-FAILS(mmap, 0, Minus(ENOMEM))
-FAILS_AS("mmap", mmap64, 0, Minus(ENOMEM))
-FAILS(shmget, 0, Minus(ENOSPC))
-FAILS(shmat, 0, Minus(ENOMEM))
-FAILS(shmctl, 0, Minus(EIDRM))
-FAILS(semget, 0, Minus(ENOSPC))
-FAILS(semctl, 0, Minus(EIDRM))
-FAILS(semop, 0, Minus(EIDRM))
-FAILS_AS("semop", semtimedop, 0, Minus(ENOSPC))
-FAILS(posix_spawn, b, EAGAIN)
-FAILS(fork, 0, Minus(EAGAIN))
-FAILS(execve, a, Minus(ENOMEM))
-FAILS_AS("thread", pthread_create, 0, EAGAIN)
-FAILS(waitpid, 0, Minus(ECHILD))
-FAILS(malloc, 0, None(ENOMEM))
-FAILS_AS("malloc", calloc, 0, None(ENOMEM))
-FAILS_AS("malloc", realloc, 0, None(ENOMEM))
-
-Word FailingSyscall(Word, Word, Word, Word, Word, Word, Word) __asm__("syscall");
+    Word FailingSyscall(Word, Word, Word, Word, Word, Word, Word) __asm__("syscall");
 Word FailingSyscall(Word a, Word b, Word c, Word d, Word e, Word f, Word g) {
   static const auto real = Real<Function>("syscall");
   static constexpr unsigned kFunction = IndexOf("pidfd_open");
@@ -211,8 +151,6 @@ int CountedMain(int argc, char** argv, char** environment) {
         mmap(nullptr, sizeof(FailedCall), PROT_READ | PROT_WRITE, MAP_SHARED, descriptor, 0);
     if (memory == MAP_FAILED) abort();
     close(descriptor);
-    void* frame[1];
-    backtrace(frame, 1);  // loads what it needs
     const auto shared = static_cast<FailedCall*>(memory);
     if (strcmp(Base(self), shared->program) == 0) block = shared;
   }

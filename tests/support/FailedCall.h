@@ -28,7 +28,7 @@ struct FailedCall {
   // by other libraries.
   std::array<std::array<std::atomic<long>, 2>, kFallible.size()> calls;
   std::atomic<bool> failed;  // `number` has been reached
-  char where[1024];          // then: what was called, and from where
+  char where[256];           // then: what was called
 };
 
 #endif  // TESTS_SUPPORT_FAILEDCALL_H_

@@ -172,24 +172,6 @@ TEST_P(MessageLoopTest, HandsSignalsToTheInstalledHandlerBetweenTasks) {
   EXPECT_EQ(g_signals, (std::vector<int>{SIGHUP, SIGINT, SIGTERM}));
 }
 
-TEST_P(MessageLoopTest, KeepsSignalsWhileTheyAreHeld) {
-  Install(SIGTERM, RememberSignal);
-  Loop().HoldSignals();
-  Loop().HoldSignals();
-  Loop().PostTask([] { kill(getpid(), SIGTERM); });
-  Loop().PostDelayedTask([] { Loop().ReleaseSignals(); }, 50);
-  Loop().PostDelayedTask(
-      [] {
-        EXPECT_TRUE(g_signals.empty());
-        std::thread([] { Loop().ReleaseSignals(); }).join();
-        EXPECT_TRUE(g_signals.empty()) << "handed over inside a task";
-      },
-      100);
-  QuitAfter(150);
-  RunBounded();
-  EXPECT_EQ(g_signals, std::vector<int>{SIGTERM});
-}
-
 TEST_P(MessageLoopTest, FollowsIgnoredAndDefaultActions) {
   signal(SIGINT, SIG_IGN);
   kill(getpid(), SIGINT);

@@ -1,8 +1,13 @@
 // The log's folders and file: what is created, followed, rejected and rotated.
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <utility>
 
 #include "tests/support/LogArea.h"
 
@@ -26,6 +31,7 @@ TEST_F(FileTest, PathCheck) {
   const std::string root = InstallPaths::kRoot;
   const std::string link = std::string(InstallPaths::kMachineLogPrefix) + "link";
   fs::create_symlink("/nowhere", link);
+  fs::create_directory_symlink(dir_.path(), std::string(InstallPaths::kMachineLogPrefix) + "out");
   const struct {
     std::string path;
     bool valid;
@@ -36,6 +42,7 @@ TEST_F(FileTest, PathCheck) {
       {root + "/library/logs/CORVANE Secure/any/debuglog.log", true},
       {"/root/Library/Logs/Corvane Secure/Logging/debuglog.log", false},
       {link, false},
+      {root + "/var/log/Corvane Secure/Logging/out/x", false},
       {root + "/var/log/Corvane Secure/Logging/../../x", false},
       {root + "/var/log/Corvane Secure/Logging/x/..", false},
       {root + "/library/logs/corvane secure/../x", false},
@@ -103,6 +110,49 @@ TEST_F(FileTest, ADeletedOrReplacedFileDoesNotEndTheLog) {
   EXPECT_GT(Write("three"), 0);
   EXPECT_THAT(LogArea::Lines(), testing::ElementsAre(testing::HasSubstr(" three\r\n")));
   EXPECT_EQ(ReadFile(secret), "untouched");
+}
+
+TEST_F(FileTest, AFolderReplacedByALinkIsNotFollowed) {
+  ASSERT_GT(Write("one"), 0);
+  const int lock = semid;
+  const std::string folder = InstallPaths::kLogFolder;
+  fs::rename(folder, folder + "2");
+  fs::create_directory_symlink(dir_.path(), folder);
+  EXPECT_EQ(Write("asks for a new control block"), 0);
+  EXPECT_GT(Write("two"), 0);
+  EXPECT_TRUE(fs::is_directory(fs::symlink_status(folder)));
+  EXPECT_TRUE(fs::is_empty(dir_.path()));
+  semctl(lock, 0, IPC_RMID);
+}
+
+TEST_F(FileTest, HalfARecordOfAKilledWriterIsCutOff) {
+  const std::pair<const char*, bool> tails[] = {
+      {"00123,09 2026/11/14 18:", false}, {"00", false}, {"a remark, no record", true}};
+  for (const auto& [tail, kept] : tails) {
+    for (const bool open : {true, false}) {
+      const LogArea fresh;
+      ASSERT_EQ(KXLogInitialize(), 1);
+      ASSERT_GT(Write("one"), 0);
+      std::ofstream(path_, std::ios::app) << tail;
+      if (!open) fclose(std::exchange(g_hLogFile, nullptr));
+      ASSERT_GT(Write("two"), 0);
+      EXPECT_EQ(fs::file_size(path_), ControlBlock()->file_size + (kept ? strlen(tail) : 0))
+          << tail;
+    }
+  }
+}
+
+// The level must not fall with it: the block that follows has none.
+TEST_F(FileTest, ShrunkControlBlockCostsOneRecord) {
+  ControlBlock()->trace_level = 5;
+  ControlBlock()->level_updates = 7;
+  ASSERT_GT(Write("one"), 0);
+  const int block = shm_open(ControlBlockName(true).c_str(), O_RDWR, 0);
+  ASSERT_EQ(ftruncate(block, 0), 0);
+  close(block);
+  EXPECT_EQ(Write("lost"), 0);
+  EXPECT_GT(Write("two"), 0);
+  EXPECT_EQ(ControlBlock()->path, path_);
 }
 
 // Whoever else writes to the control block.

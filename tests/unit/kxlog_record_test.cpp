@@ -97,7 +97,7 @@ TEST_F(RecordTest, LevelFollowsTheControlBlockWhenItsCounterMoves) {
     int level;
     uint32_t updates;
     int highest_written;
-  } steps[] = {{5, 0, 3}, {5, 1, 5}, {1, 1, 5}, {1, 2, 1}, {4, 2, 1}};
+  } steps[] = {{5, 0, 3}, {5, 1, 5}, {1, 1, 5}, {1, 2, 1}, {4, 2, 1}, {0, 0, 3}};  // then zeroed
   for (const auto& step : steps) {
     ControlBlock()->trace_level = step.level;
     ControlBlock()->level_updates = step.updates;
@@ -105,7 +105,7 @@ TEST_F(RecordTest, LevelFollowsTheControlBlockWhenItsCounterMoves) {
       EXPECT_EQ(_KXLogEntryNew(level, "s", 1, "T", "m") > 0, level <= step.highest_written);
     }
   }
-  EXPECT_EQ(LogArea::Lines().size(), 3u + 5 + 5 + 1 + 1);
+  EXPECT_EQ(LogArea::Lines().size(), 3u + 5 + 5 + 1 + 1 + 3);
 
   // Whoever holds the lock writes whatever the level.
   ASSERT_TRUE(LogLock());

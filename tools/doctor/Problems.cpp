@@ -104,7 +104,7 @@ const std::vector<Problem> kProblems = {
      "a "
      "plain file, or is full and can be renamed by root only",
      "Let its owner, or root, set its mode to 0666, or rename or remove it", Verdict::kSignedIn},
-    {"log-lock", true, "The window comes 5 seconds late, and there is no log",
+    {"log-lock", true, "The window comes 2 seconds late, and there is no log",
      "A process keeps the log's lock: it is stopped, or cannot have the log's control block",
      "End the process that is named; if it is gone: ipcrm -s NUMBER", Verdict::kSignedIn},
     {"log-control-block", true, "There is no log, neither of my sign-in nor of others meanwhile",

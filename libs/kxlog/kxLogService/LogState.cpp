@@ -3,7 +3,7 @@
 char CurrentUserName[1024] = "Unknown_User";
 char CurrentProcessName[1024] = "Unknown.exe";
 char CurrentModuleName[1024] = "Unknown_Module";
-int32_t CurrentTraceLevel = 3;
+int32_t CurrentTraceLevel = kLogDefaultLevel;
 uint64_t TraceLevelUpdateCount = 0;
 int32_t CurrentLogMode = 0;
 int (*UserOutputFunc)(const char* format, ...) = nullptr;

@@ -17,6 +17,7 @@ extern char CurrentProcessName[1024];
 extern char CurrentModuleName[1024];
 
 // The control block's level, and the value of its update counter when the level was copied.
+inline constexpr int32_t kLogDefaultLevel = 3;
 extern int32_t CurrentTraceLevel;
 extern uint64_t TraceLevelUpdateCount;
 

@@ -9,13 +9,22 @@
 
 namespace {
 
+// Whether the log service has set a level. A block that was zeroed and set up anew has none, though
+// its counter differs from the one last seen.
+bool HasLevel(const LogControlBlock& block) {
+  return block.level_updates != 0 || block.trace_level != 0;
+}
+
 // The path in the control block was not acceptable: clears the block and joins anew, which sets
 // the path afresh.
 void ResetLog() {
   // The block is unmapped before the lock is released, since other threads of this process use it
-  // under the lock. Without the lock the process leaves and joins anyway.
+  // under the lock. Without the lock the process leaves and joins anyway. What another process has
+  // mended in the meantime is left alone.
   if (LogLock()) {
-    if (pShareMemory != nullptr) memset(pShareMemory, 0, sizeof(LogControlBlock));
+    if (pShareMemory != nullptr && !NamesLogFile(*ControlBlock())) {
+      memset(pShareMemory, 0, sizeof(LogControlBlock));
+    }
     KXLogCleanup();
     LogUnlock();
   } else {
@@ -51,7 +60,7 @@ bool KXLogShouldLog(int level) {
   }
   if (block->level_updates != TraceLevelUpdateCount) {
     TraceLevelUpdateCount = block->level_updates;
-    CurrentTraceLevel = block->trace_level;
+    CurrentTraceLevel = HasLevel(*block) ? block->trace_level : kLogDefaultLevel;
   }
   const bool wanted = CurrentTraceLevel >= level;
   LogUnlock();

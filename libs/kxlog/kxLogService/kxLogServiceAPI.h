@@ -25,7 +25,7 @@
 // Joins the shared log, setting it up when this process is the first. Returns 1 on success, also
 // when the process has joined already; 0 when neither the machine-wide nor the user's own log can
 // be reached. After 0 it may still hold the log lock until it ends; every further call then returns
-// 0 at once. Waits for the lock for at most 5 seconds, as all calls here do.
+// 0 at once. Waits for the lock for at most 2 seconds, as all calls here do.
 int KXLogInitialize();
 
 // Leaves the shared log; returns 1. The log file stays open until the process ends.

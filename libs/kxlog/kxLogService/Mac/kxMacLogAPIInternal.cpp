@@ -1,13 +1,17 @@
 #include "libs/kxlog/kxLogService/Mac/kxMacLogAPIInternal.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/ipc.h>
 #include <sys/sem.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <string>
 
 #include "libs/kxaccess/InstallPaths.h"
@@ -26,7 +30,7 @@ using std::chrono::steady_clock;
 
 // How long a process waits in all for a holder of the lock that does not go on, and how long for
 // each record after that: a stopped process must not stop everybody else's work.
-constexpr milliseconds kPatience(5000);
+constexpr milliseconds kPatience(2000);
 constexpr milliseconds kPatienceAfterwards(1);
 
 // When the process began to wait for the lock; 0 when it has had it since.
@@ -58,6 +62,29 @@ int CreateSet(key_t key) {
   return id;
 }
 
+// Whether the maker of a set has not set it free, and had the time to.
+bool IsHalfMade(int id) {
+  constexpr time_t kTimeToSetFree = 2;  // seconds
+  semid_ds info = {};
+  union {
+    int value;
+    semid_ds* buffer;
+  } argument;
+  argument.buffer = &info;
+  return semctl(id, 0, IPC_STAT, argument) == 0 && info.sem_otime == 0 &&
+         time(nullptr) - info.sem_ctime >= kTimeToSetFree;
+}
+
+// A maker that is killed in between leaves a lock that nobody would ever get. One process at a time
+// mends it.
+void MendHalfMadeLock(const char* path) {
+  if (!IsHalfMade(semid)) return;
+  const int folder = open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (folder < 0) return;
+  if (flock(folder, LOCK_EX | LOCK_NB) == 0 && IsHalfMade(semid)) Operate(1, 0);
+  close(folder);
+}
+
 }  // namespace
 
 void GetLogSessionShareLockName() {
@@ -81,6 +108,7 @@ bool LogLockInit(const char* path) {
     if (id < 0) return false;
   }
   semid = id;
+  MendHalfMadeLock(path);
   return true;
 }
 

@@ -22,12 +22,12 @@ void GetLogSessionShareLockName();
 // The semaphore set; 0: no lock, all lock calls then succeed without doing anything.
 extern int32_t semid;
 
-// Opens the lock that belongs to the folder `path`, creating it when there is none yet. The folder
-// must exist.
+// Opens the lock that belongs to the folder `path`, creating it when there is none yet, and setting
+// it free when its maker died before it could. The folder must exist.
 bool LogLockInit(const char* path);
 
 // Waits for the lock. It is not recursive: a thread that holds it must not ask again. Fails when a
-// signal interrupts the wait, and when the lock does not come free within 5 seconds; until the
+// signal interrupts the wait, and when the lock does not come free within 2 seconds; until the
 // process has had it again, every further wait then ends after a millisecond.
 bool LogLock();
 

@@ -21,6 +21,10 @@ namespace {
 
 constexpr mode_t kFolderMode = 0755;
 constexpr size_t kLongestPath = 1023;
+constexpr size_t kLongestLine = 4096 + 32;
+constexpr off_t kLengthDigits = 5;  // a record begins with its length
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool Exists(const char* path) {
   struct stat info;
@@ -95,6 +99,22 @@ bool RotateFile(const char* path) {
   return true;
 }
 
+// A writer that is killed halfway leaves half a record behind what the control block has counted.
+// By the block alone, which nobody needs to trust, at most that much of a file is cut off that
+// begins like a record and has no line end.
+void CutTornRecord(off_t size) {
+  if (!UpdatesBlock()) return;
+  const auto counted = static_cast<off_t>(ControlBlock()->file_size);
+  char piece[kLongestLine];
+  const off_t length = size - counted;
+  if (length <= 0 || length > static_cast<off_t>(sizeof(piece))) return;
+  const int fd = fileno(g_hLogFile);
+  if (pread(fd, piece, static_cast<size_t>(length), counted) != length) return;
+  const auto digits = static_cast<size_t>(std::min<off_t>(length, kLengthDigits));
+  if (piece[length - 1] == '\n' || !std::all_of(piece, piece + digits, IsDigit)) return;
+  if (ftruncate(fd, counted) != 0) return;  // then the line stays as it is
+}
+
 // Closes the open file when it is no longer the one to write to. Returns false when it is full and
 // cannot be rotated.
 bool CloseOutdatedFile(const char* path) {
@@ -112,7 +132,11 @@ bool CloseOutdatedFile(const char* path) {
       return IsRefused(path) || RotateFile(path);
     }
   }
-  if (outdated) CloseLogFile();
+  if (outdated) {
+    CloseLogFile();
+  } else {
+    CutTornRecord(size);
+  }
   return true;
 }
 
@@ -129,6 +153,7 @@ bool OpenLogFile(const char* path, int* resetRequested) {
   if (block->file_size == 0 && UpdatesSharedBlock()) {
     block->file_size = static_cast<uint32_t>(FileSize(g_hLogFile));
   }
+  CutTornRecord(FileSize(g_hLogFile));
   return true;
 }
 
@@ -158,6 +183,18 @@ bool LiesInLogFolder(const char* path) {
   if (LeadsUp(path)) return false;
   return HasPrefix(path, InstallPaths::kUserLogPrefix) ||
          HasPrefix(path, InstallPaths::kMachineLogPrefix);
+}
+
+// A link in the place of the log folder, or of one below it, leads out of it as well.
+bool LeadsThroughLink(const std::string& path) {
+  const bool own = HasPrefix(path.c_str(), InstallPaths::kUserLogPrefix);
+  const size_t prefix =
+      strlen(own ? InstallPaths::kUserLogPrefix : InstallPaths::kMachineLogPrefix);
+  for (size_t slash = path.find('/', prefix - 1); slash != std::string::npos;
+       slash = path.find('/', slash + 1)) {
+    if (IsSymLink(path.substr(0, slash).c_str())) return true;
+  }
+  return false;
 }
 
 }  // namespace
@@ -209,7 +246,13 @@ bool IsValidLogFilePathInSHM(const char* path) {
   if (path == nullptr || path[0] == '\0' || IsSymLink(path)) return false;
   char copy[kLongestPath + 1];
   snprintf(copy, sizeof(copy), "%s", path);
-  return LiesInLogFolder(copy);
+  return LiesInLogFolder(copy) && !LeadsThroughLink(copy);
+}
+
+bool NamesLogFile(const LogControlBlock& block) {
+  char path[sizeof(block.path)] = "";
+  memcpy(path, block.path, sizeof(path) - 1);
+  return IsValidLogFilePathInSHM(path);
 }
 
 void RemovePlantedLink(const char* path) {

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "libs/kxlog/kxLogService/LogControlBlock.h"
+
 // This process's open log file, or null.
 extern FILE* g_hLogFile;
 
@@ -33,16 +35,20 @@ inline constexpr mode_t kLogFileMode = 0666;
 FILE* CreateLogFile(const char* path);
 
 // Whether the control block may name this log file: it must lie in one of the product's log
-// folders, compared without regard to case, have no ".." among its components, and be no symbolic
-// link.
+// folders, compared without regard to case, have no ".." among its components, and neither it nor
+// the log folder nor one between them may be a symbolic link.
 bool IsValidLogFilePathInSHM(const char* path);
+
+// The same for the path that the control block names.
+bool NamesLogFile(const LogControlBlock& block);
 
 // Removes a symbolic link in the place of a log file that the control block may name.
 void RemovePlantedLink(const char* path);
 
 // Appends header and record to the log; called with the log lock held. Rotates the file first when
 // it has reached the maximum size, and opens it first when that is due, which it also is when the
-// path names another file than the open one. Returns false when the file cannot be rotated or
+// path names another file than the open one. What a killed writer has left of a record is cut off.
+// Returns false when the file cannot be rotated or
 // opened, but true when it had no room: the file then ends with the record before. When the control
 // block names an unacceptable file, also sets
 // `*resetRequested` (may be null) to 1: the caller then resets the control block.

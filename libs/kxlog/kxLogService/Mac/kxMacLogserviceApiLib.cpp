@@ -1,5 +1,6 @@
 #include "libs/kxlog/kxLogService/Mac/kxMacLogserviceApiLib.h"
 
+#include <signal.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -10,6 +11,7 @@
 #include <string>
 
 #include "libs/kxaccess/InstallPaths.h"
+#include "libs/kxlog/kxLogService/BlockGuard.h"
 #include "libs/kxlog/kxLogService/LogFields.h"
 #include "libs/kxlog/kxLogService/LogState.h"
 #include "libs/kxlog/kxLogService/Mac/kxMacLogAPIInternal.h"
@@ -59,14 +61,24 @@ void InitialiseControlBlock(LogControlBlock* block) {
   memcpy(&block->size, &size_and_magic, sizeof(block->size) + sizeof(block->magic));
   block->path[0] = '\0';
   block->rotation_state = kLogNeverRotated;
+  block->maximum_size = kLogMaximumSize;
+  block->service_word = kLogServiceWord;
   const char* path = getenv(kLogNameVariable);
   if (path == nullptr || strlen(path) >= kLogNameLimit) {
     path = GetPrivShareLogName(bUseGlobalSession != 0);
   }
-  snprintf(block->path, sizeof(block->path), "%s", path);
   RemovePlantedLink(path);
-  block->maximum_size = kLogMaximumSize;
-  block->service_word = kLogServiceWord;
+  // The block is taken for set up once its path begins with one: that character comes last, so that
+  // a process that is killed here leaves no half of a block.
+  if (path[0] != '\0') snprintf(block->path + 1, sizeof(block->path) - 1, "%s", path + 1);
+  std::atomic_signal_fence(std::memory_order_seq_cst);
+  block->path[0] = path[0];
+}
+
+// A file that may not grow is a full one, no reason to end the process.
+void SurviveFileSizeLimit() {
+  struct sigaction now;
+  if (sigaction(SIGXFSZ, nullptr, &now) == 0 && now.sa_handler == SIG_DFL) signal(SIGXFSZ, SIG_IGN);
 }
 
 }  // namespace
@@ -94,6 +106,7 @@ bool KXLogProcessAttachInit() {
   if (bLogInitialized) return true;
   if (s_LockKept) return false;
   GetCurrentProcessName();
+  SurviveFileSizeLimit();
   if (!OpenSession() || !LogLock()) return false;
   if (bLogInitialized) {  // another thread was faster
     LogUnlock();
@@ -106,8 +119,8 @@ bool KXLogProcessAttachInit() {
     return false;
   }
   pShareMemory = block;
-  const std::string path(block->path, strnlen(block->path, sizeof(block->path) - 1));
-  if (block->size == 0 || !IsValidLogFilePathInSHM(path.c_str())) InitialiseControlBlock(block);
+  GuardControlBlock();
+  if (block->size == 0 || !NamesLogFile(*block)) InitialiseControlBlock(block);
   bIsShareMemoryReadWriteView = 1;
   size_t length = sizeof(CurrentUserName);
   if (GetUserName(CurrentUserName, &length)) {

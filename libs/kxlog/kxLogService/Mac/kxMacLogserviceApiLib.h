@@ -17,7 +17,8 @@ const char* GetPrivShareLogName(bool global);
 // Joins the shared log: the machine-wide one or, when its lock cannot be had, the user's own. Maps
 // the control block and initialises it when it is new or names an unacceptable file. Succeeds at
 // once when the process has joined already. When the control block cannot be had, the process holds
-// the log lock until it ends, and every further attempt fails at once.
+// the log lock until it ends, and every further attempt fails at once. From then on the process
+// ignores SIGXFSZ if it did nothing about it, and is guarded by BlockGuard.
 bool KXLogProcessAttachInit();
 
 // Leaves the shared log; the log file stays open. Returns true.

@@ -32,37 +32,4 @@ TEST_F(CustomSignIn, PlantsTheClearCookieOnlyForALaunch) {
   EXPECT_THAT(cef.Trace({"SetCookie"}), ElementsAre(Planted("KXEBSTATUS", "x")));
 }
 
-TEST_F(CustomSignIn, JudgesEachResponseByItself) {
-  const struct {
-    const char* cookies;
-    bool finished;
-    const char* result;
-  } cases[] = {
-      {"", false, ""},
-      {"KXEBID=a; KXEBSTATUS=EB-LAUNCH; KXID=d", false, ""},
-      {"KXEBID=abc; KXEBSTATUS=EB-FINISHED; KXID=def", true, "KXEBID=abc;KXID=def;"},
-      {"KXEBID=abc; KXEBSTATUS=EB-FINISHED", false, ""},
-      {"KXEBSTATUS=EB-FINISHED; KXID=def", false, ""},
-      {"KXEBID=abc; KXEBSTATUS=EB-HC-NEEDED:7", true, "KXEBID=abc;KXEBSTATUS=EB-HC-NEEDED:7;"},
-      {"KXEBID=abc; KXEBSTATUS=EB-HC-FAILED", true, "KXEBID=abc;KXEBSTATUS=EB-HC-FAILED;"},
-      {"KXEBID=abc; KXEBSTATUS=eb-hc-failed", false, ""},
-      // Finished counts before the host check, as long as there is a session to hand back.
-      {"KXEBSTATUS=EB-FINISHED; KXEBID=a; KXEBSTATUS=EB-HC-NEEDED; KXID=d", true,
-       "KXEBID=a;KXID=d;"},
-      {"KXEBSTATUS=EB-FINISHED; KXEBID=a; KXEBSTATUS=EB-HC-NEEDED", true,
-       "KXEBID=a;KXEBSTATUS=EB-HC-NEEDED;"},
-      // The last entry with a marker is the status, even for the outcome of another one.
-      {"KXEBID=a; KXEBSTATUS=EB-HC-NEEDED; KXEBSTATUS=EB-HC-FAILED", true,
-       "KXEBID=a;KXEBSTATUS=EB-HC-FAILED;"},
-      {"KXEBID=a; KXEBSTATUS=EB-HC-NEEDED EB-FINISHED; KXID=d", true, "KXEBID=a;KXID=d;"},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.cookies);
-    auto session = Make<CefCustomSignInLogin>(kUrl, "");
-    Start(session.get());
-    EXPECT_EQ(session->ProcessCookieResponse("https://anywhere/", c.cookies), c.finished);
-    EXPECT_EQ(session->GetReturnData().postAuthCookie, c.result);
-  }
-}
-
 }  // namespace

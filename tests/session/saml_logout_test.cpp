@@ -25,25 +25,4 @@ TEST_F(SamlLogout, PlantsTheSortedBundleWithWholeValues) {
   EXPECT_EQ(session->m_logoutHelper.m_hostname, L"https://vpn.example");
 }
 
-TEST_F(SamlLogout, EndsWhenTheBrowserLeavesForTheIdentityProvider) {
-  auto session = Make<CefSAMLLogout>(kUrl, "");
-  Start(session.get());
-  EXPECT_FALSE(session->CheckIfCompleted(L"https://vpn.example/vora-na/auth/logout.cgi"));
-  EXPECT_FALSE(session->CheckIfCompleted(L"https://vpn.example/logo.png"));
-  EXPECT_EQ(session->GetReturnData().samlSloState, 0);
-  EXPECT_TRUE(session->CheckIfCompleted(L"https://idp.example/slo?x=\u00e9"));
-  EXPECT_EQ(session->GetReturnData().samlSloState, 2);
-  EXPECT_EQ(session->GetReturnData().samlIdpLogoutRequestUrl, "https://idp.example/slo?x=\xc3\xa9");
-}
-
-TEST_F(SamlLogout, EndsWhenTheExchangeHasComeBack) {
-  auto session = Make<CefSAMLLogout>(kUrl, "");
-  Start(session.get());
-  EXPECT_FALSE(session->CheckIfCompleted(L"https://idp.example/slo?SAMLRequest=1"));
-  EXPECT_FALSE(session->CheckIfCompleted(L"https://idp.example/slo?SAMLResponse=1"));
-  EXPECT_TRUE(session->CheckIfCompleted(L"https://idp.example/bye?to=welcome.cgi"));
-  EXPECT_EQ(session->GetReturnData().samlSloState, 5);
-  EXPECT_EQ(session->GetReturnData().samlIdpLogoutRequestUrl, "");
-}
-
 }  // namespace

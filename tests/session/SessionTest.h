@@ -18,6 +18,13 @@ class SessionTest : public testing::Test {
  protected:
   using Lines = std::vector<std::string>;
 
+  // Session and handler hold each other, and what a handler leaves is deleted on the IO thread.
+  ~SessionTest() override {
+    for (const auto& session : started_) session->m_handler = nullptr;
+    started_.clear();
+    cef.RunTasks(TID_IO);
+  }
+
   // A session of class T with the address and cookie text of a launch request.
   template <class T>
   static CefRefPtr<T> Make(const std::string& url, const std::string& cookie) {
@@ -30,11 +37,15 @@ class SessionTest : public testing::Test {
   // Starts the session and returns what it did to the framework, before its browser exists.
   Lines Start(const CefRefPtr<CefEmbBrowserLogin>& session) {
     cef.ClearTrace();
+    started_.push_back(session);
     session->OnContextInitialized();
     return cef.Trace();
   }
 
   FakeCef cef;
+
+ private:
+  std::vector<CefRefPtr<CefEmbBrowserLogin>> started_;
 };
 
 #endif  // TESTS_SESSION_SESSIONTEST_H_

@@ -85,7 +85,8 @@ int _KXLogEntryNew(int level, const char* sourceFile, int line, const char* modu
   if (!holds_lock && !LogLock()) return 0;
   int reset_requested = 0;
   const bool written = LogData(header, record.text(), &reset_requested);
+  const bool reset = reset_requested != 0 && bIsShareMemoryReadWriteView != 0;
   if (!holds_lock) LogUnlock();
-  if (reset_requested && bIsShareMemoryReadWriteView) ResetLog();
+  if (reset) ResetLog();
   return written ? record.length() : 0;
 }

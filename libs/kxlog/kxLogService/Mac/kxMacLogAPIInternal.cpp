@@ -36,6 +36,14 @@ constexpr milliseconds kPatienceAfterwards(1);
 // When the process began to wait for the lock; 0 when it has had it since.
 std::atomic<steady_clock::rep> s_WaitingSince{0};
 
+// The kernel's semaphore says nothing of memory to the language; by this, what a thread did before
+// it released the lock is there for the next one.
+std::atomic<uint32_t> s_Turns{0};
+
+// Threads that join the log anew set it while others take the lock.
+int32_t Set() { return __atomic_load_n(&semid, __ATOMIC_RELAXED); }
+void UseSet(int32_t id) { __atomic_store_n(&semid, id, __ATOMIC_RELAXED); }
+
 milliseconds PatienceLeft() {
   const steady_clock::duration now = steady_clock::now().time_since_epoch();
   steady_clock::rep since = 0;
@@ -48,7 +56,7 @@ int Operate(short change, short flags) {
   sembuf operation = {};
   operation.sem_op = change;
   operation.sem_flg = flags;
-  return semop(semid, &operation, 1);
+  return semop(Set(), &operation, 1);
 }
 
 // Linux gives the id 0, which here means no lock, to the first set after a start of the system. A
@@ -78,10 +86,10 @@ bool IsHalfMade(int id) {
 // A maker that is killed in between leaves a lock that nobody would ever get. One process at a time
 // mends it.
 void MendHalfMadeLock(const char* path) {
-  if (!IsHalfMade(semid)) return;
+  if (!IsHalfMade(Set())) return;
   const int folder = open(path, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (folder < 0) return;
-  if (flock(folder, LOCK_EX | LOCK_NB) == 0 && IsHalfMade(semid)) Operate(1, 0);
+  if (flock(folder, LOCK_EX | LOCK_NB) == 0 && IsHalfMade(Set())) Operate(1, 0);
   close(folder);
 }
 
@@ -100,32 +108,38 @@ bool LogLockInit(const char* path) {
   if (id < 0) {
     id = CreateSet(key);
     if (id >= 0) {
-      semid = id;
+      UseSet(id);
       return Operate(1, 0) == 0;
     }
     if (errno != EEXIST) return false;
     id = semget(key, 0, 0);
     if (id < 0) return false;
   }
-  semid = id;
+  UseSet(id);
   MendHalfMadeLock(path);
   return true;
 }
 
 bool LogLock() {
-  if (semid == 0) return true;
+  const int32_t set = Set();
+  if (set == 0) return true;
   // A wait that a signal interrupts is not taken up again. Kept on purpose.
-  const bool taken = TakeSemaphore(semid, milliseconds(0)) ||
-                     (errno == EAGAIN && TakeSemaphore(semid, PatienceLeft()));
-  if (taken) s_WaitingSince = 0;
-  return taken;
+  const bool taken = TakeSemaphore(set, milliseconds(0)) ||
+                     (errno == EAGAIN && TakeSemaphore(set, PatienceLeft()));
+  if (!taken) return false;
+  s_Turns.load(std::memory_order_acquire);
+  s_WaitingSince = 0;
+  return true;
 }
 
 int LogUnlock() {
-  if (semid == 0) return 1;
+  if (Set() == 0) return 1;
+  s_Turns.fetch_add(1, std::memory_order_release);
   return Operate(1, SEM_UNDO);
 }
 
 int LogLockClose() { return 1; }
 
-int LogIsInitialized() { return static_cast<int>(bLogInitialized); }
+int LogIsInitialized() {
+  return static_cast<int>(__atomic_load_n(&bLogInitialized, __ATOMIC_ACQUIRE));
+}

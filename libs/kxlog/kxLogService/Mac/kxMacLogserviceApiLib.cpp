@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
 #include <string>
 
 #include "libs/kxaccess/InstallPaths.h"
@@ -81,6 +82,18 @@ void SurviveFileSizeLimit() {
   if (sigaction(SIGXFSZ, nullptr, &now) == 0 && now.sa_handler == SIG_DFL) signal(SIGXFSZ, SIG_IGN);
 }
 
+// Records are put together without the lock, so a name that stands already is not written again.
+void TakeUserName() {
+  char name[sizeof(CurrentUserName)];
+  size_t length = sizeof(name);
+  if (!GetUserName(name, &length)) return;
+  EscapeParameter(name, strlen(name));
+  if (strcmp(name, CurrentUserName) != 0) memcpy(CurrentUserName, name, strlen(name) + 1);
+}
+
+// One thread at a time finds the session: halfway it is on the wrong one.
+std::mutex s_Joining;
+
 }  // namespace
 
 const char* GetMmfName(bool global) { return global ? s_GlobalMmfName : s_SessionMmfName; }
@@ -103,12 +116,13 @@ const char* GetPrivShareLogName(bool global) {
 // process ends.
 bool KXLogProcessAttachInit() {
   if (CurrentLogMode == kLogModeOff) return false;
-  if (bLogInitialized) return true;
+  if (LogIsInitialized()) return true;
+  const std::lock_guard<std::mutex> joining(s_Joining);
   if (s_LockKept) return false;
   GetCurrentProcessName();
   SurviveFileSizeLimit();
   if (!OpenSession() || !LogLock()) return false;
-  if (bLogInitialized) {  // another thread was faster
+  if (LogIsInitialized()) {  // another thread was faster
     LogUnlock();
     return true;
   }
@@ -122,18 +136,15 @@ bool KXLogProcessAttachInit() {
   GuardControlBlock();
   if (block->size == 0 || !NamesLogFile(*block)) InitialiseControlBlock(block);
   bIsShareMemoryReadWriteView = 1;
-  size_t length = sizeof(CurrentUserName);
-  if (GetUserName(CurrentUserName, &length)) {
-    EscapeParameter(CurrentUserName, strlen(CurrentUserName));
-  }
-  bLogInitialized = 1;
+  TakeUserName();
+  __atomic_store_n(&bLogInitialized, 1, __ATOMIC_RELEASE);
   LogUnlock();
   return true;
 }
 
 bool KXLogProcessDetachInit() {
-  if (!bLogInitialized) return true;
-  bLogInitialized = 0;
+  if (!LogIsInitialized()) return true;
+  __atomic_store_n(&bLogInitialized, 0, __ATOMIC_RELEASE);
   munmap(pShareMemory, sizeof(LogControlBlock));
   pShareMemory = nullptr;
   LogLockClose();

@@ -14,7 +14,7 @@
 #include "cef/chromium/base/IoThread.h"
 #include "cef/chromium/devtools/DevToolsConnection.h"
 
-inline constexpr std::chrono::seconds kLimit{30};
+inline constexpr std::chrono::seconds kLimit{10};
 
 class DevToolsTest : public ::testing::Test {
  protected:

@@ -41,7 +41,8 @@ class KeptExceptionHandler {
 
 // Foundation copies arguments and environment when it is loaded, and ends the process at the first
 // text that is not UTF-8: a cookie, a folder's name from an older system. So what is not ASCII is
-// kept out of its sight until it has started; nothing in it is meant for Foundation.
+// kept out of its sight until it has started; nothing in it is meant for Foundation. The launch
+// request goes for good, to a place of its own.
 char** s_Hidden = nullptr;
 char* s_FirstHidden = nullptr;
 
@@ -72,7 +73,10 @@ EB_BEFORE_ALL_ELSE void HideFromFoundation(int count, char** arguments, char** e
     s_FirstHidden = *end;
     *end = nullptr;
   }
-  const size_t length = count > 0 ? LengthUnlessAscii(arguments[0]) : 0;
+  // All of it, ASCII or not: it shows in process lists as long as it stands here, and loading all
+  // the libraries takes a while.
+  size_t length = 0;
+  while (count > 0 && arguments[0][length]) ++length;
   if (length == 0) return;
   void* const room =
       mmap(nullptr, length + 1, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);

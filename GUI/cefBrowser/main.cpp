@@ -1,5 +1,7 @@
 // The program: one launch request in argv[0], one step in a browser, one result in shared memory.
 
+#include <sys/resource.h>
+
 #include <cstring>
 #include <string>
 
@@ -29,6 +31,13 @@ bool LoadCatalogs() {
   return true;
 }
 
+// What crashes here, and in the browser that is started from here, has held cookies. Not 0: a
+// Linux that hands core files to a program hands it those as well, but none with a limit of 1.
+void LeaveNoCoreFile() {
+  const rlimit limit = {1, 1};
+  setrlimit(RLIMIT_CORE, &limit);
+}
+
 // Copies the launch request and blanks it where it came from: it holds cookies, and argv[0] shows
 // in process lists and stack traces.
 std::string TakeLaunchRequest(char** argv) {
@@ -44,6 +53,7 @@ std::string TakeLaunchRequest(char** argv) {
 // -1 when the catalogs or the request are unusable, else 0: success shows in the shared memory.
 int main(int, char** argv) {
   HoldTerminationSignals();
+  LeaveNoCoreFile();
   const std::string request = TakeLaunchRequest(argv);
   KXLogInitialize();
   KXLogSetModuleName(kLogModuleName);

@@ -1,7 +1,9 @@
 // A machine with two users, root and an ordinary one. Takes the log's control block away, which all
 // runs share, so it runs alone.
 
+#include <signal.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -64,6 +66,49 @@ TEST_F(SecondUserTest, BothSignInAndLogInAnyOrder) {
   const auto other = SignIn(kUser, kAutomatic);
   EXPECT_EQ(Report(*one).verdict, "signed in");
   EXPECT_EQ(Report(*other).verdict, "signed in");
+}
+
+// Not even with an open home folder, no limit to core files, and an environment full of secrets.
+// Chromium's keeper of crash reports wrote memory below ~/.config; its TLS keys went to a file that
+// the environment named.
+TEST_F(SecondUserTest, OthersSeeNoSecretOfARun) {
+  ASSERT_EQ(chmod(home_.path().c_str(), 0755), 0);
+  rlimit cores;
+  getrlimit(RLIMIT_CORE, &cores);
+  cores.rlim_cur = cores.rlim_max;
+  setrlimit(RLIMIT_CORE, &cores);
+  Subprocess::Command command = DirectCommand("");
+  command.program.clear();
+  command.arguments = {"bash", "-c", R"(exec -a "$0" "$1")", Request(kNever), EB_PROGRAM};
+  command.environment["MY_ACCESS_KEY"] = "hushed";
+  command.environment["LC_TIME"] = "inherited";
+  command.environment["SSLKEYLOGFILE"] = home_.file("keys");
+  Subprocess program(AsUser(command));
+  ASSERT_NE(display_->WaitForWindow("Sign in to your account", kPatience), "");
+
+  const pid_t chromium = BrowserProcesses("").at(0);
+  std::string look = "find " + home_.path() + " -type f -readable";
+  for (const pid_t process : UserProcesses()) {
+    const std::string folder = "/proc/" + std::to_string(process);
+    look += "; cd " + folder + " && cat cmdline environ maps; ls fd";
+    if (process != chromium && process != program.pid()) continue;
+    EXPECT_THAT(ReadFile(folder + "/limits"), testing::ContainsRegex("core file size +1 +1 "));
+  }
+  Subprocess::Command other;
+  other.arguments = {"setpriv", "--reuid=12345", "--regid=12345", "--clear-groups", "bash",
+                     "-c",      look + "; true"};
+  const std::string seen = RunToEnd(other, kPatience).out;
+  for (const char* secret : {"KXSAMLEMBID", "hushed", "[heap]", "0\n1\n2", "/Corvane Secure/cef_b"})
+    EXPECT_EQ(seen.find(secret), std::string::npos) << secret;
+  EXPECT_THAT(seen, testing::HasSubstr("--remote-debugging-pipe")) << "the look was none";
+  EXPECT_EQ(seen.rfind(home_.path() + "/", 0), std::string::npos) << "files can be read: " << seen;
+  const std::string environment = ReadFile("/proc/" + std::to_string(chromium) + "/environ");
+  EXPECT_EQ(environment.find("hushed"), std::string::npos);
+  EXPECT_NE(environment.find("LC_TIME=inherited"), std::string::npos);
+  EXPECT_FALSE(std::filesystem::exists(home_.file("keys"))) << "the keys of TLS connections";
+  kill(chromium, SIGSEGV);
+  EXPECT_EQ(DirectEnd(program, DataFolder()).exit_status, 0);
+  EXPECT_FALSE(std::filesystem::exists(home_.file(".config/chromium"))) << "Chromium's memory";
 }
 
 }  // namespace

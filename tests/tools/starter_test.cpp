@@ -183,6 +183,8 @@ TEST_F(Starter, OtherUsersCannotReadTheResult) {
   shmid_ds segment = {};
   shmctl(SegmentId(DataFolder(home_.path())), IPC_STAT, &segment);
   EXPECT_EQ(segment.shm_perm.mode & 0777, 0600);
+  const auto folder = std::filesystem::status(DataFolder(home_.path())).permissions();
+  EXPECT_EQ(folder, std::filesystem::perms::owner_all);
   starter.Signal(SIGTERM);
   EXPECT_TRUE(starter.Wait(seconds(20)));
 }

@@ -2,6 +2,7 @@
 
 #include <sys/ipc.h>
 #include <sys/shm.h>
+#include <sys/stat.h>
 
 #include <cerrno>
 #include <cstring>
@@ -26,7 +27,11 @@ std::string DataFolder(const std::string& home) {
 
 ReturnSegment::ReturnSegment(const std::string& folder) {
   std::error_code error;
-  std::filesystem::create_directories(folder, error);
+  // The last one for its user alone, those above it as the user has them.
+  const std::filesystem::path last = std::filesystem::path(folder).parent_path();
+  std::filesystem::create_directories(last.parent_path(), error);
+  if (mkdir(last.c_str(), S_IRWXU) != 0 && errno != EEXIST)
+    error.assign(errno, std::generic_category());
   key_ = ftok(folder.c_str(), kProjectId);
   if (key_ == -1) {
     throw std::runtime_error("the data folder " + folder + " cannot be used: " +

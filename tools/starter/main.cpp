@@ -4,6 +4,7 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 #include <signal.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -99,6 +100,10 @@ ebStarter::Progress ProgressOnTerminal(milliseconds limit, const Sentences& sent
 }  // namespace
 
 int main(int argc, char** argv) {
+  // For this program and what it starts: their memory holds cookies. 1, since a Linux that hands
+  // core files to a program does so with a limit of 0, too.
+  const rlimit no_core_file = {1, 1};
+  setrlimit(RLIMIT_CORE, &no_core_file);
   Options options;
   options.step.program = EB_STARTER_PROGRAM;
   const char* const home = std::getenv("HOME");

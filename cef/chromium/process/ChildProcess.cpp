@@ -11,6 +11,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "cef/chromium/process/ChildEnvironment.h"
+
 namespace engine {
 
 namespace {
@@ -24,20 +26,6 @@ std::vector<char*> Pointers(const std::vector<std::string>& texts) {
   for (const std::string& text : texts) pointers.push_back(const_cast<char*>(text.c_str()));
   pointers.push_back(nullptr);
   return pointers;
-}
-
-std::vector<std::string> Environment(
-    const std::vector<std::pair<std::string, std::string>>& changes) {
-  std::vector<std::string> result;
-  for (char** entry = environ; entry && *entry; ++entry) {
-    const char* equals = strchr(*entry, '=');
-    const std::string name(*entry, equals ? equals - *entry : strlen(*entry));
-    const bool changed = std::any_of(changes.begin(), changes.end(),
-                                     [&](const auto& change) { return change.first == name; });
-    if (!changed) result.push_back(*entry);
-  }
-  for (const auto& [name, value] : changes) result.push_back(name + "=" + value);
-  return result;
 }
 
 }  // namespace
@@ -75,7 +63,7 @@ pid_t StartChild(const ChildOptions& options, std::string* err) {
   posix_spawnattr_setflags(&attributes,
                            POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
 
-  const std::vector<std::string> environment = Environment(options.environment);
+  const std::vector<std::string> environment = ChildEnvironment(options.environment);
   pid_t child = -1;
   int error = EMFILE;
   if (ready) {

@@ -19,7 +19,7 @@ struct ChildOptions {
   // Which of our descriptors (first) the child has under which number (second, each once).
   // 0, 1 and 2 are /dev/null unless named here. Every other descriptor is closed in the child.
   std::vector<std::pair<int, int>> descriptors;
-  // Variables that differ from our own environment.
+  // Variables besides those of our own environment that may be inherited, or instead of them.
   std::vector<std::pair<std::string, std::string>> environment;
 };
 

@@ -123,7 +123,11 @@ bool ChromiumProcess::Spawn(const ChromiumOptions& options, std::string* err) {
                        {events[1], 4},
                        {output_->writer(), STDOUT_FILENO},
                        {output_->writer(), STDERR_FILENO}};
-  child.environment = {{"TMPDIR", run_folder_}, {"PATH", PathWithStandIns(run_folder_)}};
+  // Its keeper of crash reports, which no switch keeps away, would write the memory of a process
+  // that crashes, cookies included, below the home folder.
+  child.environment = {{"TMPDIR", run_folder_},
+                       {"PATH", PathWithStandIns(run_folder_)},
+                       {"BREAKPAD_DUMP_LOCATION", run_folder_ + "/crashes"}};
   pid_ = StartChild(child, err);
   Close(&commands[0]);
   Close(&events[1]);

@@ -41,6 +41,8 @@ target_compile_options(ebOptions INTERFACE -Wall -Wextra $<$<BOOL:${EB_WERROR}>:
 if(EB_SANITIZE)
   target_compile_options(ebOptions INTERFACE -fsanitize=${EB_SANITIZE} -fno-omit-frame-pointer)
   target_link_options(ebOptions INTERFACE -fsanitize=${EB_SANITIZE})
+else()
+  include(Hardening)
 endif()
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_EXTENSIONS OFF)

@@ -63,7 +63,8 @@ TEST_F(ProfileTest, MakesTheFolderAndKeepsItsPreferences) {
 }
 
 TEST_F(ProfileTest, WhatEarlierRunsWroteDownIsRemoved) {
-  const std::string written[] = {"cef/Default/Sessions/Tabs_1", "cef/Default/History"};
+  const std::string written[] = {"cef/Default/Sessions/Tabs_1", "cef/Default/History",
+                                 "cef/BrowserMetrics/BrowserMetrics-6B0272D0-638.pma"};
   for (const std::string& file : written) folder_.write(file, "https://idp.test/page");
   auto profile = Open(path_);
   for (const std::string& file : written) EXPECT_FALSE(fs::exists(folder_.file(file))) << file;

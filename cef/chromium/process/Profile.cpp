@@ -53,6 +53,10 @@ void RemoveStaleLocks(const std::string& dir) {
   }
 }
 
+// Statistics, which are sent nowhere: 4 MiB from every run that ends before Chromium thinks of
+// deleting those of the last one.
+void RemoveStatistics(const std::string& dir) { RemoveTree(dir + "/BrowserMetrics"); }
+
 // A Chromium that could not start, or was killed, leaves its locks; another may have come
 // meanwhile.
 void RemoveOurLocks(const std::string& dir) {
@@ -110,6 +114,7 @@ std::unique_ptr<Profile> Profile::Open(const std::string& cache_path, std::strin
   // The lock is among ourselves; any other Chromium shows by its socket.
   if (RunsOn(dir)) return OpenPrivate(dir, err);
   RemoveStaleLocks(dir);
+  RemoveStatistics(dir);
   std::string ignored;
   if (!SeedPreferences(dir, &ignored)) return OpenPrivate(dir, err);
   KeepNoSessions(dir);

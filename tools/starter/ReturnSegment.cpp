@@ -8,6 +8,7 @@
 #include <cstring>
 #include <filesystem>
 #include <stdexcept>
+#include <system_error>
 
 namespace ebStarter {
 
@@ -25,13 +26,18 @@ std::string DataFolder(const std::string& home) {
   return home + "/Library/Application Support/Corvane Secure/";
 }
 
-ReturnSegment::ReturnSegment(const std::string& folder) {
+std::error_code MakeDataFolder(const std::string& folder) {
   std::error_code error;
-  // The last one for its user alone, those above it as the user has them.
   const std::filesystem::path last = std::filesystem::path(folder).parent_path();
   std::filesystem::create_directories(last.parent_path(), error);
-  if (mkdir(last.c_str(), S_IRWXU) != 0 && errno != EEXIST)
+  if (mkdir(last.c_str(), S_IRWXU) != 0 && errno != EEXIST) {
     error.assign(errno, std::generic_category());
+  }
+  return error;
+}
+
+ReturnSegment::ReturnSegment(const std::string& folder) {
+  const std::error_code error = MakeDataFolder(folder);
   key_ = ftok(folder.c_str(), kProjectId);
   if (key_ == -1) {
     throw std::runtime_error("the data folder " + folder + " cannot be used: " +
@@ -55,9 +61,9 @@ bool ReturnSegment::Prepare() const {
 
 std::string ReturnSegment::Read() const {
   const int id = shmget(key_, kSize, 0);
-  if (id == -1) return "";
-  void* const memory = shmat(id, nullptr, SHM_RDONLY);
-  if (memory == kFailed) return "";
+  if (id == -1 && errno == ENOENT) return "";
+  void* const memory = id == -1 ? kFailed : shmat(id, nullptr, SHM_RDONLY);
+  if (memory == kFailed) throw std::system_error(errno, std::generic_category());
   const char* const text = static_cast<const char*>(memory);
   std::string read(text, strnlen(text, kSize));
   shmdt(memory);

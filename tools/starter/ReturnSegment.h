@@ -6,11 +6,16 @@
 #include <sys/types.h>
 
 #include <string>
+#include <system_error>
 
 namespace ebStarter {
 
 // The folder that the segment's key is made from, with its trailing slash.
 std::string DataFolder(const std::string& home);
+
+// Makes it where it is missing: the folder itself for its user alone, those above it as the user
+// has them.
+std::error_code MakeDataFolder(const std::string& folder);
 
 // The segment belongs to the folder, so two steps with the same HOME share it: a caller must not
 // read while another step's helper may still write. Not for use by several threads.
@@ -33,7 +38,8 @@ class ReturnSegment {
   // will say so.
   bool Prepare() const;
 
-  // The bytes up to the first NUL; empty when there is no segment.
+  // The bytes up to the first NUL; empty when there is no segment. Throws std::system_error when
+  // there is one that cannot be read.
   std::string Read() const;
 
  private:

@@ -1,6 +1,7 @@
 #include <unistd.h>
 
 #include <exception>
+#include <system_error>
 
 #include "tools/starter/HelperProcess.h"
 #include "tools/starter/ReturnSegment.h"
@@ -26,6 +27,18 @@ Outcome Busy(const std::string& folder) {
   return outcome;
 }
 
+Outcome Finished(const Settings& settings, const HelperEnd& end, const ReturnSegment& segment) {
+  try {
+    return Judge(settings, end, segment.Read());
+  } catch (const std::system_error& error) {
+    Outcome outcome;
+    outcome.verdict = Verdict::kUnreadable;
+    outcome.detail = std::string("the result cannot be read: ") + error.what();
+    outcome.end = end;
+    return outcome;
+  }
+}
+
 }  // namespace
 
 Outcome RunStep(const Settings& settings) {
@@ -46,8 +59,7 @@ Outcome RunStep(const Settings& settings) {
       return NotStarted(
           "an old result is in the way and belongs to another user; remove its shared memory");
     }
-    const HelperEnd end = RunHelper(settings, stop);
-    return Judge(settings, end, segment.Read());
+    return Finished(settings, RunHelper(settings, stop), segment);
   } catch (const std::exception& error) {
     return NotStarted(error.what());
   }

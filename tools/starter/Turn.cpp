@@ -6,7 +6,8 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <filesystem>
+
+#include "tools/starter/ReturnSegment.h"
 
 namespace ebStarter {
 namespace {
@@ -18,8 +19,7 @@ constexpr int kPauseMs = 100;
 }  // namespace
 
 Turn::Turn(const std::string& folder) {
-  std::error_code ignored;
-  std::filesystem::create_directories(folder, ignored);
+  MakeDataFolder(folder);
   folder_ = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
 }
 

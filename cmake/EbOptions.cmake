@@ -44,6 +44,13 @@ if(EB_SANITIZE)
 else()
   include(Hardening)
 endif()
+if(EB_FUZZ)
+  # Objective-C is g++'s, and without them.
+  set(sanitizers address,undefined,float-cast-overflow)
+  target_compile_options(ebOptions INTERFACE
+    "$<$<COMPILE_LANGUAGE:C,CXX>:-fsanitize=fuzzer-no-link,${sanitizers};-fno-sanitize-recover=all;-fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/fuzz/not_ours.txt;-fno-omit-frame-pointer>")
+  target_link_options(ebOptions INTERFACE -fsanitize=${sanitizers})
+endif()
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_OBJCXX_STANDARD 17)

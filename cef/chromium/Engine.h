@@ -47,6 +47,8 @@ class Engine {
   CefRefPtr<CefRequestContext> global_context() const { return global_context_; }
 
  private:
+  friend class Conversation;  // plays Chromium, once an input
+
   Engine();
 
   void Wire();

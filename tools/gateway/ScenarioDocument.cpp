@@ -48,8 +48,12 @@ std::string PlaceOf(const rapidjson::Pointer& pointer) {
   return text.GetSize() ? text.GetString() : "/";
 }
 
+// Twice what a scenario needs. What follows recurses.
+constexpr size_t kDeepest = 20;
+
 void RefuseDuplicates(const std::string& file, const Value& value,
                       const rapidjson::Pointer& place) {
+  if (place.GetTokenCount() > kDeepest) throw ScenarioError(file, "", "nests too deeply");
   if (value.IsArray()) {
     for (rapidjson::SizeType i = 0; i < value.Size(); ++i) {
       RefuseDuplicates(file, value[i], place.Append(i));

@@ -15,6 +15,9 @@ const Value* Find(const Value& object, const char* key) {
   return found == object.MemberEnd() ? nullptr : &found->value;
 }
 
+// Regular expressions, and what they are matched with, recurse by the length of their text.
+constexpr size_t kLongestText = 1000;
+
 // Each takes a member over when it is there; its type has been checked by the schema.
 void Take(const Value& object, const char* key, std::string& out) {
   if (const Value* value = Find(object, key)) out = value->GetString();
@@ -71,7 +74,8 @@ class Reader {
     for (const auto& page : document_["pages"].GetObject()) {
       const std::string key = page.name.GetString();
       static const std::regex kKey("(gateway|idp|third)/[^?# ]+");
-      if (!std::regex_match(key, kKey)) Fail("/pages/" + Escaped(key), "is not HOST/path");
+      if (key.size() > kLongestText || !std::regex_match(key, kKey))
+        Fail("/pages/" + Escaped(key), "is not HOST/path");
       AddAnswers("/pages/" + Escaped(key), page.value, scenario_.pages[key]);
     }
     if (scenario_.pages.count(kStartPage) == 0) {
@@ -87,6 +91,7 @@ class Reader {
   }
 
   void CheckPattern(const std::string& place, const std::string& pattern) const {
+    if (pattern.size() > kLongestText) Fail(place, "is too long for a regular expression");
     try {
       const std::regex checked(pattern);
     } catch (const std::regex_error&) {

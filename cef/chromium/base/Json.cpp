@@ -3,7 +3,27 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
+#include <algorithm>
+
 namespace engine {
+namespace {
+
+// Up to here JSON's numbers are exact.
+constexpr double kLargest = int64_t{1} << 53;
+
+// No text that a page or Chromium means nests so deeply; writing and the like recurse.
+constexpr int kDeepest = 100;
+
+bool NestsDeeper(const JsonValue& value, int levels) {
+  if (levels == 0) return true;
+  const auto deeper = [levels](const JsonValue& inner) { return NestsDeeper(inner, levels - 1); };
+  if (value.IsArray()) return std::any_of(value.Begin(), value.End(), deeper);
+  if (!value.IsObject()) return false;
+  return std::any_of(value.MemberBegin(), value.MemberEnd(),
+                     [&](const auto& member) { return deeper(member.value); });
+}
+
+}  // namespace
 
 const JsonValue* MemberAt(const JsonValue& object, const char* name) {
   if (!object.IsObject()) return nullptr;
@@ -20,7 +40,7 @@ std::string TextAt(const JsonValue& object, const char* name) {
 int64_t NumberAt(const JsonValue& object, const char* name) {
   const JsonValue* value = MemberAt(object, name);
   if (!value || !value->IsNumber()) return 0;
-  return value->IsInt64() ? value->GetInt64() : static_cast<int64_t>(value->GetDouble());
+  return static_cast<int64_t>(std::clamp(value->GetDouble(), -kLargest, kLargest));
 }
 
 bool FlagAt(const JsonValue& object, const char* name) {
@@ -29,6 +49,7 @@ bool FlagAt(const JsonValue& object, const char* name) {
 }
 
 std::string JsonText(const JsonValue& value) {
+  if (NestsDeeper(value, kDeepest)) return "";
   rapidjson::StringBuffer buffer;
   rapidjson::Writer<rapidjson::StringBuffer> writer(buffer);
   value.Accept(writer);

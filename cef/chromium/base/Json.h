@@ -18,10 +18,12 @@ using JsonValue = rapidjson::Value;
 const JsonValue* MemberAt(const JsonValue& object, const char* name);
 
 // A member's value, or the empty value when it is missing or of another type. Texts are UTF-8.
+// Numbers beyond 2^53, up to which JSON's are exact, are cut to that.
 std::string TextAt(const JsonValue& object, const char* name);
 int64_t NumberAt(const JsonValue& object, const char* name);
 bool FlagAt(const JsonValue& object, const char* name);
 
+// "" for one that nests more than a hundred levels deep.
 std::string JsonText(const JsonValue& value);
 std::string JsonQuote(const std::string& text);
 

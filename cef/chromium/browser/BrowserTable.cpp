@@ -5,6 +5,13 @@
 #include "cef/chromium/browser/Browser.h"
 
 namespace engine {
+namespace {
+
+// Of frames, and of sessions, in all: more than Chromium lets pages have. Those beyond are not
+// known, as if they came from nowhere.
+constexpr size_t kMost = 4096;
+
+}  // namespace
 
 BrowserTable::BrowserTable() = default;
 BrowserTable::~BrowserTable() = default;
@@ -73,7 +80,7 @@ bool BrowserTable::empty() const {
 
 void BrowserTable::AddSession(const std::string& session, const std::string& target_id) {
   std::lock_guard<std::mutex> lock(mutex_);
-  sessions_[session] = target_id;
+  if (sessions_.size() < kMost || sessions_.count(session)) sessions_[session] = target_id;
 }
 
 void BrowserTable::RemoveSession(const std::string& session) {
@@ -86,6 +93,7 @@ void BrowserTable::SetFrame(const std::string& session, const std::string& frame
   // Events may still come for a browser that has gone.
   const auto owner = sessions_.find(session);
   if (owner == sessions_.end() || frame_id.empty()) return;
+  if (frames_.size() >= kMost && frames_.count(frame_id) == 0) return;
   FrameRecord& frame = frames_[frame_id];
   frame.target_id = owner->second;
   frame.session = session;

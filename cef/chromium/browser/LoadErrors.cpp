@@ -17,6 +17,8 @@ constexpr char kEmptyHttpError[] = "net::ERR_HTTP_RESPONSE_CODE_FAILURE";
 constexpr char kAborted[] = "net::ERR_ABORTED";
 
 constexpr size_t kMostErrors = 64;
+// Parts of pages may go without a word on what they were loading.
+constexpr size_t kMostNavigations = 1024;
 
 // Within which Chromium puts a document in the place of a page that failed.
 constexpr int64_t kDocumentLimitMs = 1000;
@@ -59,6 +61,7 @@ LoadErrors::Navigation* LoadErrors::Expect(const std::string& session, const std
   if (!browser.get() || StartsWith(url, "data:") || StartsWith(url, "about:")) return nullptr;
   // Later navigations of the frame go through the session that speaks for it now.
   if (table_.SessionOfFrame(frame_id) != session) table_.SetFrame(session, frame_id);
+  if (navigations_.size() >= kMostNavigations) navigations_.erase(navigations_.begin());
   Navigation& navigation = navigations_[request];
   navigation.target_id = browser->target_id();
   navigation.session = session;

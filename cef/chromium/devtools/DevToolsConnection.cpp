@@ -18,6 +18,9 @@ constexpr int kMethodNotFound = -32601;
 constexpr char kConnectionClosed[] = "the connection to Chromium is closed";
 constexpr char kUnreadable[] = "the reply cannot be read";
 
+// A Chromium that answers nothing but goes on to cause commands.
+constexpr size_t kMostUnanswered = 1u << 16;
+
 // A page may cause such lines at will.
 constexpr int kMostComplaints = 20;
 constexpr size_t kMostOfAMessage = 200;
@@ -92,6 +95,7 @@ void DevToolsConnection::Send(const std::string& session, const std::string& met
       WatchLimit(deadline);
       // Still locked, so that commands enter the pipe in the order of their numbers.
       transport_->Send(message.str());
+      if (unanswered_.size() > kMostUnanswered) transport_->Drop();
       return;
     }
   }

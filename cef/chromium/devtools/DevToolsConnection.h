@@ -56,7 +56,8 @@ class DevToolsConnection {
   std::string UnknownCommand() const;
 
   // Sends a command. `reply`, if any, is called exactly once: with an error also on a closed
-  // connection, when the reply cannot be read, and when none has come within `limit`. Any thread;
+  // connection, when the reply cannot be read, and when none has come within `limit`; a Chromium
+  // that leaves 65,536 commands unanswered is given up, as by Drop(). Any thread;
   // commands of one thread keep their order.
   void Send(const std::string& session, const std::string& method, const JsonObject& params = {},
             ReplyHandler reply = nullptr, std::chrono::milliseconds limit = kReplyLimit);

@@ -13,6 +13,8 @@ namespace engine {
 namespace {
 
 constexpr size_t kReadSize = 64 * 1024;
+// A Chromium that takes no commands but goes on to cause them.
+constexpr size_t kMostPending = 64u << 20;
 
 void SetNonBlocking(int fd) { fcntl(fd, F_SETFL, O_NONBLOCK); }
 
@@ -37,6 +39,10 @@ void PipeTransport::Start() {
 void PipeTransport::Send(const std::string& message) {
   std::lock_guard<std::mutex> lock(mutex_);
   if (closed_) return;
+  if (pending_.size() + message.size() > kMostPending) {
+    Drop();
+    return;
+  }
   pending_.append(message);
   pending_.push_back('\0');
   if (!waiting_to_write_) WritePending();

@@ -20,6 +20,9 @@ constexpr uint32_t kAuthorityInvalid = 1u << 2;
 
 using rapidjson::Document;
 
+// However deep a line nests, reading it takes no deeper stack.
+constexpr unsigned kParseFlags = rapidjson::kParseIterativeFlag;
+
 const JsonValue* MemberIn(const JsonValue& object, const char* outer, const char* inner) {
   const JsonValue* member = MemberAt(object, outer);
   return member ? MemberAt(*member, inner) : nullptr;
@@ -59,7 +62,7 @@ void NetLogParser::ReadLine(const Result& result) {
   // A line is an element of an array.
   while (!line_.empty() && line_.back() != '}') line_.pop_back();
   Document event;
-  event.Parse(line_.data(), line_.size());
+  event.Parse<kParseFlags>(line_.data(), line_.size());
   if (event.HasParseError()) return;
   const JsonValue* type = MemberAt(event, "type");
   const JsonValue* source = MemberIn(event, "source", "id");
@@ -87,7 +90,7 @@ void NetLogParser::ReadConstants() {
   while (!line_.empty() && line_.back() != '}') line_.pop_back();
   line_ += '}';
   Document log;
-  log.Parse(line_.data(), line_.size());
+  log.Parse<kParseFlags>(line_.data(), line_.size());
   if (log.HasParseError()) return;
   const JsonValue* types = MemberIn(log, "constants", "logEventTypes");
   const JsonValue* job = types ? MemberAt(*types, "CERT_VERIFIER_JOB") : nullptr;

@@ -1,0 +1,479 @@
+// Whole conversations: the input plays Chromium, the client and both threads' luck against the real
+// framework. Messages come in any order, twice, never, cut, and with any field missing or wrong.
+//
+// An input is a text of operations, a letter and what it needs: A event, C reply, D time, E client,
+// F odds and ends, G how the client answers. See Play().
+
+#include <fcntl.h>
+#include <malloc.h>
+
+#include <deque>
+#include <iterator>
+#include <memory>
+#include <set>
+#include <sstream>
+#include <vector>
+
+#include "cef/chromium/Engine.h"
+#include "cef/chromium/base/IoThread.h"
+#include "cef/chromium/base/MessageLoop.h"
+#include "cef/chromium/devtools/DevToolsCalls.h"
+#include "fuzz/Fuzz.h"
+#include "fuzz/StandIns.h"
+
+namespace {
+
+// "^" stands for the page that the event is about, "~" for another one, "`" for a number. In the
+// order of a sign-in that meets everything.
+constexpr const char* kEvents[] = {
+    R"("Target.attachedToTarget","params":{"sessionId":"S^","targetInfo":{"targetId":"T^","type":"page","url":"data:,"}})",
+    R"("Target.attachedToTarget","params":{"sessionId":"S^","targetInfo":{"targetId":"T^","type":"page","url":"","openerId":"T~"}})",
+    R"("Target.attachedToTarget","params":{"sessionId":"S^","targetInfo":{"targetId":"T^","type":"page","url":"chrome://newtab/"}})",
+    R"("Target.attachedToTarget","params":{"sessionId":"P`","targetInfo":{"targetId":"F`","type":"iframe","url":"https://i.test/"}},"sessionId":"S~")",
+    R"("Target.attachedToTarget","params":{"sessionId":"P`","targetInfo":{"targetId":"W`","type":"worker","url":"https://i.test/"}},"sessionId":"S~")",
+    R"("Page.frameAttached","params":{"frameId":"F`","parentFrameId":"T~"},"sessionId":"S~")",
+    R"("Network.requestWillBeSent","params":{"requestId":"N`","loaderId":"N`","type":"Document","frameId":"T^","request":{"url":"https://bad.test/a","urlFragment":"#f","method":"GET"}},"sessionId":"S^")",
+    R"("Fetch.requestPaused","params":{"requestId":"job-`.0","networkId":"N`","resourceType":"Document","frameId":"T^","request":{"url":"https://bad.test/a","method":"GET","initialPriority":"High","headers":{"Cookie":"SID=1","Referer":"https://r.test/","Accept":"*/*"}}})",
+    R"("Security.certificateError","params":{"eventId":`,"errorType":"ERR_CERT_DATE_INVALID","requestURL":"https://bad.test/a"})",
+    R"("Fetch.requestPaused","params":{"requestId":"job-`.0","frameId":"T^","request":{"url":"https://bad.test/a"},"responseStatusCode":302,"responseHeaders":[{"name":"location","value":"/b"}]})",
+    R"("Fetch.requestPaused","params":{"requestId":"job-`.1","redirectedRequestId":"job-`.0","resourceType":"Document","frameId":"T^","request":{"url":"https://bad.test/b","headers":{}}})",
+    R"("Fetch.requestPaused","params":{"requestId":"job-`.1","frameId":"T^","request":{"url":"https://bad.test/b"},"responseStatusCode":200,"responseHeaders":[{"name":"Content-Type","value":"text/html; x"}]})",
+    R"("Page.frameNavigated","params":{"frame":{"id":"T^","loaderId":"N`","url":"https://bad.test/b","securityOrigin":"https://bad.test"}},"sessionId":"S^")",
+    R"("Runtime.bindingCalled","params":{"name":"reportTitle","payload":"A title"},"sessionId":"S^")",
+    R"("Runtime.consoleAPICalled","params":{"type":"log","args":[{"type":"object","value":{"a":[1]}},{"type":"string","value":"x"},{"unserializableValue":"NaN"}],"stackTrace":{"callFrames":[{"url":"u","lineNumber":3}]}},"sessionId":"S^")",
+    R"("Runtime.exceptionThrown","params":{"exceptionDetails":{"text":"t","url":"u","lineNumber":1,"exception":{"description":"d"}}},"sessionId":"S^")",
+    R"("Log.entryAdded","params":{"entry":{"level":"error","text":"t","url":"u","lineNumber":1}},"sessionId":"S^")",
+    R"("Fetch.authRequired","params":{"requestId":"job-`.0"})",
+    R"("Fetch.requestPaused","params":{"requestId":"job-`.0","resourceType":"Image","frameId":"F`","request":{"url":"https://i.test/i"}})",
+    R"("Fetch.requestPaused","params":{"requestId":"job-`.0","frameId":"T^","request":{},"responseErrorReason":"Failed"})",
+    R"("Network.loadingFailed","params":{"requestId":"N`","errorText":"net::ERR_NAME_NOT_RESOLVED","type":"Document"},"sessionId":"S^")",
+    R"("Page.frameNavigated","params":{"frame":{"id":"T^","loaderId":"N`","url":"chrome-error://chromewebdata/","unreachableUrl":"https://bad.test/a"}},"sessionId":"S^")",
+    R"("Page.documentOpened","params":{"frame":{"id":"T^","loaderId":"N`","url":"about:blank"}},"sessionId":"S^")",
+    R"("Page.frameStartedNavigating","params":{"frameId":"T^","url":"https://bad.test/a","loaderId":"N`","navigationType":"differentDocument"},"sessionId":"S^")",
+    R"("Page.frameDetached","params":{"frameId":"F`","reason":"remove"},"sessionId":"S^")",
+    R"("Runtime.bindingCalled","params":{"name":"closeWindow","payload":""},"sessionId":"S^")",
+    R"("Target.detachedFromTarget","params":{"sessionId":"P`"})",
+    R"("Target.targetDestroyed","params":{"targetId":"T^"})"};
+
+std::string EventText(size_t kind, int ids, const std::string& number) {
+  std::string text = "{\"method\":";
+  for (const char c : std::string(kEvents[kind])) {
+    if (c == '`') text += number;
+    if (c == '^' || c == '~') text += std::to_string(c == '^' ? ids & 3 : ids >> 2 & 3);
+    if (c != '`' && c != '^' && c != '~') text += c;
+  }
+  return text + "}";
+}
+
+constexpr char kCookies[] =
+    R"({"cookies":[{"name":"a","value":"1","domain":"bad.test","path":"/","secure":true},)"
+    R"({"name":"b","value":"2","domain":".bad.test","path":"/in","httpOnly":true,)"
+    R"("partitionKey":{"topLevelSite":"https://x.test"}}]})";
+
+// What stands in a field's place. The first two: it is missing, it is there twice.
+const std::vector<std::string> kTwists = [] {
+  std::istringstream words(
+      R"(- - null 1e300 "" {} true -1 9223372036854775807 [] [{}] "\udead" "\u0000;=\n" "T1" "job-2.0")");
+  std::vector<std::string> twists{std::istream_iterator<std::string>(words), {}};
+  twists.push_back(std::string(100000, '[') + std::string(100000, ']'));
+  return twists;
+}();
+
+using rapidjson::Document;
+using rapidjson::Value;
+
+// Until `found` says so for a member, in any object.
+bool FindMember(Value& value, const std::function<bool(Value&, Value::MemberIterator)>& found) {
+  if (value.IsArray()) {
+    return std::any_of(value.Begin(), value.End(), [&](Value& v) { return FindMember(v, found); });
+  }
+  for (size_t i = 0; value.IsObject() && i < value.MemberCount(); ++i) {
+    const auto member = value.MemberBegin() + static_cast<ptrdiff_t>(i);
+    if (found(value, member) || FindMember(member->value, found)) return true;
+  }
+  return false;
+}
+
+// Empty when the text has no such field.
+std::string Twisted(const std::string& json, size_t twist, int place) {
+  Document document;
+  document.Parse(json.c_str());
+  auto& memory = document.GetAllocator();
+  const bool found = FindMember(document, [&](Value& object, Value::MemberIterator member) {
+    if (place-- != 0) return false;
+    if (twist == 0) object.EraseMember(member);
+    if (twist == 1) object.AddMember(Value(member->name, memory), Value(1), memory);
+    if (twist > 1) member->value.SetString("@");
+    return true;
+  });
+  std::string text = engine::JsonText(document);
+  if (const size_t mark = text.find("\"@\""); mark != std::string::npos) {
+    text.replace(mark, 3, kTwists[twist]);
+  }
+  return found ? text : "";
+}
+
+// Browsers hold one; so it tells whether they are all gone.
+struct Context : CefRequestContext {
+  Context() { ++alive; }
+  ~Context() override { --alive; }
+  CefRefPtr<CefCookieManager> GetCookieManager(CefRefPtr<CefCompletionCallback>) override {
+    return nullptr;
+  }
+  void CloseAllConnections(CefRefPtr<CefCompletionCallback>) override {}
+
+  static inline int alive = 0;
+  IMPLEMENT_REFCOUNTING(Context);
+};
+
+using BrowserRef = CefRefPtr<CefBrowser>;
+using FrameRef = CefRefPtr<CefFrame>;
+using RequestRef = CefRefPtr<CefRequest>;
+using CallbackRef = CefRefPtr<CefRequestCallback>;
+
+// Answers as the bits of `ways` say, and requires that it is asked in order: of a browser on the UI
+// thread, after its first word and before its last.
+struct Client : CefClient,
+                CefLifeSpanHandler,
+                CefLoadHandler,
+                CefDisplayHandler,
+                CefRequestHandler,
+                CefResourceRequestHandler,
+                CefCookieVisitor {
+  CefRefPtr<CefDisplayHandler> GetDisplayHandler() override { return this; }
+  CefRefPtr<CefLifeSpanHandler> GetLifeSpanHandler() override { return this; }
+  CefRefPtr<CefLoadHandler> GetLoadHandler() override { return this; }
+  CefRefPtr<CefRequestHandler> GetRequestHandler() override { return this; }
+
+  std::vector<BrowserRef>::iterator Find(const BrowserRef& browser) {
+    Require(engine::MessageLoop::Get().OnUiThread());
+    const auto is_it = [&](const BrowserRef& other) { return other->IsSame(browser); };
+    return std::find_if(open.begin(), open.end(), is_it);
+  }
+  void Check(const BrowserRef& browser) { Require(Find(browser) != open.end()); }
+
+  void OnAfterCreated(BrowserRef browser) override {
+    Require(Find(browser) == open.end() && ever.insert(browser->GetIdentifier()).second);
+    open.push_back(browser);
+  }
+  bool DoClose(BrowserRef browser) override {
+    Check(browser);
+    return (ways & 64) != 0;
+  }
+  void OnBeforeClose(BrowserRef browser) override {
+    Check(browser);
+    open.erase(Find(browser));
+  }
+  void OnLoadError(BrowserRef browser, FrameRef frame, ErrorCode, const CefString&,
+                   const CefString& url) override {
+    Check(browser);
+    Require(!url.empty());
+    if (ways & 128) frame->LoadURL("data:text/html;base64,PGI+");
+  }
+  void OnTitleChange(BrowserRef browser, const CefString&) override { Check(browser); }
+  bool OnConsoleMessage(BrowserRef browser, cef_log_severity_t, const CefString&, const CefString&,
+                        int) override {
+    Check(browser);
+    return true;
+  }
+  CefRefPtr<CefResourceRequestHandler> GetResourceRequestHandler(BrowserRef, FrameRef, RequestRef,
+                                                                 bool, bool, const CefString&,
+                                                                 bool&) override {
+    Require(engine::IoThread::Get().OnIoThread());
+    return this;
+  }
+  ReturnValue OnBeforeResourceLoad(BrowserRef, FrameRef, RequestRef, CallbackRef held) override {
+    if ((ways & 3) == 3) callbacks.push_back(held);
+    return (ways & 3) == 3 ? RV_CONTINUE_ASYNC : (ways & 3) == 2 ? RV_CANCEL : RV_CONTINUE;
+  }
+  bool OnResourceResponse(BrowserRef browser, FrameRef, RequestRef,
+                          CefRefPtr<CefResponse>) override {
+    if (ways & 4) browser->GetHost()->CloseBrowser(true);
+    return (ways & 4) != 0;
+  }
+  bool OnCertificateError(BrowserRef browser, cef_errorcode_t, const CefString&,
+                          CefRefPtr<CefSSLInfo>, CallbackRef held) override {
+    Check(browser);
+    if ((ways & 24) == 0) held->Continue(true);
+    if ((ways & 24) == 8) callbacks.push_back(held);
+    if ((ways & 24) == 16) browser->GetHost()->CloseBrowser(true);
+    return (ways & 24) < 16;
+  }
+  bool Visit(const CefCookie&, int, int, bool& remove) override {
+    remove = (ways & 32) != 0;
+    return true;
+  }
+
+  std::vector<BrowserRef> open;
+  std::set<int> ever;
+  std::deque<CallbackRef> callbacks;
+  int ways = 0;
+  IMPLEMENT_REFCOUNTING(Client);
+};
+
+int g_flood = 64;  // how many messages an input may multiply
+
+}  // namespace
+
+namespace engine {
+
+class Conversation {
+ public:
+  explicit Conversation(std::string input) : input_(std::move(input)) {
+    Require(pipe(commands_) == 0 && pipe(events_) == 0);
+    for (const int fd : {commands_[0], events_[1]}) fcntl(fd, F_SETFL, O_NONBLOCK);
+    standins::UsePipe(commands_[1], events_[0]);
+    // Chromium's other way to open a window is a socket.
+    const auto open = [this](const std::string& url, std::string*) {
+      return engine_->OpenByTarget(url);
+    };
+    engine_->factory_.SetUp({open}, [] {});
+    Require(engine_->Initialize(CefSettings(), nullptr));
+    Order();
+    standins::Settle();
+  }
+
+  // Once Chromium has gone and all time limits have passed, nothing goes on and nothing is left.
+  ~Conversation() {
+    client_->ways = 0;
+    for (const int fd : {commands_[0], events_[1]}) close(fd);
+    Rest();
+    client_->callbacks.clear();
+    Rest();
+    Require(client_->open.empty() && engine_->table_.empty());
+    Require(Context::alive == 0 && standins::Holds() == 0);
+    engine_->Shutdown();
+    engine_.reset();
+    standins::Clear();
+    for (const int fd : {commands_[1], events_[0]}) close(fd);
+  }
+
+  void Play() {
+    const size_t before = mallinfo2().uordblks;
+    while (at_ < input_.size()) {
+      const int operation = Byte();
+      const int what = Byte();
+      switch (operation & 7) {
+        case 3:
+          Reply(what);
+          break;
+        case 4:
+          Pass(what);
+          break;
+        case 5:
+          Act(what);
+          break;
+        case 6:
+          Oddity(what);
+          break;
+        case 7:
+          client_->ways = what;
+          break;
+        default:
+          Event(static_cast<size_t>(what));
+      }
+      if ((operation & 8) == 0) standins::Settle();
+      if ((operation & 24) == 8) standins::RunIo();
+      ReadCommands();
+    }
+    // However much Chromium says, little of it is kept.
+    Require(mallinfo2().uordblks < before + (64 << 20));
+  }
+
+ private:
+  int Byte() { return at_ < input_.size() ? static_cast<unsigned char>(input_[at_++]) : 0; }
+  static size_t Twist(int byte) { return static_cast<size_t>(byte & 63) % kTwists.size(); }
+
+  void Event(size_t kind) {
+    kind_ = (kind + 3 * std::size(kEvents) - 'A') % std::size(kEvents);
+    ids_ = Byte();
+    const std::string text = EventText(kind_, ids_, std::to_string((ids_ >> 4) & 7));
+    const int how = Byte();
+    Write((how & 0xC0) == 0xC0 ? Twisted(text, Twist(how), Byte()) : text);
+  }
+
+  void Write(std::string message, bool ends = true) {
+    last_message_ = message;
+    if (ends) message += '\0';
+    for (size_t done = 0; done < message.size();) {
+      const ssize_t count = write(events_[1], &message[done], message.size() - done);
+      done += static_cast<size_t>(std::max<ssize_t>(count, 0));
+      if (count <= 0 && (errno != EAGAIN || !standins::RunIo())) return;
+    }
+  }
+
+  // All commands are whole, known, and numbered in order.
+  void ReadCommands() {
+    char piece[4096];
+    if (deaf_) return;
+    for (ssize_t count; (count = read(commands_[0], piece, sizeof piece)) > 0;) {
+      unread_.append(piece, static_cast<size_t>(count));
+    }
+    for (size_t nul; (nul = unread_.find('\0')) != std::string::npos; unread_.erase(0, nul + 1)) {
+      Document command;
+      command.Parse(unread_.c_str());
+      Require(!command.HasParseError() && MemberAt(command, "params")->IsObject());
+      Require(NumberAt(command, "id") == ++last_id_);
+      const std::string method = TextAt(command, "method");
+      const auto is_it = [&](const DevToolsCall& call) { return method == call.method; };
+      Require(std::any_of(std::begin(kDevToolsCalls), std::end(kDevToolsCalls), is_it));
+      unanswered_.push_back({last_id_, method});
+    }
+  }
+
+  void Reply(int which) {
+    const int how = Byte();
+    if (unanswered_.empty()) return;
+    const auto found = unanswered_.begin() + which % static_cast<int>(unanswered_.size());
+    const std::string id = "{\"id\":" + std::to_string(found->first);
+    const std::string result = found->second == "Storage.getCookies" ? kCookies : "{\"a\":1}";
+    if ((how & 8) == 0) unanswered_.erase(found);
+    switch (how & 7) {
+      case 1:
+        return Write(Twisted(id + ",\"result\":" + result + "}", Twist(Byte()), Byte()));
+      case 2:
+        return Write(id + R"(,"error":{"code":-32000,"message":"invalid URL"}})");
+      case 3:
+        return Write(id + R"(,"error":{"code":-32601,"message":"not found"}})");
+      case 4:
+        return Write(id + ",\"result\":{");
+      default:
+        Write(id + ",\"result\":" + result + "}");
+    }
+  }
+
+  static void Pass(int how) {
+    constexpr int kTimes[] = {0, 30, 50, 700, 1000, 3000, 20000, 45000};
+    if (how & 8) standins::RunUi();
+    standins::Advance(kTimes[how & 7]);
+  }
+
+  void Order() { engine_->CreateBrowser({client_, new Context, "https://gw.test/"}); }
+
+  void Act(int what) {
+    constexpr const char* kUrls[] = {"https://bad.test/a", "bad.test", "about:blank",
+                                     "nonsense:", "data:text/html,x"};
+    const std::string url = kUrls[Byte() % std::size(kUrls)];
+    const auto cookies = engine_->global_context()->GetCookieManager(nullptr);
+    const bool any = !client_->open.empty();
+    const BrowserRef browser =
+        any ? client_->open[static_cast<size_t>(what >> 4) % client_->open.size()] : nullptr;
+    CefCookie cookie;
+    CefString(&cookie.name).FromString("n");
+    CefString(&cookie.domain).FromString(what & 16 ? ".bad.test" : "");
+    switch (what & 7) {
+      case 0:
+      case 1:
+        if (any) browser->GetHost()->CloseBrowser((what & 7) == 0);
+        break;
+      case 2:
+        if (any) browser->GetMainFrame()->LoadURL(url);
+        break;
+      case 3:
+        if (++orders_ < 8) Order();
+        break;
+      case 4:
+        cookies->SetCookie(url, cookie, nullptr);
+        break;
+      case 5:
+        cookies->VisitUrlCookies(url, (what & 16) != 0, client_.get());
+        break;
+      case 6:
+        cookies->DeleteCookies(what & 16 ? url : "", what & 32 ? "a" : "", nullptr);
+        break;
+      default:
+        if (client_->callbacks.empty()) break;
+        if (what & 16) client_->callbacks.front()->Continue((what & 32) != 0);
+        client_->callbacks.pop_front();
+    }
+  }
+
+  void Oddity(int what) {
+    switch (what & 7) {
+      case 0:  // once more
+        return Write(last_message_);
+      case 1:  // cut
+        return Write(last_message_.substr(0, static_cast<size_t>(Byte()) * 2), (what & 8) != 0);
+      case 2: {  // anything
+        const std::string text = input_.substr(at_, static_cast<size_t>(Byte()));
+        at_ = std::min(at_ + text.size(), input_.size());
+        return Write(text, (what & 8) == 0);
+      }
+      case 3:
+        return standins::WindowComes(static_cast<uint32_t>(1 + (what >> 3)));
+      case 4:
+        return standins::WindowGoes(static_cast<uint32_t>(1 + (what >> 3)));
+      case 5:  // reads no commands any more
+        deaf_ = (what & 8) != 0;
+        return;
+      case 6:  // the same again and again
+        for (; flood_ > 0; --flood_) {
+          const bool text = kEvents[kind_][1] != 'S';
+          Write(EventText(kind_, ids_, std::to_string(flood_) + std::string(text ? 4000 : 0, 'x')));
+          standins::Settle();
+          ReadCommands();
+          unanswered_.clear();
+        }
+        return;
+      default:
+        close(std::exchange(events_[1], -1));
+    }
+  }
+
+  static void Rest() {
+    standins::Settle();
+    for (int i = 0; i < 1000 && standins::UntilNext() >= 0; ++i) {
+      standins::Advance(standins::UntilNext());
+      standins::Settle();
+    }
+    Require(standins::UntilNext() < 0);
+  }
+
+  const std::string input_;
+  size_t at_ = 0;
+  std::unique_ptr<Engine> engine_{new Engine};
+  const CefRefPtr<Client> client_ = new Client;
+  int commands_[2], events_[2];
+  std::deque<std::pair<int, std::string>> unanswered_;
+  std::string unread_, last_message_;
+  int last_id_ = 0;
+  bool deaf_ = false;
+  int orders_ = 0;
+  int flood_ = g_flood;
+  size_t kind_ = 0;
+  int ids_ = 0;
+};
+
+}  // namespace engine
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  engine::Conversation({data, data + size}).Play();
+  return 0;
+}
+
+// Every event never, twice, cut, and with each of its fields missing or wrong, in the middle of a
+// story in which all else is well; and no end of every event.
+void ForEachCase(const std::function<void(const std::string&)>& run) {
+  const auto event = [](size_t kind) {
+    return std::string("A") + static_cast<char>('A' + kind) + (kind == 1 ? 'A' : '@') + '0';
+  };
+  for (size_t odd = 0; odd < std::size(kEvents); ++odd) {
+    std::string before = "C00C00", after;
+    for (size_t kind = 0; kind + 1 < std::size(kEvents); ++kind) {
+      if (kind != odd) (kind < odd ? before : after) += event(kind) + "C00C00C00D2D1";
+    }
+    const std::string plain = event(odd);
+    for (const char* way : {"", "F0", "F1 ", "F9 "})
+      run(before + (*way ? plain : "") + way + after);
+    for (char place = 0; !Twisted(EventText(odd, 0, "1"), 0, place).empty(); ++place) {
+      for (const char twist : {0, 2, 3, 4, 15}) {
+        run(before + plain.substr(0, 3) + static_cast<char>(0xC0 | twist) + place + after);
+      }
+    }
+    if (std::string(kEvents[odd]).find('`') == std::string::npos) continue;
+    g_flood = 20000;
+    run(before + plain + "F>");
+    if (odd == 7) run(before + plain + "F=F>");
+    g_flood = 64;
+  }
+}

@@ -19,7 +19,7 @@ void ForEachCase(const std::function<void(const std::string&)>& run) __attribute
 
 namespace {
 
-constexpr unsigned kLongestRun = 20;  // seconds for one input
+constexpr unsigned kLongestRun = 60;  // seconds for one input
 constexpr size_t kLongestInput = 4096;
 
 std::string g_input;

@@ -277,7 +277,7 @@ class Conversation {
       ReadCommands();
     }
     // However much Chromium says, little of it is kept.
-    Require(mallinfo2().uordblks < before + (64 << 20));
+    Require(mallinfo2().uordblks < before + (32 << 20));
   }
 
  private:
@@ -409,7 +409,7 @@ class Conversation {
       case 6:  // the same again and again
         for (; flood_ > 0; --flood_) {
           const bool text = kEvents[kind_][1] != 'S';
-          Write(EventText(kind_, ids_, std::to_string(flood_) + std::string(text ? 4000 : 0, 'x')));
+          Write(EventText(kind_, ids_, std::to_string(flood_) + std::string(text ? 3000 : 0, 'x')));
           standins::Settle();
           ReadCommands();
           unanswered_.clear();
@@ -471,7 +471,7 @@ void ForEachCase(const std::function<void(const std::string&)>& run) {
       }
     }
     if (std::string(kEvents[odd]).find('`') == std::string::npos) continue;
-    g_flood = 20000;
+    g_flood = 12000;
     run(before + plain + "F>");
     if (odd == 7) run(before + plain + "F=F>");
     g_flood = 64;

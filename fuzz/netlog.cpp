@@ -28,6 +28,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 // Deep nesting, in both kinds of line.
 void ForEachCase(const std::function<void(const std::string&)>& run) {
   const std::string deep(1 << 20, '[');
-  run("\xFE" + deep + "\n");
-  run("\xFF{\"type\":7" + deep + "\n");
+  run("\xFE" + deep + "}\n");
+  run("\xFF{\"type\":7" + deep + "}\n");
 }

@@ -14,7 +14,7 @@ namespace {
 
 constexpr size_t kReadSize = 64 * 1024;
 // A Chromium that takes no commands but goes on to cause them.
-constexpr size_t kMostPending = 64u << 20;
+constexpr size_t kMostPending = 16u << 20;
 
 void SetNonBlocking(int fd) { fcntl(fd, F_SETFL, O_NONBLOCK); }
 

@@ -27,7 +27,7 @@ class PipeTransport : public std::enable_shared_from_this<PipeTransport> {
   void Start();
 
   // Sends a message. It never waits: what the pipe does not take is kept until it does, so that a
-  // full pipe cannot stop the reader. When that comes to 64 MiB, Chromium is given up, as by
+  // full pipe cannot stop the reader. When that comes to 16 MiB, Chromium is given up, as by
   // Drop(). Dropped after the pipe has closed. Any thread.
   void Send(const std::string& message);
 

@@ -67,8 +67,15 @@ std::string Changed(std::string text, const std::vector<std::string>& seeds, std
 }  // namespace
 
 int main(int, char** arguments) {
+  // Also where the stack is at its end.
+  static char stack[1 << 17];
+  const stack_t apart = {stack, 0, sizeof stack};
+  sigaltstack(&apart, nullptr);
+  struct sigaction action = {};
+  action.sa_handler = OnFailure;
+  action.sa_flags = SA_ONSTACK;
   for (const int number : {SIGABRT, SIGALRM, SIGBUS, SIGFPE, SIGILL, SIGSEGV}) {
-    signal(number, OnFailure);
+    sigaction(number, &action, nullptr);
   }
   std::vector<std::string> seeds;
   for (const auto& entry : std::filesystem::directory_iterator(arguments[2])) {

@@ -249,7 +249,7 @@ class Conversation {
   }
 
   void Play() {
-    const size_t before = mallinfo2().uordblks;
+    const size_t before = Heap();
     while (at_ < input_.size()) {
       const int operation = Byte();
       const int what = Byte();
@@ -277,10 +277,11 @@ class Conversation {
       ReadCommands();
     }
     // However much Chromium says, little of it is kept.
-    Require(mallinfo2().uordblks < before + (32 << 20));
+    Require(Heap() < before + (32 << 20));
   }
 
  private:
+  static size_t Heap() { return mallinfo2().uordblks + mallinfo2().hblkhd; }
   int Byte() { return at_ < input_.size() ? static_cast<unsigned char>(input_[at_++]) : 0; }
   static size_t Twist(int byte) { return static_cast<size_t>(byte & 63) % kTwists.size(); }
 

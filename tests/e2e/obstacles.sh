@@ -34,7 +34,7 @@ time.sleep(8)'
 
 ChromiumMissing() { chromium /dev/null; }
 # behaves KIND: one of fake_chromium.cpp.
-behaves() { fake_chromium <<<"FAKE_CHROMIUM=$1 exec '$FAKE_PROGRAM'"; }
+behaves() { fake_chromium <<<"FAKE_CHROMIUM=$1 exec '$FAKE_PROGRAM' \"\$@\""; }
 ChromiumTooOld() { behaves old; }
 ChromiumHangs() { behaves silent; }
 WindowDoesNotCome() { behaves windowless; }

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <fstream>
 #include <regex>
 #include <sstream>
 #include <thread>
@@ -87,6 +88,12 @@ E2eTest::E2eTest() {
   std::error_code none;
   const auto size = std::filesystem::file_size(InstallPaths::kLogFile, none);
   log_begin_ = none ? 0 : size;
+  evidence_ = std::make_unique<Evidence>([this](const std::string& folder) {
+    display_->Run({"import", "-window", "root", folder + "/screen.png"});
+    const std::string log = ReadFile(InstallPaths::kLogFile);
+    std::ofstream(folder + "/debuglog.log") << log.substr(std::min(log_begin_, log.size()));
+    std::ofstream(folder + "/cef_browser.log") << ReadFile(DataFolder() + "cef_browser.log");
+  });
 }
 
 void E2eTest::TearDown() { ExpectNothingLeft(); }

@@ -15,6 +15,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/e2e/Evidence.h"
 #include "tests/support/Subprocess.h"
 #include "tests/support/TempDir.h"
 #include "tests/support/VirtualDisplay.h"
@@ -119,6 +120,7 @@ class E2eTest : public testing::Test {
 
  private:
   size_t log_begin_ = 0;
+  std::unique_ptr<Evidence> evidence_;
 };
 
 // Takes a file of the staged installation away while it lives. Tests that do so hold the same

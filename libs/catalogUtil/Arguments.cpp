@@ -44,6 +44,29 @@ size_t FindClosingBrace(const std::wstring& text, size_t from) {
 
 }  // namespace
 
+bool FindPlaceholder(const std::wstring& text, size_t from, Placeholder& found) {
+  for (;;) {
+    const size_t open = text.find(L'{', from);
+    if (open == std::wstring::npos) return false;
+    from = open + 1;
+    if (IsEscaped(text, open)) continue;
+    const size_t close = FindClosingBrace(text, from);
+    if (close == std::wstring::npos) return false;
+
+    // Of several opening braces the last one counts.
+    const size_t start = text.rfind(L'{', close);
+    from = start + 1;
+    if (IsEscaped(text, start)) continue;
+    const std::wstring inner = text.substr(from, close - from);
+    const size_t colon = inner.find(L':');
+    const std::wstring specifier = colon == std::wstring::npos ? L"" : inner.substr(colon + 1);
+    unsigned int index;
+    if (!convertStringToNumber(inner.substr(0, colon), index)) continue;
+    found = {start, close - start + 1, index, specifier == L"h" || specifier == L"H"};
+    return true;
+  }
+}
+
 Arguments& Arguments::addArgument(ArgTypes type, const unsigned char* length2,
                                   const unsigned char* bytes, size_t n) {
   m_bytes.push_back(type);
@@ -123,31 +146,16 @@ bool Arguments::toString(size_t index, std::wstring& out, ArgFormatSpecifiers sp
 bool Arguments::formatString(std::wstring& text) const {
   if (text.empty()) return false;
   size_t from = 0;
-  for (;;) {
-    const size_t open = text.find(L'{', from);
-    if (open == std::wstring::npos) return true;
-    from = open + 1;
-    if (IsEscaped(text, open)) continue;
-    const size_t close = FindClosingBrace(text, from);
-    if (close == std::wstring::npos) return true;
-
-    // Of several opening braces the last one counts.
-    const size_t start = text.rfind(L'{', close);
-    from = start + 1;
-    if (IsEscaped(text, start)) continue;
-    const std::wstring inner = text.substr(from, close - from);
-    const size_t colon = inner.find(L':');
-    const std::wstring specifier = colon == std::wstring::npos ? L"" : inner.substr(colon + 1);
-    const bool hex = specifier == L"h" || specifier == L"H";
-
-    unsigned int index;
+  Placeholder place;
+  while (FindPlaceholder(text, from, place)) {
     std::wstring rendering;
-    if (convertStringToNumber(inner.substr(0, colon), index) &&
-        toString(index, rendering, hex ? kHexadecimal : kDecimal)) {
-      text.replace(start, close - start + 1, rendering);
+    from = place.begin + 1;
+    if (toString(place.index, rendering, place.hexadecimal ? kHexadecimal : kDecimal)) {
+      text.replace(place.begin, place.size, rendering);
       from = 0;
     }
   }
+  return true;
 }
 
 }  // namespace orb::CatalogUtil

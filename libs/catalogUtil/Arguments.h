@@ -9,6 +9,18 @@
 
 namespace orb::CatalogUtil {
 
+// A placeholder in a text: "{index}" or, for hexadecimal, "{index:h}".
+struct Placeholder {
+  size_t begin = 0;
+  size_t size = 0;  // in characters, with the braces
+  unsigned int index = 0;
+  bool hexadecimal = false;
+};
+
+// Finds the first placeholder that begins at or behind `from`. "\{" and "\}" neither open nor close
+// one. False, with `found` unchanged, when there is none.
+bool FindPlaceholder(const std::wstring& text, size_t from, Placeholder& found);
+
 // A list of arguments in encoded form: for each one byte of type, two of length (little-endian),
 // then the value's bytes in the machine's order. No lock; not for several threads at once.
 class Arguments {
@@ -45,8 +57,8 @@ class Arguments {
   // is no such argument or it has fewer bytes than its type.
   bool toString(size_t index, std::wstring& out, ArgFormatSpecifiers spec) const;
 
-  // Fills in the placeholders of `text`, "{index}" or, for hexadecimal, "{index:h}". "\{" and "\}"
-  // neither open nor close one, and keep their backslash. A placeholder without an argument stays.
+  // Fills in the placeholders of `text`. "\{" and "\}" keep their backslash. A placeholder without
+  // an argument stays.
   // Texts filled in are filled in themselves, so one that holds a placeholder for itself makes this
   // endless: never pass foreign text with "{" in it. False only for an empty `text`.
   bool formatString(std::wstring& text) const;

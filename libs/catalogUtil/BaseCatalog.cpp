@@ -11,11 +11,6 @@ namespace {
 
 constexpr wchar_t kEnglishMark[] = L"_EN";
 
-std::wstring VariantPath(const std::wstring& path, const std::wstring& language) {
-  std::wstring variant = path;
-  return variant.replace(variant.find(kEnglishMark) + 1, 2, language);
-}
-
 bool LoadVariant(BaseCatalog& catalog, const std::wstring& path) {
   if (CatalogParser(catalog).loadCatalogFile(path.c_str(), FileEncoding::kUtf8WithMark))
     return true;
@@ -25,20 +20,28 @@ bool LoadVariant(BaseCatalog& catalog, const std::wstring& path) {
 
 }  // namespace
 
-void BaseCatalog::loadLocalized(const wchar_t* path, const wchar_t* language) {
-  if (!path || !*path || !language || !*language) return;
-  const std::wstring base = path;
-  if (base.find(kEnglishMark) == std::wstring::npos) return;
-
+std::vector<std::wstring> VariantPaths(const std::wstring& path, const std::wstring& language) {
+  const size_t mark = path.find(kEnglishMark);
+  if (mark == std::wstring::npos || language.empty()) return {};
   std::wstring code = language;
   for (wchar_t& c : code) c = static_cast<wchar_t>(std::towupper(static_cast<wint_t>(c)));
-  if (code == L"EN-US") return;
-  if (LoadVariant(*this, VariantPath(base, code))) return;
+  if (code == L"EN-US") return {};
 
+  std::vector<std::wstring> paths;
+  const auto add = [&] { paths.push_back(std::wstring(path).replace(mark + 1, 2, code)); };
+  add();
   const size_t region = code.find(L'-');
-  if (region == std::wstring::npos) return;
+  if (region == std::wstring::npos) return paths;
   code.erase(region);
-  if (code != L"EN") LoadVariant(*this, VariantPath(base, code));
+  if (code != L"EN") add();
+  return paths;
+}
+
+void BaseCatalog::loadLocalized(const wchar_t* path, const wchar_t* language) {
+  if (!path || !language) return;
+  for (const std::wstring& variant : VariantPaths(path, language)) {
+    if (LoadVariant(*this, variant)) return;
+  }
 }
 
 void BaseCatalog::setBrandingFilePath(const wchar_t* path) {

@@ -57,9 +57,11 @@ bool CatalogParser::loadCatalogFile(const wchar_t* path, FileEncoding encoding) 
   if (!ReadAll(file.c_str(), content)) return false;
 
   bool checked = false;
+  m_lineNumber = 0;
   for (std::string_view rest = content; !rest.empty();) {
     std::string_view line = rest.substr(0, rest.find('\n'));
     rest.remove_prefix(line.size() < rest.size() ? line.size() + 1 : line.size());
+    ++m_lineNumber;
     if (line.empty()) continue;
     if (!checked && !CheckEncoding(encoding, file, line)) return false;
     checked = true;
@@ -79,7 +81,10 @@ void CatalogParser::ParseLine(std::string_view bytes) {
     return;
   }
   const size_t equals = line.find(L'=');
-  if (equals == std::wstring_view::npos || equals == 0 || m_section.empty()) return;
+  if (equals == std::wstring_view::npos || equals == 0 || m_section.empty()) {
+    m_catalog.onLineWithoutMeaning();
+    return;
+  }
 
   m_key = Trimmed(line.substr(0, equals));
   m_value = Trimmed(line.substr(equals + 1));

@@ -8,6 +8,7 @@
 #ifndef LIBS_CATALOGUTIL_CATALOGPARSER_H_
 #define LIBS_CATALOGUTIL_CATALOGPARSER_H_
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,10 @@ class CatalogRecords {
   // Takes one record of a catalog file. Called by the parser on the thread that loads the file.
   virtual void onCatalogRecord(const std::wstring& section, const std::wstring& key,
                                const std::wstring& value) = 0;
+
+  // Told of each line that is skipped because it has no meaning: neither a section nor a record of
+  // one, nor a comment. A catalog does not care.
+  virtual void onLineWithoutMeaning() {}
 };
 
 // Made for one load. Takes no lock.
@@ -40,6 +45,9 @@ class CatalogParser {
   // for).
   bool loadCatalogFile(const wchar_t* path, FileEncoding encoding);
 
+  // The number of the line being read, from 1; after a load, of the last line read.
+  size_t line() const { return m_lineNumber; }
+
   CatalogRecords& m_catalog;
   // The name of the section being read; empty before the first one.
   std::wstring m_section;
@@ -47,6 +55,7 @@ class CatalogParser {
  private:
   void ParseLine(std::string_view bytes);
 
+  size_t m_lineNumber = 0;
   // Of the line being read; kept, so that not every line needs memory of its own.
   std::wstring m_line;
   std::wstring m_key;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <vector>
 
 #include "libs/kxaccess/InstallPaths.h"
 #include "libs/kxaccess/utf8.h"
@@ -10,66 +11,51 @@
 
 namespace {
 
+using ebStarter::Message;
 using ebStarter::Outcome;
 using ebStarter::Verdict;
+using orb::CatalogUtil::MessageCatalog;
+using orb::CatalogUtil::VariantPaths;
 
-// The numbers of the catalogs.
-enum Message : unsigned int {
-  kNone = 0,
-  kClosed = 1700,
-  kTimedOut = 1701,
-  kRefused = 1702,
-  kUnavailable = 1703,
-  kLogoutUnfinished = 1704,
-  kUnreachable = 1705,
-  kCertificateRefused = 1706,
-  kNoAnswer = 1707,
-  kCertificateQuestion = 1708,
-  kNoDisplay = 1709,
-  kNoBrowser = 1710,
-  kHostCheckNeeded = 1711,
-  kHostCheckFailed = 1712,
-  kStopped = 1713,
-  kProgress = 1714,
-  kHint = 1715,
-  kBusy = 1716,
-};
+constexpr wchar_t kEnglish[] = L"en";
 
 Message OfReason(const std::string& reason) {
   constexpr struct {
     const char* reason;
     Message message;
-  } kMessages[] = {
-      {"page-unreachable", kUnreachable}, {"certificate-refused", kCertificateRefused},
-      {"page-loading", kNoAnswer},        {"certificate-question", kCertificateQuestion},
-      {"no-display", kNoDisplay},         {"no-browser", kNoBrowser}};
+  } kMessages[] = {{"page-unreachable", Message::kUnreachable},
+                   {"certificate-refused", Message::kCertificateRefused},
+                   {"page-loading", Message::kNoAnswer},
+                   {"certificate-question", Message::kCertificateQuestion},
+                   {"no-display", Message::kNoDisplay},
+                   {"no-browser", Message::kNoBrowser}};
   for (const auto& entry : kMessages) {
     if (reason == entry.reason) return entry.message;
   }
-  return kNone;
+  return Message::kNone;
 }
 
 Message OfVerdict(Verdict verdict, bool logout) {
   switch (verdict) {
     case Verdict::kSignedIn:
     case Verdict::kLoggedOut:
-      return kNone;
+      return Message::kNone;
     case Verdict::kClosedByUser:
-      return logout ? kLogoutUnfinished : kClosed;
+      return logout ? Message::kLogoutUnfinished : Message::kClosed;
     case Verdict::kTimedOut:
-      return logout ? kLogoutUnfinished : kTimedOut;
+      return logout ? Message::kLogoutUnfinished : Message::kTimedOut;
     case Verdict::kRefused:
-      return kRefused;
+      return Message::kRefused;
     case Verdict::kHostCheckNeeded:
-      return kHostCheckNeeded;
+      return Message::kHostCheckNeeded;
     case Verdict::kHostCheckFailed:
-      return kHostCheckFailed;
+      return Message::kHostCheckFailed;
     case Verdict::kStopped:
-      return kStopped;
+      return Message::kStopped;
     case Verdict::kBusy:
-      return kBusy;
+      return Message::kBusy;
     default:
-      return kUnavailable;
+      return Message::kUnavailable;
   }
 }
 
@@ -78,32 +64,39 @@ void Fill(std::string& text, const std::string& mark, const std::string& value) 
   if (at != std::string::npos) text.replace(at, mark.size(), value);
 }
 
-// The first of the user's languages that there are catalogs for.
-std::string CatalogLanguage() {
-  for (const std::string& language : UserLanguages()) {
-    const std::string code = language.substr(0, language.find('-'));
-    if (code == "en" || code == "de" || code == "fr") return code;
+bool Exists(const std::wstring& path) {
+  std::error_code none;
+  return std::filesystem::exists(WideToUtf8(path), none);
+}
+
+// The first of the user's languages that one of the message catalogs is there in.
+std::wstring CatalogLanguage() {
+  std::vector<std::wstring> files;
+  MessageCatalog().getFilepaths(files);
+  for (const std::string& name : UserLanguages()) {
+    const std::wstring language = Utf8ToWide(name);
+    if (language.substr(0, language.find(L'-')) == kEnglish) break;
+    for (const std::wstring& file : files) {
+      const std::vector<std::wstring> variants = VariantPaths(file, language);
+      if (std::any_of(variants.begin(), variants.end(), Exists)) return language;
+    }
   }
-  return "en";
+  return kEnglish;
 }
 
 }  // namespace
 
 Sentences::Sentences() {
-  const std::string language = CatalogLanguage();
-  const std::wstring code = Utf8ToWide(language);
-  if (language != "en") catalog_.loadFile(nullptr, code.c_str());
+  const std::wstring language = CatalogLanguage();
+  if (language != kEnglish) catalog_.loadFile(nullptr, language.c_str());
   const std::wstring branding =
       std::wstring(InstallPaths::kBrandingFolder) + L"BrandingMessageCatalog_EN.txt";
-  std::error_code none;
-  if (std::filesystem::exists(WideToUtf8(branding), none)) {
-    catalog_.loadFile(branding.c_str(), code.c_str());
-  }
+  if (Exists(branding)) catalog_.loadFile(branding.c_str(), language.c_str());
 }
 
-std::string Sentences::Find(unsigned int id, const std::string& first,
+std::string Sentences::Find(Message message, const std::string& first,
                             const std::string& second) const {
-  const auto found = catalog_.m_records.find(id);
+  const auto found = catalog_.m_records.find(static_cast<unsigned int>(message));
   if (found == catalog_.m_records.end()) return "";
   std::string text = WideToUtf8(found->second.longDesc);
   std::replace(text.begin(), text.end(), '\n', ' ');
@@ -116,23 +109,23 @@ std::string Sentences::DetailOf(const Outcome& outcome, ebStarter::StepType type
   const bool logout = type == ebStarter::StepType::kSamlLogout;
   const ebStarter::BrowserLine line(outcome.end.browser_remark);
   Message message = OfReason(outcome.reason);
-  if (message == kNone) message = OfVerdict(outcome.verdict, logout);
-  std::string text = message == kNone ? "" : Find(message, line.host, line.error);
+  if (message == Message::kNone) message = OfVerdict(outcome.verdict, logout);
+  std::string text = message == Message::kNone ? "" : Find(message, line.host, line.error);
   if (text.empty()) return outcome.detail;
   // What an administrator needs to know.
-  const bool technical =
-      message == kUnavailable || message == kNoDisplay || message == kNoBrowser || message == kBusy;
+  const bool technical = message == Message::kUnavailable || message == Message::kNoDisplay ||
+                         message == Message::kNoBrowser || message == Message::kBusy;
   return technical ? text + " (" + outcome.detail + ")" : text;
 }
 
 std::string Sentences::Progress(long long seconds_left) const {
   const std::string left = std::to_string(seconds_left);
-  const std::string text = Find(kProgress, left);
+  const std::string text = Find(Message::kProgress, left);
   return text.empty() ? "waiting for the step to end, " + left + " s left" : text;
 }
 
 std::string Sentences::Hint() const {
-  const std::string text = Find(kHint);
+  const std::string text = Find(Message::kHint);
   return text.empty()
              ? "embedded-browser-doctor shows whether this computer has what such a step needs"
              : text;

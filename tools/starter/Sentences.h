@@ -6,6 +6,7 @@
 #include <string>
 
 #include "libs/catalogUtil/MessageCatalog.h"
+#include "tools/starter/Messages.h"
 #include "tools/starter/ebStarter.h"
 
 // English sentences are the program's and the library's own. Those of other languages, and those
@@ -24,7 +25,7 @@ class Sentences {
 
  private:
   // The message's long text, {0} and {1} filled in; empty when there is none.
-  std::string Find(unsigned int id, const std::string& first = "",
+  std::string Find(ebStarter::Message message, const std::string& first = "",
                    const std::string& second = "") const;
 
   orb::CatalogUtil::MessageCatalog catalog_;

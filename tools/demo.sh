@@ -98,6 +98,7 @@ act() {
   local id
   if [[ -n $certificate && $certificate != good ]]; then
     id=$(window '^Corvane Secure$')
+    sleep 1 # it is drawn only a moment after it shows
     picture "$id"
     # The question takes keys only a moment after it shows. "Continue" and "Continuer", "Fortfahren".
     while xdotool search --onlyvisible --name '^Corvane Secure$' >/dev/null; do

@@ -100,13 +100,16 @@ TEST_F(Starter, VerdictsAndExitStatuses) {
     EXPECT_EQ(end.err.find("embedded-browser-doctor") != std::string::npos, faulty) << entry.line;
     EXPECT_EQ(SegmentId(DataFolder(home_.path())), -1) << entry.line;
   }
-  Subprocess::Command german = Command("result", {"--cookie", kNothing, "--json"});
-  german.environment["LANGUAGE"] = "eo:de_AT";
-  german.environment["HELPER_SAYS"] =
-      "cef: closed by the user after a.test could not be reached: E\n";
-  EXPECT_THAT(
-      RunToEnd(german, seconds(30)).out,
-      HasSubstr("\"reason\":\"page-unreachable\",\"detail\":\"a.test war nicht erreichbar (E)."));
+  for (const auto& [language, detail] :
+       {std::pair("eo:de_AT", "a.test war nicht erreichbar (E)."),
+        std::pair("es_MX:fr", "No se pudo acceder a a.test (E).")}) {
+    Subprocess::Command command = Command("result", {"--cookie", kNothing, "--json"});
+    command.environment["LANGUAGE"] = language;
+    command.environment["HELPER_SAYS"] =
+        "cef: closed by the user after a.test could not be reached: E\n";
+    EXPECT_THAT(RunToEnd(command, seconds(30)).out,
+                HasSubstr("\"reason\":\"page-unreachable\",\"detail\":\"" + std::string(detail)));
+  }
   EXPECT_THAT(RunToEnd(Command("crash", {"--json"}), seconds(30)).out,
               HasSubstr("\"helper_killed_by\":6,\"return_data\":null"));
 }

@@ -1,9 +1,9 @@
 // The texts of the user interface, read as the program reads them.
 
-#include <algorithm>
-#include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -12,6 +12,7 @@
 #include "libs/catalogUtil/ResourceIds.h"
 #include "libs/kxaccess/InstallPaths.h"
 #include "libs/kxaccess/utf8.h"
+#include "tools/doctor/CatalogFile.h"
 #include "tools/doctor/Checks.h"
 
 namespace doctor {
@@ -21,17 +22,11 @@ namespace {
 using orb::CatalogUtil::MessageCatalog;
 using orb::CatalogUtil::ResourceCatalog;
 
-// The texts and buttons of the question about a certificate.
-constexpr unsigned int kNeededTexts[] = {kResourceAcceptCertificate, kResourceRefuseCertificate,
-                                         kUntrustedAuthorityText, kOtherFaultText,
-                                         kContinueQuestion};
+constexpr wchar_t kEnglish[] = L"EN";
 
-constexpr wchar_t kEnglish[] = L"_EN";
-constexpr const wchar_t* kOtherLanguages[] = {L"_DE", L"_FR"};
-
-std::wstring InLanguage(std::wstring path, const wchar_t* language) {
-  const size_t mark = path.rfind(kEnglish);
-  return mark == std::wstring::npos ? path : path.replace(mark, 3, language);
+std::wstring InLanguage(std::wstring path, const std::wstring& language) {
+  const size_t mark = path.rfind(L"_EN");
+  return mark == std::wstring::npos ? path : path.replace(mark + 1, 2, language);
 }
 
 std::vector<std::wstring> MessageFiles() {
@@ -40,38 +35,42 @@ std::vector<std::wstring> MessageFiles() {
   return files;
 }
 
-// The English files come first; a run cannot do without them.
-std::vector<std::wstring> AllFiles() {
+std::vector<std::wstring> EnglishFiles() {
   std::vector<std::wstring> files = MessageFiles();
   files.insert(files.begin(), InstallPaths::kResourceCatalog);
-  const std::vector<std::wstring> english = files;
-  for (const wchar_t* language : kOtherLanguages) {
-    for (const std::wstring& file : english) files.push_back(InLanguage(file, language));
-  }
   return files;
+}
+
+// The languages that any catalog is there in. English comes first; a run cannot do without it.
+std::vector<std::wstring> Languages() {
+  std::set<std::wstring> others;
+  for (const std::wstring& file : EnglishFiles()) {
+    const std::filesystem::path english(WideToUtf8(file));
+    std::string start = english.stem().string();
+    if (start.size() < 3 || start.substr(start.size() - 3) != "_EN") continue;
+    start.erase(start.size() - 2);
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator(english.parent_path(), error)) {
+      const std::string name = entry.path().stem().string();
+      if (entry.path().extension() != ".txt" || name.rfind(start, 0) != 0) continue;
+      others.insert(Utf8ToWide(name.substr(start.size())));
+    }
+  }
+  others.erase(kEnglish);
+  std::vector<std::wstring> languages = {kEnglish};
+  languages.insert(languages.end(), others.begin(), others.end());
+  return languages;
 }
 
 std::string MissingTexts(const std::wstring& file, bool* loads) {
   ResourceCatalog catalog;
   *loads = catalog.loadFile(file.c_str(), nullptr);
   std::string missing;
-  for (const unsigned int id : kNeededTexts) {
+  for (const unsigned int id : kResourceTexts) {
     std::wstring text;
     if (!catalog.getString(id, text) || text.empty()) missing += " " + std::to_string(id);
   }
   return missing;
-}
-
-// The number of the first line with bytes that are not UTF-8; 0 when there is none.
-int FirstBadLine(const std::string& content) {
-  const char* const end = content.data() + content.size();
-  _dcfUtf8RefIn in(content.data(), end);
-  std::uint32_t code_point;
-  while (in.position() != end) {
-    const char* const at = in.position();
-    if (!in.Get(code_point)) return 1 + static_cast<int>(std::count(content.data(), at, '\n'));
-  }
-  return 0;
 }
 
 }  // namespace
@@ -82,8 +81,9 @@ Finding CheckCatalogs() {
     return Failure("catalogs",
                    WideToUtf8(InstallPaths::kAccessIni) + " is missing or lists no catalog");
   }
-  std::string odd;
-  for (const wchar_t* language : {kEnglish, kOtherLanguages[0], kOtherLanguages[1]}) {
+  std::string odd, names;
+  for (const std::wstring& language : Languages()) {
+    names += " " + WideToUtf8(language);
     std::vector<std::wstring> failed;
     const std::wstring texts = InLanguage(InstallPaths::kResourceCatalog, language);
     bool loads = false;
@@ -101,16 +101,19 @@ Finding CheckCatalogs() {
     if (odd.empty()) odd = found;
   }
   if (!odd.empty()) return Warning("catalogs", odd);
-  return Ok("catalogs", "complete in English, German and French");
+  return Ok("catalogs", "complete in" + names);
 }
 
 Finding CheckCatalogEncoding() {
-  for (const std::wstring& file : AllFiles()) {
-    const std::string path = WideToUtf8(file);
-    std::ifstream in(path, std::ios::binary);
-    const std::string content{std::istreambuf_iterator<char>(in), {}};
-    if (const int line = FirstBadLine(content)) {
-      return Warning("catalog-encoding", path + ", line " + std::to_string(line) + " is not UTF-8");
+  for (const std::wstring& language : Languages()) {
+    for (const std::wstring& file : EnglishFiles()) {
+      const std::string path = WideToUtf8(InLanguage(file, language));
+      std::ifstream in(path, std::ios::binary);
+      const std::string content{std::istreambuf_iterator<char>(in), {}};
+      if (const int line = FirstBadLine(content)) {
+        return Warning("catalog-encoding",
+                       path + ", line " + std::to_string(line) + " is not UTF-8");
+      }
     }
   }
   return Ok("catalog-encoding", "UTF-8");

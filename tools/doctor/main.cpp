@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/doctor/CatalogFaults.h"
 #include "tools/doctor/Checks.h"
 #include "tools/doctor/Report.h"
 
@@ -22,6 +23,9 @@ constexpr char kHelp[] =
   --list       print the list of all known problems and what to do about them
   --markdown   print that list in Markdown, grouped by symptom
   --commonest  print the commonest problems in Markdown
+  --catalogs [FOLDER]
+               look through the text catalogs of the installation, or of a folder, as a translator
+               does: one line for each fault, and exit status 1 when there is any
   --help       print this
 
 Run it as the user who signs in, in the session in which the window is to appear.
@@ -61,6 +65,9 @@ int RunAll(bool json) {
 int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);
   const std::string option = argc > 1 ? argv[1] : "";
+  if (option == "--catalogs" && argc <= 3) {
+    End(doctor::PrintCatalogFaults(argc == 3 ? argv[2] : ""));
+  }
   if (argc > 2 ||
       (argc == 2 && option != "--json" && option != "--list" && option != "--markdown" &&
        option != "--commonest" && option != "--help" && option != "-h")) {

@@ -8,6 +8,9 @@ set(EB_PRODUCT_NAME "Corvane Secure")
 set(EB_WINDOW_CLASS "CorvaneSecure")
 set(EB_PRODUCT_SUPPORT "/Library/Application Support/Corvane Secure")
 set(EB_FRAMEWORK_DIR "${EB_PRODUCT_SUPPORT}/Chromium Embedded Framework.framework")
+set(EB_LOG_DIR "/var/log/Corvane Secure/Logging")
+# Desktops look there; an installation has it below its prefix.
+set(EB_DESKTOP_DIR "/usr/share")
 set(EB_APP_BUNDLE "/Applications/Corvane Secure.app")
 set(EB_PROGRAM_DIR "${EB_APP_BUNDLE}/Contents/Helpers/EmbeddedBrowser.app")
 
@@ -77,7 +80,7 @@ function(eb_layout result)
     list(APPEND files "${ARG_PACKAGING}/stage/MainMenu.xib|${EB_PROGRAM_RESOURCES}|MainMenu.xib")
 
     # For the windows, and where desktops look.
-    set(share "/usr/share")
+    set(share "${EB_DESKTOP_DIR}")
     configure_file("${ARG_PACKAGING}/stage/embedded-browser.desktop.in"
       "${ARG_GENERATED}/embedded-browser.desktop" @ONLY)
     list(APPEND files

@@ -13,7 +13,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (!folder) {
     static TempDir made;
     folder = &made;
-    for (const auto& entry : std::filesystem::directory_iterator(kScenarioFolder)) {
+    for (const auto& entry : std::filesystem::directory_iterator(ScenarioFolder())) {
       create_symlink(entry.path(), made.file(entry.path().filename()));
     }
     std::filesystem::create_symlink(path, made.file("fuzz.json"));

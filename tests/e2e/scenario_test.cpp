@@ -25,7 +25,7 @@ using std::chrono::steady_clock;
 seconds NextTry(const Hand& hand) { return seconds(hand.type.empty() ? 1 : 5); }
 
 std::vector<Scenario> Those(bool nightly) {
-  std::vector<Scenario> chosen = ReadScenarios(kScenarioFolder);
+  std::vector<Scenario> chosen = ReadScenarios(ScenarioFolder());
   const auto other = [nightly](const Scenario& scenario) { return scenario.nightly != nightly; };
   chosen.erase(std::remove_if(chosen.begin(), chosen.end(), other), chosen.end());
   return chosen;

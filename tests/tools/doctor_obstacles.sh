@@ -64,6 +64,7 @@ UserWithoutAnEntry() {
   mkdir -p "$LOG"
   hide "${LOG%/*}" -o ro
 }
+LogFolderMissing() { hide "${LOG%/*}"; }
 LogReadOnly() { hide "$LOG" -o ro; }
 LogIsALink() { hide "$LOG"; ln -s "$FAKE/x" "$LOG/debuglog.log"; }
 LogHasAnotherName() { hide "$LOG"; touch "$LOG/a"; ln "$LOG/a" "$LOG/debuglog.log"; }

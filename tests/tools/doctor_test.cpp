@@ -129,6 +129,7 @@ INSTANTIATE_TEST_SUITE_P(
         Obstacle{"UserWithoutAnEntry",
                  "warning user-entry|warning log-folder: .*nothing can be created.*no home folder|"
                  "warning log-file: nothing is ever written to "},
+        Obstacle{"LogFolderMissing", "warning log-folder: .*does not exist"},
         Obstacle{"LogReadOnly", "warning log-file: no file can be created"},
         Obstacle{"LogIsALink", "warning log-file: .* is a symbolic link"},
         Obstacle{"LogHasAnotherName", "warning log-file: .* has other names too"},

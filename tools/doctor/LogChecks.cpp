@@ -65,6 +65,10 @@ Finding CheckUserEntry() {
 
 Finding CheckLogFolder() {
   const LogPlace place = FindPlace();
+  // Where root makes it by signing in, the others could not write to it.
+  if (place.global && access(place.folder.c_str(), F_OK) != 0 && errno == ENOENT) {
+    return Warning("log-folder", place.folder + " does not exist");
+  }
   if (place.global) return Ok("log-folder", place.folder);
   return Warning("log-folder",
                  place.no_machine_log + (place.problem.empty() ? "" : "; ") + place.problem);

@@ -97,8 +97,11 @@ const std::vector<Problem> kProblems = {
      "Your user id has no entry in the user database, as in some containers",
      "Add one to /etc/passwd, with a home folder that you can write", Verdict::kSignedIn},
     {"log-folder", true, "There is no log",
-     "The machine's log folder cannot be used, and nothing is written to one in a home folder",
-     "Let root make the folder, with the mode 0755", Verdict::kSignedIn},
+     "The machine's log folder is missing or cannot be used, and nothing is written to one in a "
+     "home "
+     "folder",
+     "Let root make the folder, with the mode 0777, or install the program again",
+     Verdict::kSignedIn},
     {"log-file", true, "There is no log of my sign-in, or only half of it",
      "The log file cannot be created, is another user's and not writable for all, is a link or not "
      "a "

@@ -27,6 +27,7 @@ constexpr char kHelp[] =
                look through the text catalogs of the installation, or of a folder, as a translator
                does: one line for each fault, and exit status 1 when there is any
   --help       print this
+  --version    print the version
 
 Run it as the user who signs in, in the session in which the window is to appear.
 Prints one line for each thing looked at, and advice where something is wrong.
@@ -70,13 +71,15 @@ int main(int argc, char** argv) {
   }
   if (argc > 2 ||
       (argc == 2 && option != "--json" && option != "--list" && option != "--markdown" &&
-       option != "--commonest" && option != "--help" && option != "-h")) {
+       option != "--commonest" && option != "--help" && option != "-h" && option != "--version")) {
     std::fprintf(stderr, "embedded-browser-doctor: unknown argument %s (see --help)\n",
                  argc > 2 ? argv[2] : argv[1]);
     return kWrongUsage;
   }
   if (option == "--help" || option == "-h") {
     std::fputs(kHelp, stdout);
+  } else if (option == "--version") {
+    std::puts("embedded-browser-doctor " EB_DOCTOR_VERSION);
   } else if (option == "--list") {
     std::fputs(doctor::ProblemsText().c_str(), stdout);
   } else if (option == "--markdown") {

@@ -27,7 +27,7 @@ class GatewayBox {
     // Which host the certificate's fault is for: "gateway", "idp" or "third"; empty: all three. The
     // others then serve a good one.
     std::string certificate_for;
-    std::string scenarios = kScenarioFolder;
+    std::string scenarios = ScenarioFolder();
     std::string only;  // the one scenario that is served; empty: all
   };
 

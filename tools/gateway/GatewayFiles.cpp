@@ -1,4 +1,4 @@
 #include "tools/gateway/GatewayFiles.h"
 
-const char kScenarioFolder[] = EB_GATEWAY_FILES "/scenarios";
-const char kScenarioSchema[] = EB_GATEWAY_FILES "/scenario.schema.json";
+std::string ScenarioFolder() { return EB_GATEWAY_FILES "/scenarios"; }
+std::string ScenarioSchema() { return EB_GATEWAY_FILES "/scenario.schema.json"; }

@@ -113,7 +113,7 @@ std::string Describe(const std::string& keyword, const Value& value, const Value
 
 const Document& SchemaText() {
   static const std::unique_ptr<Document> document = [] {
-    const std::string file = kScenarioSchema;
+    const std::string file = ScenarioSchema();
     auto made = std::make_unique<Document>();
     Parse(file, ReadText(file, file), *made);
     return made;

@@ -31,6 +31,7 @@ A VPN gateway and an identity provider on loopback, to write and try a caller ag
   --certificate-for HOST    only this host has it (gateway, idp, third), the others a good one
   --authority-file FILE     write the certificate of the authority behind good ones (PEM)
   --exit-with-stdin         exit when standard input is closed, too
+  --help, --version         print this text, or the version
 
 Prints one line of JSON when it is ready; "/" lists the scenarios. Exits on SIGTERM and SIGINT.
 )";
@@ -141,7 +142,11 @@ int Serve(const Settings& settings, int signals) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 2 && std::string(argv[1]) == "--help") return std::fputs(kHelp, stdout) < 0;
+  const std::string first = argc == 2 ? argv[1] : "";
+  if (first == "--help") return std::fputs(kHelp, stdout) < 0;
+  if (first == "--version") {
+    return std::puts("embedded-browser-gateway " EB_GATEWAY_VERSION) < 0;
+  }
   const std::optional<Settings> settings = Parse(argc, argv);
   if (!settings) return 2;
   // Blocked before any thread begins, so that all threads have them blocked.

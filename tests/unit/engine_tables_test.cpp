@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -11,7 +12,8 @@
 #include "cef/chromium/base/NetErrors.h"
 #include "cef/chromium/browser/TitleText.h"
 #include "cef/chromium/process/ChromiumSwitches.h"
-#include "cef/chromium/process/NetLogParser.h"
+#include "cef/chromium/process/NetLog.h"
+#include "tests/support/TempDir.h"
 
 using testing::Contains;
 using testing::ElementsAre;
@@ -139,4 +141,23 @@ TEST(NetLogParserTest, SurvivesWhatItDoesNotKnow) {
   // An endless line is dropped, what follows is read.
   EXPECT_THAT(Parse(kHead + std::string(6u << 20, 'x') + "\n" + events, 4096),
               ElementsAre(Pair("a.test", 5)));
+}
+
+TEST(NetLogTest, ForgetsTheHostsOfLongAgo) {
+  const TempDir folder;
+  std::string err;
+  const auto log = engine::NetLog::Start(folder.path(), &err);
+  ASSERT_TRUE(log) << err;
+  std::ofstream fifo(log->path());
+  fifo << kHead;
+  for (int i = 0; i < 300; ++i) {
+    // One that comes again and again stays.
+    for (const std::string& host : {std::string("often.test"), std::to_string(i) + ".test"}) {
+      fifo << Event(77, 1, R"({"host":")" + host + "\"}") << Event(77, 1, R"({"cert_status":5})");
+    }
+  }
+  fifo.flush();
+  EXPECT_TRUE(log->Fault("299.test", 0, std::chrono::seconds(10)));
+  EXPECT_TRUE(log->Fault("often.test", 4, std::chrono::seconds(0)));
+  EXPECT_FALSE(log->Fault("0.test", 0, std::chrono::seconds(0)));
 }

@@ -18,6 +18,7 @@ namespace {
 // A page has half a second for its unload handlers.
 constexpr int kCloseRetryMs = 700;
 constexpr int kCloseAttempts = 4;
+constexpr size_t kMostAwaiting = 64;
 constexpr char kInvalidUrl[] = "net::ERR_INVALID_URL";
 
 int NextIdentifier() {
@@ -73,9 +74,10 @@ void Browser::SetUpIsDone() {
 void Browser::WhenSetUp(std::function<void()> done) {
   if (set_up_) {
     done();
-  } else {
-    awaiting_set_up_.push_back(std::move(done));
+    return;
   }
+  if (awaiting_set_up_.size() >= kMostAwaiting) awaiting_set_up_.erase(awaiting_set_up_.begin());
+  awaiting_set_up_.push_back(std::move(done));
 }
 
 void Browser::Close(bool force) {

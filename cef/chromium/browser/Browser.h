@@ -51,7 +51,8 @@ class Browser : public CefBrowser {
 
   // The page's set-up is in force from now on. Before that a document must not begin. IO thread.
   void SetUpIsDone();
-  // Calls back when it is: at once, or from SetUpIsDone(). IO thread.
+  // Calls back when it is: at once, or from SetUpIsDone(). What has waited longest among very many
+  // is dropped, since a later navigation has taken its place. IO thread.
   void WhenSetUp(std::function<void()> done);
 
   // Closes the window; repeated calls do no harm. See CefBrowserHost::CloseBrowser.

@@ -13,6 +13,7 @@
 
 #include "cef/chromium/network/Certificates.h"
 
+#include <algorithm>
 #include <atomic>
 #include <memory>
 
@@ -33,6 +34,8 @@ constexpr int kVerdictDelayMs = 50;
 // On a busy machine the log may come late, but it comes. Without it the consent would hold for
 // less, and the user be asked again.
 constexpr std::chrono::milliseconds kVerdictLimit{2000};
+constexpr size_t kMostWaiting = 256;
+constexpr size_t kMostAllowed = 64;
 
 }  // namespace
 
@@ -55,10 +58,12 @@ void Certificates::OnError(const JsonValue& params) {
   const std::string url = TextAt(params, "requestURL");
   const std::string error = TextAt(params, "errorType");
   Url parsed;
-  if (!ParseUrl(url, &parsed)) {
+  if (waiting_.count(event) != 0) return;
+  if (!ParseUrl(url, &parsed) || waiting_.size() >= kMostWaiting) {
     AnswerEvent(event, false);
     return;
   }
+  waiting_.insert(event);
   // The host may show another certificate than before, and the verdict on it may come a little
   // later than the error: an older one must not be taken for it.
   IoThread::Get().PostDelayedTask(
@@ -92,7 +97,8 @@ void Certificates::Decide(int64_t event, const std::string& url, const std::stri
 bool Certificates::IsAllowed(const std::string& host, const std::string& error) const {
   const auto fault =
       fault_source_(host, CertStatusBit(NetErrorCode(error)), std::chrono::milliseconds(0));
-  return allowed_.count({host, error, fault ? fault->certificate : ""}) != 0;
+  const Consent consent = {host, error, fault ? fault->certificate : ""};
+  return std::find(allowed_.begin(), allowed_.end(), consent) != allowed_.end();
 }
 
 void Certificates::Ask(int question, const CefRefPtr<Browser>& browser, const std::string& host,
@@ -136,20 +142,27 @@ void Certificates::Answer(int question, bool allow, const std::string& certifica
   IoThread::Get().PostTask([this, question, allow, certificate] {
     const auto found = questions_.find(question);
     if (found == questions_.end()) return;
-    if (allow) allowed_.insert({found->second.host, found->second.error, certificate});
+    if (allow) allowed_.push_back({found->second.host, found->second.error, certificate});
+    if (allowed_.size() > kMostAllowed) allowed_.pop_front();
     for (const int64_t event : found->second.events) AnswerEvent(event, allow);
     questions_.erase(found);
   });
 }
 
 void Certificates::AnswerEvent(int64_t event, bool allow) {
+  waiting_.erase(event);
   connection_.Send("", "Security.handleCertificateError",
                    JsonObject().Add("eventId", event).Add("action", allow ? "continue" : "cancel"));
 }
 
 void Certificates::BrowserGone(const std::string& target_id) {
   for (auto it = questions_.begin(); it != questions_.end();) {
-    it = it->second.target_id == target_id ? questions_.erase(it) : std::next(it);
+    if (it->second.target_id != target_id) {
+      ++it;
+      continue;
+    }
+    for (const int64_t event : it->second.events) waiting_.erase(event);
+    it = questions_.erase(it);
   }
 }
 

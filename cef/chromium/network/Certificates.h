@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <optional>
@@ -23,7 +24,9 @@ namespace engine {
 // The client is asked for main frames only; everything else with a bad certificate is cancelled
 // without a word. Once allowed, the same certificate passes for that host until the process ends.
 // One that is allowed before the verifier has named it passes only while it is not named. Chromium
-// does not remember the answers given this way, it asks again for each new connection.
+// does not remember the answers given this way, it asks again for each new connection. What a page
+// or a server can multiply is limited: of very many requests at a time some are cancelled, and of
+// very many certificates the one that was allowed first is asked about again.
 class Certificates {
  public:
   // What is wrong with a host's certificate, `fault` among it, if that is known within `wait`.
@@ -71,7 +74,8 @@ class Certificates {
   FaultSource fault_source_;
 
   // IO thread only.
-  std::set<Consent> allowed_;  // host, error, certificate
+  std::set<int64_t> waiting_;    // the events without an answer
+  std::deque<Consent> allowed_;  // host, error, certificate; the oldest first
   std::map<int, Question> questions_;
   int last_question_ = 0;
 };

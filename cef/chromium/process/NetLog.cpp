@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <vector>
@@ -27,6 +28,9 @@ constexpr int kFifoSize = 1 << 20;
 // Bits that say something without being a fault: extended validation, revocation checked, and so
 // on.
 constexpr uint32_t kNoFault = 0x00FF0000;
+
+// A page may make Chromium connect to any number of hosts.
+constexpr size_t kMostHosts = 256;
 
 // The verifier names hosts in lower case and IPv6 addresses without brackets.
 std::string VerifierHost(std::string host) {
@@ -74,23 +78,30 @@ std::optional<CertVerdict> NetLog::Fault(const std::string& host, uint32_t fault
                                          std::chrono::milliseconds wait) {
   const std::string wanted = VerifierHost(host);
   std::unique_lock<std::mutex> lock(mutex_);
+  auto found = faults_.end();
   const auto is_there = [&] {
-    const auto found = faults_.find(wanted);
-    if (found == faults_.end()) return false;
-    return fault == 0 || (found->second.status & fault) != 0;
+    found = std::find_if(faults_.begin(), faults_.end(),
+                         [&](const CertVerdict& known) { return known.host == wanted; });
+    return found != faults_.end() && (fault == 0 || (found->status & fault) != 0);
   };
   if (!changed_.wait_for(lock, wait, is_there)) return std::nullopt;
-  return faults_[wanted];
+  return *found;
+}
+
+void NetLog::Keep(const CertVerdict& verdict) {
+  if ((verdict.status & ~kNoFault) == 0) return;
+  std::lock_guard<std::mutex> lock(mutex_);
+  faults_.erase(std::remove_if(faults_.begin(), faults_.end(),
+                               [&](const CertVerdict& old) { return old.host == verdict.host; }),
+                faults_.end());
+  faults_.push_front(verdict);
+  if (faults_.size() > kMostHosts) faults_.pop_back();
+  changed_.notify_all();
 }
 
 void NetLog::Drain() {
   std::vector<char> piece(kPiece);
-  const auto keep = [this](const CertVerdict& verdict) {
-    if ((verdict.status & ~kNoFault) == 0) return;
-    std::lock_guard<std::mutex> lock(mutex_);
-    faults_[verdict.host] = verdict;
-    changed_.notify_all();
-  };
+  const auto keep = [this](const CertVerdict& verdict) { Keep(verdict); };
   Clock::time_point last_read;
   for (;;) {
     pollfd watched[] = {{fifo_fd_, POLLIN, 0}, {stop_fd_, POLLIN, 0}};

@@ -8,7 +8,7 @@
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
-#include <map>
+#include <deque>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -37,20 +37,22 @@ class NetLog {
 
   // The newest faulty verdict on the host, if `fault` (a bit of cef_cert_status_t; 0 for any) is
   // among its faults; waits for such a one up to `wait`. Nothing if none came. Any thread.
+  // Kept for the hosts that were in the log last.
   std::optional<CertVerdict> Fault(const std::string& host, uint32_t fault,
                                    std::chrono::milliseconds wait);
 
  private:
   NetLog() = default;
   void Drain();
+  void Keep(const CertVerdict& verdict);
 
   std::string path_;
   int fifo_fd_ = -1;
   int stop_fd_ = -1;  // eventfd that ends the thread
   std::mutex mutex_;
   std::condition_variable changed_;
-  std::map<std::string, CertVerdict> faults_;  // by host; guarded by mutex_
-  NetLogParser parser_;                        // the thread's
+  std::deque<CertVerdict> faults_;  // one a host, the newest first; guarded by mutex_
+  NetLogParser parser_;             // the thread's
   std::thread thread_;
 };
 

@@ -63,14 +63,30 @@ TEST_F(ProfileTest, MakesTheFolderAndKeepsItsPreferences) {
 }
 
 TEST_F(ProfileTest, WhatEarlierRunsWroteDownIsRemoved) {
-  const std::string written[] = {"cef/Default/Sessions/Tabs_1", "cef/Default/History",
-                                 "cef/BrowserMetrics/BrowserMetrics-6B0272D0-638.pma"};
+  const std::string written[] = {"cef/Default/Sessions/Tabs_1", "cef/Default/History"};
   for (const std::string& file : written) folder_.write(file, "https://idp.test/page");
   auto profile = Open(path_);
   for (const std::string& file : written) EXPECT_FALSE(fs::exists(folder_.file(file))) << file;
   // Where a folder would be, a file is in the way.
   for (const char* name : {"/Default/Sessions", "/Default/Sessions_Encrypted"}) {
     EXPECT_TRUE(fs::is_regular_file(path_ + name)) << name;
+  }
+}
+
+// The usage notes alone were 6 KiB more with every run.
+TEST_F(ProfileTest, NotesDoNotGrowFromRunToRunAndSignInsStay) {
+  for (int run = 0; run < 2; ++run) {
+    const std::string gone[] = {"cef/BrowserMetrics/BrowserMetrics-6B0272D0-638.pma",
+                                "cef/Default/shared_proto_db/000003.log", "cef/Default/DIPS-wal",
+                                "cef/Default/Session Storage/000003.log"};
+    const std::string kept[] = {"cef/Default/Cookies",
+                                "cef/Default/Local Storage/leveldb/000003.log",
+                                "cef/Default/ClientCertificates/000003.log"};
+    for (const std::string& file : gone) folder_.write(file, "https://idp.test/page");
+    for (const std::string& file : kept) folder_.write(file, "signed in");
+    auto profile = Open(path_);
+    for (const std::string& file : gone) EXPECT_FALSE(fs::exists(folder_.file(file))) << file;
+    for (const std::string& file : kept) EXPECT_TRUE(fs::exists(folder_.file(file))) << file;
   }
 }
 

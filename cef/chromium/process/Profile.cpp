@@ -53,9 +53,16 @@ void RemoveStaleLocks(const std::string& dir) {
   }
 }
 
-// Statistics, which are sent nowhere: 4 MiB from every run that ends before Chromium thinks of
-// deleting those of the last one.
-void RemoveStatistics(const std::string& dir) { RemoveTree(dir + "/BrowserMetrics"); }
+// What would grow from run to run and no sign-in needs: statistics, which are sent nowhere (4 MiB
+// from every run that ends before Chromium thinks of deleting those of the last one), notes on how
+// Chromium and each site are used (6 KiB a run), and what pages kept for windows that are gone.
+void RemoveNotes(const std::string& dir) {
+  for (const char* name :
+       {"BrowserMetrics", "Default/shared_proto_db", "Default/Site Characteristics Database",
+        "Default/DIPS", "Default/DIPS-journal", "Default/DIPS-wal", "Default/Session Storage"}) {
+    RemoveTree(dir + "/" + name);
+  }
+}
 
 // A Chromium that could not start, or was killed, leaves its locks; another may have come
 // meanwhile.
@@ -114,7 +121,7 @@ std::unique_ptr<Profile> Profile::Open(const std::string& cache_path, std::strin
   // The lock is among ourselves; any other Chromium shows by its socket.
   if (RunsOn(dir)) return OpenPrivate(dir, err);
   RemoveStaleLocks(dir);
-  RemoveStatistics(dir);
+  RemoveNotes(dir);
   std::string ignored;
   if (!SeedPreferences(dir, &ignored)) return OpenPrivate(dir, err);
   KeepNoSessions(dir);

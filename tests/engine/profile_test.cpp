@@ -78,7 +78,8 @@ TEST_F(ProfileTest, NotesDoNotGrowFromRunToRunAndSignInsStay) {
   for (int run = 0; run < 2; ++run) {
     const std::string gone[] = {"cef/BrowserMetrics/BrowserMetrics-6B0272D0-638.pma",
                                 "cef/Default/shared_proto_db/000003.log", "cef/Default/DIPS-wal",
-                                "cef/Default/Session Storage/000003.log"};
+                                "cef/Default/Session Storage/000003.log",
+                                "cef/segmentation_platform/ukm_db"};
     const std::string kept[] = {"cef/Default/Cookies",
                                 "cef/Default/Local Storage/leveldb/000003.log",
                                 "cef/Default/ClientCertificates/000003.log"};

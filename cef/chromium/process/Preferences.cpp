@@ -184,7 +184,7 @@ void KeepNoSessions(const std::string& profile_dir) {
        {"History", "History-journal", "Favicons", "Favicons-journal", "Top Sites",
         "Top Sites-journal", "Visited Links", "Shortcuts", "Shortcuts-journal",
         "Network Action Predictor", "Network Action Predictor-journal", "Cache", "Web Data",
-        "Web Data-journal", "../segmentation_platform"}) {
+        "Web Data-journal"}) {
     RemoveTree(folder / name);
   }
   // Where a folder is to be, a file keeps it from being made.

@@ -57,9 +57,9 @@ void RemoveStaleLocks(const std::string& dir) {
 // from every run that ends before Chromium thinks of deleting those of the last one), notes on how
 // Chromium and each site are used (6 KiB a run), and what pages kept for windows that are gone.
 void RemoveNotes(const std::string& dir) {
-  for (const char* name :
-       {"BrowserMetrics", "Default/shared_proto_db", "Default/Site Characteristics Database",
-        "Default/DIPS", "Default/DIPS-journal", "Default/DIPS-wal", "Default/Session Storage"}) {
+  for (const char* name : {"BrowserMetrics", "segmentation_platform", "Default/shared_proto_db",
+                           "Default/Site Characteristics Database", "Default/DIPS",
+                           "Default/DIPS-journal", "Default/DIPS-wal", "Default/Session Storage"}) {
     RemoveTree(dir + "/" + name);
   }
 }

@@ -3,6 +3,7 @@
 #include "GUI/cefBrowser/CefBrowserHelper.h"
 #include "GUI/cefBrowser/CertificateTexts.h"
 #include "GUI/cefBrowser/CertificateWarning.h"
+#include "GUI/cefBrowser/CookieStandIns.h"
 #include "GUI/cefBrowser/LoadErrorPage.h"
 #include "GUI/cefBrowser/MacAppDelegate.h"
 #include "GUI/newUI/CommonWebBrowser.h"
@@ -179,7 +180,11 @@ EmbBrowserHandler::ReturnValue EmbBrowserHandler::OnBeforeResourceLoad(
   // Names the other hook and lacks its closing parenthesis; kept on purpose.
   KXLOG(4, kCefModule, "EmbBrowserHandler::OnResourceResponse(URL:%ls, Media type = %d",
         url.c_str(), static_cast<int>(request->GetResourceType()));
-  if (!AskSession(request, [&] { return m_Session_->CheckIfCompleted(url); })) {
+  if (!AskSession(request, [&] {
+        const bool finished = m_Session_->CheckIfCompleted(url);
+        KXLOG(5, kCefModule, "CheckIfCompleted(%ls) = %d", url.c_str(), finished ? 1 : 0);
+        return finished;
+      })) {
     return m_ResourceManager_->OnBeforeResourceLoad(browser, frame, request, callback);
   }
   CloseFinished(browser);
@@ -208,8 +213,12 @@ bool EmbBrowserHandler::OnResourceResponse(CefRefPtr<CefBrowser> browser, CefRef
   std::string cookies;
   const auto cookie_header = headers.find("Cookie");
   if (cookie_header != headers.end()) cookies = cookie_header->second.ToString();
+  const std::string url = request->GetURL().ToString();
   if (!AskSession(request, [&] {
-        return m_Session_->ProcessCookieResponse(request->GetURL().ToString(), cookies);
+        const bool finished = m_Session_->ProcessCookieResponse(url, cookies);
+        KXLOG(5, kCefModule, "ProcessCookieResponse(%s) = %d cookies [%s]", url.c_str(),
+              finished ? 1 : 0, CookieStandIns(cookies).c_str());
+        return finished;
       })) {
     return false;
   }

@@ -1,0 +1,101 @@
+// Reads the log of the client's programs: see --help.
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "tools/log/ControlBlock.h"
+#include "tools/log/LogFiles.h"
+#include "tools/log/Options.h"
+#include "tools/log/Output.h"
+
+namespace {
+
+using log_reader::Options;
+using log_reader::Record;
+
+constexpr int kFailed = 1;
+constexpr int kWrongUsage = 2;
+
+int Complain(const std::string& problem, int status = kFailed) {
+  std::fprintf(stderr, "embedded-browser-log: %s\n", log_reader::Harmless(problem).c_str());
+  return status;
+}
+
+int End(int status) { return std::fflush(stdout) == 0 ? status : Complain(std::strerror(errno)); }
+
+// Whether anybody still reads what is printed; looks again after a moment.
+bool Wait() {
+  constexpr int kMoment = 200;  // milliseconds
+  pollfd output = {STDOUT_FILENO, 0, 0};
+  return poll(&output, 1, kMoment) == 0;
+}
+
+int PrintRecords(const Options& options) {
+  bool shown = !options.follow || !options.filter.since.empty();
+  log_reader::LogFiles log(options.file.empty() ? log_reader::FindLog() : options.file);
+  const auto print = [&](const Record& record) {
+    if (!shown || !options.filter.Lets(record)) return;
+    const std::string text = options.json ? JsonText(record) : PlainText(record);
+    std::fwrite(text.data(), 1, text.size(), stdout);
+  };
+  std::string problem;
+  do {
+    problem = log.Read(print);
+    shown = true;
+  } while (options.follow && problem.empty() && std::fflush(stdout) == 0 && Wait());
+  if (log.faults() != 0) {
+    Complain(std::to_string(log.faults()) + " pieces of the log are no records");
+  }
+  return problem.empty() ? End(0) : End(Complain(problem));
+}
+
+int ShowLevel() {
+  int level = 0;
+  const std::string problem = log_reader::ReadLevel(level);
+  if (!problem.empty()) return Complain(problem);
+  std::printf("%d\n", level);
+  return End(0);
+}
+
+int SetLevel(const Options& options) {
+  const std::string problem = log_reader::SetLevel(options.level);
+  return problem.empty() ? 0 : Complain("the level stays as it is: " + problem);
+}
+
+int Print(const char* text) {
+  std::fputs(text, stdout);
+  return End(0);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // Everybody can take the control block's memory away while it is looked at.
+  std::signal(SIGBUS, [](int) {
+    constexpr char kTaken[] = "embedded-browser-log: the control block has been taken away\n";
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, kTaken, sizeof kTaken - 1);
+    _exit(kFailed);
+  });
+  Options options;
+  const std::string wrong =
+      ParseOptions(std::vector<std::string>(argv + (argc > 0), argv + argc), options);
+  if (!wrong.empty()) return Complain(wrong + " (see --help)", kWrongUsage);
+  switch (options.command) {
+    case Options::Command::kRecords:
+      return PrintRecords(options);
+    case Options::Command::kShowLevel:
+      return ShowLevel();
+    case Options::Command::kSetLevel:
+      return SetLevel(options);
+    case Options::Command::kHelp:
+      return Print(log_reader::kHelp);
+    case Options::Command::kVersion:
+      return Print("embedded-browser-log " EB_LOG_VERSION "\n");
+  }
+}

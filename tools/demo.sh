@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Runs one step through the starter, the program and a real browser window, against the gateway box.
-# Called by ./dev demo.
+# Called by ./dev demo: demo.sh BUILD [ARGUMENT..], and before it builds anything with "check" in
+# place of BUILD, which only looks at the arguments.
 set -euo pipefail
 
 die() { printf 'demo: %s\n' "$*" >&2; exit 1; }
@@ -8,9 +9,10 @@ say() { printf '%s\n' "$*" >&2; }
 
 readonly kinds='good unknown-authority wrong-host expired wrong-host-unknown-authority'
 
-build_dir=$(realpath "$1")
+only_check= build_dir=
+if [[ $1 == check ]]; then only_check=1; else build_dir=$(realpath "$1"); fi
 shift
-step=saml interactive= certificate= screenshot=$build_dir/demo.png
+step=saml interactive= certificate= screenshot=
 while (($#)); do
   case $1 in
     saml | custom | logout) step=$1 ;;
@@ -31,10 +33,15 @@ while (($#)); do
 done
 
 # Before anybody waits for a picture that cannot be kept. Its name says how it is stored.
-rm -f "$screenshot" 2>/dev/null
-{ : >"$screenshot"; } 2>/dev/null || die "cannot write $screenshot"
+if [[ -n $screenshot ]]; then
+  rm -f "$screenshot" 2>/dev/null
+  { : >"$screenshot"; } 2>/dev/null || die "cannot write $screenshot"
+  rm -f "$screenshot"
+  [[ $screenshot == *.png || $screenshot == *.jpg ]] || die "--screenshot takes a file named .png or .jpg"
+fi
+[[ -z $only_check ]] || exit 0
+screenshot=${screenshot:-$build_dir/demo.png}
 rm -f "$screenshot"
-[[ $screenshot == *.png || $screenshot == *.jpg ]] || die "--screenshot takes a file named .png or .jpg"
 
 work=$(mktemp -d)
 children=()
@@ -91,14 +98,21 @@ trust_authority() {
 
 window() { timeout 30 xdotool search --sync --onlyvisible --name "$1" | tail -n 1; }
 
-picture() { [[ -e $screenshot ]] || import -frame -window "$1" "$screenshot"; }
+# A window shows a moment before it is drawn, and has only a few colours until then.
+picture() {
+  [[ ! -e $screenshot ]] || return 0
+  local tries=50
+  while import -frame -window "$1" "$screenshot" &&
+      (($(identify -format %k "$screenshot") < 16 && tries-- > 0)); do
+    sleep 0.1
+  done
+}
 
 # What the user does: answers the certificate question, signs in.
 act() {
   local id
   if [[ -n $certificate && $certificate != good ]]; then
     id=$(window '^Corvane Secure$')
-    sleep 1 # it is drawn only a moment after it shows
     picture "$id"
     # The question takes keys only a moment after it shows. "Continue" and "Continuer", "Fortfahren".
     while xdotool search --onlyvisible --name '^Corvane Secure$' >/dev/null; do

@@ -154,6 +154,7 @@ bool MessageLoop::Init() { return true; }
 void MessageLoop::Run() {}
 void MessageLoop::Quit() {}
 bool MessageLoop::AwaitReadable(int, Clock::time_point) { return false; }
+void MessageLoop::GuardSignals() {}
 void MessageLoop::HandOverSignals() {}
 bool MessageLoop::DisplayIsLost() const { return false; }
 void MessageLoop::BreakAlerts() {}

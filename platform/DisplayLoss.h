@@ -1,6 +1,6 @@
 // What happens when the display goes away in the middle. Left alone, X's library ends the process.
 //
-// Linux only; everything here belongs to the main thread.
+// Linux only; everything here but CutDisplay() belongs to the main thread.
 
 #ifndef PLATFORM_DISPLAYLOSS_H_
 #define PLATFORM_DISPLAYLOSS_H_
@@ -19,6 +19,10 @@ int DisplayConnection();
 
 // Whether the display has gone, asked of the connection itself.
 bool DisplayHasGone();
+
+// Ends this process's connections to X servers, also one that is only being made, so that whoever
+// waits for such a server finds it gone. For a display that does not answer. Any thread.
+void CutDisplay();
 
 // Gives up a display that has gone: from then on the process has none. Must not be called from
 // within AppKit.

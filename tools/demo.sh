@@ -96,7 +96,17 @@ trust_authority() {
   certutil -d "sql:$store" -A -t C,, -n gateway-box -i "$work/authority.pem"
 }
 
-window() { timeout 30 xdotool search --sync --onlyvisible --name "$1" | tail -n 1; }
+# The window of that title, within half a minute. A window that goes meanwhile makes a search fail.
+window() {
+  local id tries=150
+  while ((tries-- > 0)); do
+    id=$(xdotool search --onlyvisible --name "$1" 2>/dev/null | tail -n 1) || true
+    [[ -z $id ]] || { echo "$id"; return; }
+    sleep 0.2
+  done
+  echo "no window $1" >&2
+  return 1
+}
 
 # A window shows a moment before it is drawn, and has only a few colours until then.
 picture() {
@@ -112,7 +122,7 @@ picture() {
 act() {
   local id
   if [[ -n $certificate && $certificate != good ]]; then
-    id=$(window '^Corvane Secure$')
+    id=$(window '^Corvane Secure$') || return
     picture "$id"
     # The question takes keys only a moment after it shows. "Continue" and "Continuer", "Fortfahren".
     while xdotool search --onlyvisible --name '^Corvane Secure$' >/dev/null; do
@@ -121,7 +131,7 @@ act() {
     done
   fi
   [[ $step != logout ]] || return 0
-  id=$(window 'Sign in')
+  id=$(window 'Sign in') || return
   xdotool windowactivate --sync "$id"
   sleep 1 # the page takes keys only a moment after the window has its title
   xdotool type --delay 40 ada

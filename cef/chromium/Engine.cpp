@@ -175,6 +175,7 @@ bool Engine::Initialize(const CefSettings& settings, CefRefPtr<CefApp> app) {
   };
   bool started = false;
   try {
+    if (loop) MessageLoop::Get().GuardSignals();
     started = loop && IoThread::Get().Start() &&
               IoThread::Get().PostTask([this] { server_.Start(); }) &&
               launch_.Start(cache_path, command_line_->switches(), enable, &error);

@@ -20,9 +20,11 @@ constexpr std::chrono::seconds kInTime{10};
 constexpr char kSignIn[] = "/saml-redirect/start?auto=1";
 constexpr unsigned kSeed = 1;
 
-enum Event { kTerm, kInt, kHup, kClose, kChromiumDies, kDisplayGoes, kAccept, kEvents };
-constexpr const char* kNames[] = {"Term",         "Int",         "Hup",   "Close",
-                                  "ChromiumDies", "DisplayGoes", "Accept"};
+// What a sweep is made of, and what only ends a run together with something else.
+enum Event { kTerm, kInt, kHup, kClose, kChromiumDies, kDisplayGoes, kAccept, kDisplayHangs };
+constexpr int kEvents = kDisplayHangs;
+constexpr const char* kNames[] = {"Term",         "Int",         "Hup",    "Close",
+                                  "ChromiumDies", "DisplayGoes", "Accept", "DisplayHangs"};
 
 struct Planned {
   Event event;
@@ -56,6 +58,9 @@ class MomentTest : public E2eTest {
         for (const pid_t process : found) kill(process, SIGKILL);
         return !found.empty();
       }
+      case kDisplayHangs:
+        display_->Hang(true);
+        return true;
       case kDisplayGoes:
         display_.reset();
         return true;
@@ -103,6 +108,7 @@ class MomentTest : public E2eTest {
       left.erase(std::remove_if(left.begin(), left.end(), due), left.end());
     }
     const auto end = Clock::now();
+    if (display_) display_->Hang(false);
     const DirectReport report = DirectEnd(program, DataFolder());
     document_ = report.document;
     SCOPED_TRACE(text.str() + "\n" + report.document + "\n" + report.err + report.log);
@@ -162,6 +168,13 @@ TEST_F(MomentTest, DisplayGoesWhileAQuestionOpens) {
     ASSERT_TRUE(program.Wait(kInTime)) << milliseconds << " ms";
     EXPECT_THAT(DirectEnd(program, DataFolder()).err, HasSubstr("cef: the display has gone"));
     ExpectNothingLeft();
+  }
+}
+
+TEST_F(MomentTest, EndsBySignalWhileTheDisplayDoesNotAnswer) {
+  const milliseconds whole = RunWith({}, milliseconds(0));
+  for (const double at : {0.02, 0.05, 0.1, 0.15, 0.2, 0.3, 0.6}) {
+    RunWith({{kDisplayHangs, at}, {kTerm, at + 0.3}}, whole);
   }
 }
 

@@ -4,6 +4,7 @@
 #define TESTS_SUPPORT_VIRTUALDISPLAY_H_
 
 #include <chrono>
+#include <csignal>
 #include <memory>
 #include <optional>
 #include <string>
@@ -31,6 +32,9 @@ class VirtualDisplay {
   const std::string& name() const { return name_; }
 
   bool managed() const { return window_manager_ != nullptr; }
+
+  // Stops the server, as one that does not answer, or has it go on.
+  void Hang(bool hang) const { server_->Signal(hang ? SIGSTOP : SIGCONT); }
 
   // What a tool did: its exit status (-1: it could not run or overran its time) and its output.
   struct ToolResult {

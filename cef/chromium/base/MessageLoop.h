@@ -30,6 +30,11 @@ class MessageLoop {
   // False when there are no descriptors left.
   bool Init();
 
+  // From now on a signal is taken even when this thread waits for a display that does not answer:
+  // after a few seconds that display counts as lost. Throws std::system_error when no thread can be
+  // had. UI thread, once, after Init().
+  void GuardSignals();
+
   // Serves the loop until Quit(). Returns at once on another thread, before Init(), or when called
   // from within itself. May be called again after it has returned. The three signals stay blocked
   // between runs and are handed over by the next one.

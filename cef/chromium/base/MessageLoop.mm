@@ -19,6 +19,7 @@
 #include "cef/chromium/base/MessageLoop.h"
 
 #import <AppKit/AppKit.h>
+#include <poll.h>
 #include <pthread.h>
 #include <sys/eventfd.h>
 #include <sys/signalfd.h>
@@ -26,6 +27,7 @@
 
 #include <cerrno>
 
+#include "cef/chromium/base/QuietThread.h"
 #import "platform/CatchThrown.h"
 #include "platform/Display.h"
 #include "platform/DisplayLoss.h"
@@ -121,6 +123,22 @@ bool MessageLoop::Init() {
   ui_thread_ = std::this_thread::get_id();
   initialised_ = true;
   return true;
+}
+
+void MessageLoop::GuardSignals() {
+  // By itself, since the IO thread has a display to wait for, too.
+  StartQuietThread([this] {
+    constexpr int kPatience = 4000;  // milliseconds; a caller has ten seconds
+    constexpr int kAgain = 500;      // a connection may be tried once more
+    const auto waits = [this](int ms) {
+      pollfd watched = {signal_fd_, POLLIN, 0};
+      return poll(&watched, 1, ms) > 0;
+    };
+    for (;;) {
+      if (!waits(-1)) continue;
+      for (usleep(kPatience * 1000); waits(0); usleep(kAgain * 1000)) CutDisplay();
+    }
+  }).detach();
 }
 
 bool MessageLoop::OnUiThread() const {

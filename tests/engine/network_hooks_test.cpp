@@ -1,5 +1,6 @@
 // What is known of requests that are on their way.
 
+#include "cef/chromium/browser/LoadErrors.h"
 #include "cef/chromium/network/NetworkHooks.h"
 #include "tests/engine/DevToolsTest.h"
 
@@ -16,6 +17,7 @@ class NetworkHooksTest : public DevToolsTest {
           std::string("session of ") + target, nullptr, nullptr, false));
     }
     hooks_.Subscribe();
+    errors_.Subscribe();
   }
 
   // A frame begins to load a page; returns when the request has been let on.
@@ -28,6 +30,7 @@ class NetworkHooksTest : public DevToolsTest {
 
   engine::BrowserTable table_;
   engine::NetworkHooks hooks_{connection_, table_};
+  engine::LoadErrors errors_{connection_, table_};
 };
 
 // What a page gave up must not make a later request of the same address look like a page.
@@ -80,6 +83,32 @@ TEST_F(NetworkHooksTest, AnAnswerWaitsUntilItsPageIsSetUp) {
   for (int i = 2; i <= 65; ++i) {
     EXPECT_NE(ReadCommand().find("job-" + std::to_string(i) + ".0"), std::string::npos);
   }
+}
+
+// A request that no navigation was announced for fails without an answer; then the page shown
+// breaks off, when its frame is on its way to another.
+TEST_F(NetworkHooksTest, AFailureIsNotThatOfAnotherDocumentOfTheFrame) {
+  std::vector<std::string> failed;
+  errors_.OnGivenUp([&](const std::string&, const std::string& url) { failed.push_back(url); });
+  hooks_.OnDocumentFailing(
+      [this](const engine::JsonValue& request, bool begun, std::function<void()> go_on) {
+        errors_.OnFailing(request, begun, std::move(go_on));
+      });
+  table_.SetLoader("T", "A");
+  Open();
+  Load("1", "T", "https://other.test/");
+  for (const std::string url : {"https://other.test/", kPage}) {
+    Reply(R"({"method":"Fetch.requestPaused","params":{"requestId":"job-1.0","frameId":"T",)"
+          R"("resourceType":"Document","responseErrorReason":"Failed","request":{"url":")" +
+          url + R"("}}}|)");
+    ReadCommand();
+    Reply(R"({"method":"Network.loadingFailed","params":{"requestId":"A",)"
+          R"("errorText":"net::ERR_HTTP_RESPONSE_CODE_FAILURE"}}|)"
+          R"({"method":"Page.frameStartedNavigating","sessionId":"session of T",)"
+          R"("params":{"frameId":"T","url":"https://next.test/","loaderId":"B"}}|)");
+  }
+  Load("2", "U", kPage);
+  EXPECT_EQ(failed, std::vector<std::string>{kPage});
 }
 
 }  // namespace

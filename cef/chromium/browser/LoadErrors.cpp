@@ -27,6 +27,11 @@ constexpr std::chrono::seconds kLongestPause{45};
 // An hour's, by when nobody waits any more.
 constexpr int kMostFailures = 45;
 
+// As Fetch names it.
+std::string WithoutFragment(const std::string& address) {
+  return address.substr(0, address.find('#'));
+}
+
 std::string HostOf(const std::string& address) {
   Url url;
   return ParseUrl(address, &url) ? url.host : "";
@@ -113,19 +118,24 @@ void LoadErrors::BeginPage(const std::string& target_id, const std::string& url)
 }
 
 // Once its document has begun, the failure is the renderer's to tell, which learns of our orders
-// only when the document is there. Its reply says that it knows.
+// only when the document is there. Its reply says that it knows. The frame may be on its way to
+// another document by then, so the address tells whose failure it is.
 void LoadErrors::OnFailing(const JsonValue& paused, bool begun, std::function<void()> go_on) {
   const std::string frame_id = TextAt(paused, "frameId");
+  const std::string loader = table_.LoaderOfFrame(frame_id);
   const JsonValue* request = MemberAt(paused, "request");
+  const std::string url = request ? TextAt(*request, "url") : "";
   const auto under_way =
-      std::find_if(navigations_.begin(), navigations_.end(),
-                   [&](const auto& entry) { return entry.second.frame_id == frame_id; });
+      std::find_if(navigations_.begin(), navigations_.end(), [&](const auto& entry) {
+        return entry.second.frame_id == frame_id &&
+               WithoutFragment(entry.second.url) == Cut(url, kLongestPageAddress);
+      });
   Navigation* navigation = nullptr;
   if (under_way != navigations_.end()) {
     navigation = &under_way->second;
-  } else if (request) {
-    navigation = Expect(table_.SessionOfFrame(frame_id), table_.LoaderOfFrame(frame_id), frame_id,
-                        TextAt(*request, "url") + TextAt(*request, "urlFragment"));
+  } else if (request && begun && !loader.empty()) {
+    navigation = Expect(table_.SessionOfFrame(frame_id), loader, frame_id,
+                        url + TextAt(*request, "urlFragment"));
   }
   if (navigation && request) navigation->method = TextAt(*request, "method");
   if (!navigation || !begun) {

@@ -8,14 +8,11 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <iterator>
 #include <random>
 #include <vector>
 
 #include "fuzz/Fuzz.h"
-
-void ForEachCase(const std::function<void(const std::string&)>& run) __attribute__((weak));
 
 namespace {
 

@@ -25,11 +25,10 @@ struct Records : CatalogRecords {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  const std::string path = WrittenFile(Text(data, size));
+  const std::string_view bytes(reinterpret_cast<const char*>(data), size);
   for (const FileEncoding encoding : {kUtf8WithMark, kAnyBytes}) {
     Records records;
-    CatalogParser(records).loadCatalogFile(std::wstring(path.begin(), path.end()).c_str(),
-                                           encoding);
+    CatalogParser(records).loadCatalogText(bytes, encoding, "fuzz");
     for (unsigned id = 0; id < 4; ++id) records.resources.getString(id);
   }
   return 0;

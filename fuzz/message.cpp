@@ -1,5 +1,5 @@
 // What comes out of the DevTools pipe: cut into messages, and read. The first byte says in pieces
-// of what size it comes; 255 makes every \x01 a text that is too long to keep.
+// of what size it comes, of which nothing may depend, and how long a text may be.
 
 #include <vector>
 
@@ -10,9 +10,9 @@
 
 using engine::MessageBuffer;
 
-static std::vector<std::string> Messages(const std::string& stream, size_t piece) {
+static std::vector<std::string> Messages(const std::string& stream, size_t piece,
+                                         MessageBuffer buffer) {
   std::vector<std::string> messages;
-  MessageBuffer buffer;
   for (size_t at = 0; at < stream.size(); at += piece) {
     buffer.Feed(stream.data() + at, std::min(piece, stream.size() - at),
                 [&](const std::string& message) { messages.push_back(message); });
@@ -22,17 +22,22 @@ static std::vector<std::string> Messages(const std::string& stream, size_t piece
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   if (size < 1) return 0;
-  std::string stream = Text(data + 1, size - 1) + '\0';
-  const size_t mark = data[0] == 255 ? stream.find('\x01') : std::string::npos;
-  if (mark != std::string::npos) stream.replace(mark, 1, MessageBuffer::kLongestText + 9, 'x');
-  const std::vector<std::string> messages = Messages(stream, stream.size());
-  Require(mark != std::string::npos || messages == Messages(stream, 1 + data[0]));
-  for (const std::string& message : messages) {
-    Require(message.size() <= MessageBuffer::kLongestMessage);
+  const std::string stream = Text(data + 1, size - 1) + '\0';
+  const size_t longest_text = 8 + data[0] / 16 * 16u, longest_message = 8 * longest_text;
+  const MessageBuffer small(longest_text, longest_message);
+  const std::vector<std::string> sent = Messages(stream, stream.size(), MessageBuffer());
+  const std::vector<std::string> messages = Messages(stream, stream.size(), small);
+  Require(messages == Messages(stream, 1 + data[0] % 16, small));
+  Require(messages.size() == sent.size());
+  for (size_t i = 0; i < messages.size(); ++i) {
+    const std::string& message = messages[i];
+    Require(message.size() <= longest_message);
     engine::EventMethod(message);
-    rapidjson::Document read;
+    rapidjson::Document whole, read;
     const bool readable = engine::ReadMessage(message, &read);
     Require(readable || engine::MemberAt(read, "params"));
+    // Texts may become shorter; only a message without its end is no JSON any more.
+    Require(readable || message.size() == longest_message || !engine::ReadMessage(sent[i], &whole));
     for (const auto& member : read.GetObject()) {
       engine::NumberAt(read, member.name.GetString());
       engine::JsonText(member.value);

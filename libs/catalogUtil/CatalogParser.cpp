@@ -54,11 +54,16 @@ bool CatalogParser::loadCatalogFile(const wchar_t* path, FileEncoding encoding) 
   if (!path || !*path) return false;
   const std::string file = WideToUtf8(path);
   std::string content;
-  if (!ReadAll(file.c_str(), content)) return false;
+  if (!ReadAll(file.c_str(), content) || !loadCatalogText(content, encoding, file)) return false;
+  KXLOG(4, "CatalogUtil", "Loaded catalog file: %s.", file.c_str());
+  return true;
+}
 
+bool CatalogParser::loadCatalogText(std::string_view bytes, FileEncoding encoding,
+                                    const std::string& file) {
   bool checked = false;
   m_lineNumber = 0;
-  for (std::string_view rest = content; !rest.empty();) {
+  for (std::string_view rest = bytes; !rest.empty();) {
     std::string_view line = rest.substr(0, rest.find('\n'));
     rest.remove_prefix(line.size() < rest.size() ? line.size() + 1 : line.size());
     ++m_lineNumber;
@@ -67,7 +72,6 @@ bool CatalogParser::loadCatalogFile(const wchar_t* path, FileEncoding encoding) 
     checked = true;
     if (!line.empty() && line.front() != ';') ParseLine(line);
   }
-  KXLOG(4, "CatalogUtil", "Loaded catalog file: %s.", file.c_str());
   return true;
 }
 

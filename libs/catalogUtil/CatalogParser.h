@@ -44,6 +44,8 @@ class CatalogParser {
   // checked at the first line that is not empty, so a file without any loads whatever is asked
   // for).
   bool loadCatalogFile(const wchar_t* path, FileEncoding encoding);
+  // The same for a file's bytes; `file` is its path, for the log. False for the encoding only.
+  bool loadCatalogText(std::string_view bytes, FileEncoding encoding, const std::string& file);
 
   // The number of the line being read, from 1; after a load, of the last line read.
   size_t line() const { return m_lineNumber; }

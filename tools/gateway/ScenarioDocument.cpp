@@ -151,27 +151,24 @@ void CompleteFrom(const Document& base, Document& document) {
   }
 }
 
-std::unique_ptr<Document> Read(const std::string& folder, const std::string& name,
-                               std::vector<std::string> derived) {
+std::unique_ptr<Document> Complete(const std::string& folder, const std::string& name,
+                                   const std::string& text, std::vector<std::string> derived) {
   const std::string file = FileOf(name);
-  const std::string path = folder + "/" + file;
-  if (!std::filesystem::exists(path)) {
-    throw ScenarioError(file, "", "there is no such scenario in " + folder);
-  }
   auto document = std::make_unique<Document>();
-  Parse(file, ReadText(path, file), *document);
+  Parse(file, text, *document);
   RefuseDuplicates(file, *document, rapidjson::Pointer());
   const bool has_base = document->IsObject() && document->HasMember("like");
   if (has_base && (*document)["like"].IsString()) {
     const std::string base = (*document)["like"].GetString();
+    const std::string path = folder + "/" + FileOf(base);
     derived.push_back(name);
     if (std::find(derived.begin(), derived.end(), base) != derived.end()) {
       throw ScenarioError(file, "/like", "\"" + base + "\" leads back here");
     }
-    if (!std::filesystem::exists(folder + "/" + FileOf(base))) {
+    if (!std::filesystem::exists(path)) {
       throw ScenarioError(file, "/like", "there is no scenario \"" + base + "\"");
     }
-    CompleteFrom(*Read(folder, base, derived), *document);
+    CompleteFrom(*Complete(folder, base, ReadText(path, FileOf(base)), derived), *document);
   }
   Validate(file, *document);
   return document;
@@ -179,6 +176,15 @@ std::unique_ptr<Document> Read(const std::string& folder, const std::string& nam
 
 }  // namespace
 
-std::unique_ptr<Document> ReadScenarioDocument(const std::string& folder, const std::string& name) {
-  return Read(folder, name, {});
+std::string ReadScenarioText(const std::string& folder, const std::string& name) {
+  const std::string path = folder + "/" + FileOf(name);
+  if (!std::filesystem::exists(path)) {
+    throw ScenarioError(FileOf(name), "", "there is no such scenario in " + folder);
+  }
+  return ReadText(path, FileOf(name));
+}
+
+std::unique_ptr<Document> ParseScenarioDocument(const std::string& folder, const std::string& name,
+                                                const std::string& text) {
+  return Complete(folder, name, text, {});
 }

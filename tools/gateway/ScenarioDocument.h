@@ -17,10 +17,14 @@ class ScenarioError : public std::runtime_error {
       : std::runtime_error(file + ": " + (place.empty() ? "" : place + ": ") + what) {}
 };
 
-// Reads FOLDER/NAME.json, completes it from its base ("like") and validates the whole. A member of
-// the file replaces the base's, except that objects are merged by their keys, one level deep.
-// Throws ScenarioError.
-std::unique_ptr<rapidjson::Document> ReadScenarioDocument(const std::string& folder,
-                                                          const std::string& name);
+// The text of FOLDER/NAME.json. Throws ScenarioError.
+std::string ReadScenarioText(const std::string& folder, const std::string& name);
+
+// Reads the text of FOLDER/NAME.json, completes it from its base ("like"), which is another file of
+// the folder, and validates the whole. A member of the text replaces the base's, except that
+// objects are merged by their keys, one level deep. Throws ScenarioError.
+std::unique_ptr<rapidjson::Document> ParseScenarioDocument(const std::string& folder,
+                                                           const std::string& name,
+                                                           const std::string& text);
 
 #endif  // TOOLS_GATEWAY_SCENARIODOCUMENT_H_

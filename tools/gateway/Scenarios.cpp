@@ -256,7 +256,12 @@ class Reader {
 }  // namespace
 
 Scenario ReadScenario(const std::string& folder, const std::string& name) {
-  return Reader(name, *ReadScenarioDocument(folder, name)).Read();
+  return ParseScenario(folder, name, ReadScenarioText(folder, name));
+}
+
+Scenario ParseScenario(const std::string& folder, const std::string& name,
+                       const std::string& text) {
+  return Reader(name, *ParseScenarioDocument(folder, name, text)).Read();
 }
 
 std::vector<Scenario> ReadScenarios(const std::string& folder) {

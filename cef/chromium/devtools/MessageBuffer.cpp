@@ -12,17 +12,17 @@ void MessageBuffer::Feed(const char* data, size_t size, const Handler& handler) 
     size -= static_cast<size_t>(end + 1 - data);
     data = end + 1;
     std::string message = std::move(message_);
-    *this = MessageBuffer();
+    *this = MessageBuffer(longest_text_, longest_message_);
     handler(message);
     // Room that is at hand need not be asked for again, unless it is much.
-    if (message.capacity() > kLongestText) continue;
+    if (message.capacity() > longest_text_) continue;
     message.clear();
     message_ = std::move(message);
   }
 }
 
 void MessageBuffer::Add(const char* data, size_t size) {
-  if (!cutting_ && message_.size() + size > kLongestText) {
+  if (!cutting_ && message_.size() + size > longest_text_) {
     cutting_ = true;
     const std::string begin = std::move(message_);
     message_.clear();
@@ -50,11 +50,11 @@ void MessageBuffer::AddCutting(const char* data, size_t size) {
       in_text_ = dropping_ = false;
     } else {
       // Never inside an escape or a character.
-      if (text_length_ >= kLongestText && (c & 0xC0) != 0x80) dropping_ = true;
+      if (text_length_ >= longest_text_ && (c & 0xC0) != 0x80) dropping_ = true;
       after_backslash_ = c == '\\';
     }
     ++text_length_;
-    if (!dropping_ && message_.size() < kLongestMessage) message_ += c;
+    if (!dropping_ && message_.size() < longest_message_) message_ += c;
   }
 }
 

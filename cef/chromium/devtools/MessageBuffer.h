@@ -19,6 +19,11 @@ class MessageBuffer {
 
   using Handler = std::function<void(const std::string& message)>;
 
+  // The limits, in bytes: of a text inside a message, and of the message then.
+  explicit MessageBuffer(size_t longest_text = kLongestText,
+                         size_t longest_message = kLongestMessage)
+      : longest_text_(longest_text), longest_message_(longest_message) {}
+
   // Takes up bytes in pieces of any size, and calls `handler` for every message that is complete.
   void Feed(const char* data, size_t size, const Handler& handler);
 
@@ -26,6 +31,8 @@ class MessageBuffer {
   void Add(const char* data, size_t size);
   void AddCutting(const char* data, size_t size);
 
+  size_t longest_text_;
+  size_t longest_message_;
   std::string message_;  // the unfinished one
   // Only of a message that has become longer than one text may be.
   bool cutting_ = false;

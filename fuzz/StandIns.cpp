@@ -72,12 +72,14 @@ bool RunUi() {
 bool RunIo() {
   g_thread = Thread::kIo;
   bool any = g_io.Run();
-  const auto watched = g_watched;
-  for (const auto& [fd, watch] : watched) {
-    pollfd one = {fd, watch.first, 0};
-    if (g_watched.count(fd) == 0 || poll(&one, 1, 0) <= 0) continue;
-    watch.second(one.revents);
-    any = true;
+  for (auto watch = g_watched.begin(); watch != g_watched.end();) {
+    pollfd one = {watch->first, watch->second.first, 0};
+    if (poll(&one, 1, 0) > 0) {
+      const auto ready = watch->second.second;
+      ready(one.revents);
+      any = true;
+    }
+    watch = g_watched.upper_bound(one.fd);
   }
   g_thread = Thread::kUi;
   return any;

@@ -6,112 +6,28 @@
 
 #include <fcntl.h>
 #include <malloc.h>
+#include <sys/resource.h>
 
 #include <deque>
 #include <iterator>
 #include <memory>
 #include <set>
-#include <sstream>
 #include <vector>
 
 #include "cef/chromium/Engine.h"
 #include "cef/chromium/base/IoThread.h"
 #include "cef/chromium/base/MessageLoop.h"
 #include "cef/chromium/devtools/DevToolsCalls.h"
+#include "fuzz/Events.h"
 #include "fuzz/Fuzz.h"
 #include "fuzz/StandIns.h"
 
 namespace {
 
-// "^" stands for the page that the event is about, "~" for another one, "`" for a number. In the
-// order of a sign-in that meets everything.
-constexpr const char* kEvents[] = {
-    R"("Target.attachedToTarget","params":{"sessionId":"S^","targetInfo":{"targetId":"T^","type":"page","url":"data:,"}})",
-    R"("Target.attachedToTarget","params":{"sessionId":"S^","targetInfo":{"targetId":"T^","type":"page","url":"","openerId":"T~"}})",
-    R"("Target.attachedToTarget","params":{"sessionId":"S^","targetInfo":{"targetId":"T^","type":"page","url":"chrome://newtab/"}})",
-    R"("Target.attachedToTarget","params":{"sessionId":"P`","targetInfo":{"targetId":"F`","type":"iframe","url":"https://i.test/"}},"sessionId":"S~")",
-    R"("Target.attachedToTarget","params":{"sessionId":"P`","targetInfo":{"targetId":"W`","type":"worker","url":"https://i.test/"}},"sessionId":"S~")",
-    R"("Page.frameAttached","params":{"frameId":"F`","parentFrameId":"T~"},"sessionId":"S~")",
-    R"("Network.requestWillBeSent","params":{"requestId":"N`","loaderId":"N`","type":"Document","frameId":"T^","request":{"url":"https://bad.test/a","urlFragment":"#f","method":"GET"}},"sessionId":"S^")",
-    R"("Fetch.requestPaused","params":{"requestId":"job-`.0","networkId":"N`","resourceType":"Document","frameId":"T^","request":{"url":"https://bad.test/a","method":"GET","initialPriority":"High","headers":{"Cookie":"SID=1","Referer":"https://r.test/","Accept":"*/*"}}})",
-    R"("Security.certificateError","params":{"eventId":`,"errorType":"ERR_CERT_DATE_INVALID","requestURL":"https://bad.test/a"})",
-    R"("Fetch.requestPaused","params":{"requestId":"job-`.0","frameId":"T^","request":{"url":"https://bad.test/a"},"responseStatusCode":302,"responseHeaders":[{"name":"location","value":"/b"}]})",
-    R"("Fetch.requestPaused","params":{"requestId":"job-`.1","redirectedRequestId":"job-`.0","resourceType":"Document","frameId":"T^","request":{"url":"https://bad.test/b","headers":{}}})",
-    R"("Fetch.requestPaused","params":{"requestId":"job-`.1","frameId":"T^","request":{"url":"https://bad.test/b"},"responseStatusCode":200,"responseHeaders":[{"name":"Content-Type","value":"text/html; x"}]})",
-    R"("Page.frameNavigated","params":{"frame":{"id":"T^","loaderId":"N`","url":"https://bad.test/b","securityOrigin":"https://bad.test"}},"sessionId":"S^")",
-    R"("Runtime.bindingCalled","params":{"name":"reportTitle","payload":"A title"},"sessionId":"S^")",
-    R"("Runtime.consoleAPICalled","params":{"type":"log","args":[{"type":"object","value":{"a":[1]}},{"type":"string","value":"x"},{"unserializableValue":"NaN"}],"stackTrace":{"callFrames":[{"url":"u","lineNumber":3}]}},"sessionId":"S^")",
-    R"("Runtime.exceptionThrown","params":{"exceptionDetails":{"text":"t","url":"u","lineNumber":1,"exception":{"description":"d"}}},"sessionId":"S^")",
-    R"("Log.entryAdded","params":{"entry":{"level":"error","text":"t","url":"u","lineNumber":1}},"sessionId":"S^")",
-    R"("Fetch.authRequired","params":{"requestId":"job-`.0"})",
-    R"("Fetch.requestPaused","params":{"requestId":"job-`.0","resourceType":"Image","frameId":"F`","request":{"url":"https://i.test/i"}})",
-    R"("Fetch.requestPaused","params":{"requestId":"job-`.0","frameId":"T^","request":{},"responseErrorReason":"Failed"})",
-    R"("Network.loadingFailed","params":{"requestId":"N`","errorText":"net::ERR_NAME_NOT_RESOLVED","type":"Document"},"sessionId":"S^")",
-    R"("Page.frameNavigated","params":{"frame":{"id":"T^","loaderId":"N`","url":"chrome-error://chromewebdata/","unreachableUrl":"https://bad.test/a"}},"sessionId":"S^")",
-    R"("Page.documentOpened","params":{"frame":{"id":"T^","loaderId":"N`","url":"about:blank"}},"sessionId":"S^")",
-    R"("Page.frameStartedNavigating","params":{"frameId":"T^","url":"https://bad.test/a","loaderId":"N`","navigationType":"differentDocument"},"sessionId":"S^")",
-    R"("Page.frameDetached","params":{"frameId":"F`","reason":"remove"},"sessionId":"S^")",
-    R"("Runtime.bindingCalled","params":{"name":"closeWindow","payload":""},"sessionId":"S^")",
-    R"("Target.detachedFromTarget","params":{"sessionId":"P`"})",
-    R"("Target.targetDestroyed","params":{"targetId":"T^"})"};
-
-std::string EventText(size_t kind, int ids, const std::string& number) {
-  std::string text = "{\"method\":";
-  for (const char c : std::string(kEvents[kind])) {
-    if (c == '`') text += number;
-    if (c == '^' || c == '~') text += std::to_string(c == '^' ? ids & 3 : ids >> 2 & 3);
-    if (c != '`' && c != '^' && c != '~') text += c;
-  }
-  return text + "}";
-}
-
 constexpr char kCookies[] =
     R"({"cookies":[{"name":"a","value":"1","domain":"bad.test","path":"/","secure":true},)"
     R"({"name":"b","value":"2","domain":".bad.test","path":"/in","httpOnly":true,)"
     R"("partitionKey":{"topLevelSite":"https://x.test"}}]})";
-
-// What stands in a field's place. The first two: it is missing, it is there twice.
-const std::vector<std::string> kTwists = [] {
-  std::istringstream words(
-      R"(- - null 1e300 "" {} true -1 9223372036854775807 [] [{}] "\udead" "\u0000;=\n" "T1" "job-2.0")");
-  std::vector<std::string> twists{std::istream_iterator<std::string>(words), {}};
-  twists.push_back(std::string(100000, '[') + std::string(100000, ']'));
-  return twists;
-}();
-
-using rapidjson::Document;
-using rapidjson::Value;
-
-// Until `found` says so for a member, in any object.
-bool FindMember(Value& value, const std::function<bool(Value&, Value::MemberIterator)>& found) {
-  if (value.IsArray()) {
-    return std::any_of(value.Begin(), value.End(), [&](Value& v) { return FindMember(v, found); });
-  }
-  for (size_t i = 0; value.IsObject() && i < value.MemberCount(); ++i) {
-    const auto member = value.MemberBegin() + static_cast<ptrdiff_t>(i);
-    if (found(value, member) || FindMember(member->value, found)) return true;
-  }
-  return false;
-}
-
-// Empty when the text has no such field.
-std::string Twisted(const std::string& json, size_t twist, int place) {
-  Document document;
-  document.Parse(json.c_str());
-  auto& memory = document.GetAllocator();
-  const bool found = FindMember(document, [&](Value& object, Value::MemberIterator member) {
-    if (place-- != 0) return false;
-    if (twist == 0) object.EraseMember(member);
-    if (twist == 1) object.AddMember(Value(member->name, memory), Value(1), memory);
-    if (twist > 1) member->value.SetString("@");
-    return true;
-  });
-  std::string text = engine::JsonText(document);
-  if (const size_t mark = text.find("\"@\""); mark != std::string::npos) {
-    text.replace(mark, 3, kTwists[twist]);
-  }
-  return found ? text : "";
-}
 
 // Browsers hold one; so it tells whether they are all gone.
 struct Context : CefRequestContext {
@@ -211,7 +127,10 @@ struct Client : CefClient,
   IMPLEMENT_REFCOUNTING(Client);
 };
 
-int g_flood = 64;  // how many messages an input may multiply
+int g_flood = 64;  // how many messages an input may multiply, and four times their length
+
+const rlimit g_stack = {kStack, kStack};
+const int g_stack_is_set = setrlimit(RLIMIT_STACK, &g_stack);
 
 }  // namespace
 
@@ -249,29 +168,14 @@ class Conversation {
   }
 
   void Play() {
+    static constexpr void (Conversation::*kOperations[])(int) = {
+        &Conversation::Event, &Conversation::Event, &Conversation::Event,  &Conversation::Reply,
+        &Conversation::Pass,  &Conversation::Act,   &Conversation::Oddity, &Conversation::Ways};
     const size_t before = Heap();
     while (at_ < input_.size()) {
       const int operation = Byte();
       const int what = Byte();
-      switch (operation & 7) {
-        case 3:
-          Reply(what);
-          break;
-        case 4:
-          Pass(what);
-          break;
-        case 5:
-          Act(what);
-          break;
-        case 6:
-          Oddity(what);
-          break;
-        case 7:
-          client_->ways = what;
-          break;
-        default:
-          Event(static_cast<size_t>(what));
-      }
+      (this->*kOperations[operation & 7])(what);
       if ((operation & 8) == 0) standins::Settle();
       if ((operation & 24) == 8) standins::RunIo();
       ReadCommands();
@@ -283,14 +187,13 @@ class Conversation {
  private:
   static size_t Heap() { return mallinfo2().uordblks + mallinfo2().hblkhd; }
   int Byte() { return at_ < input_.size() ? static_cast<unsigned char>(input_[at_++]) : 0; }
-  static size_t Twist(int byte) { return static_cast<size_t>(byte & 63) % kTwists.size(); }
 
-  void Event(size_t kind) {
-    kind_ = (kind + 3 * std::size(kEvents) - 'A') % std::size(kEvents);
+  void Event(int kind) {
+    kind_ = (static_cast<size_t>(kind) + 3 * std::size(kEvents) - 'A') % std::size(kEvents);
     ids_ = Byte();
     const std::string text = EventText(kind_, ids_, std::to_string((ids_ >> 4) & 7));
     const int how = Byte();
-    Write((how & 0xC0) == 0xC0 ? Twisted(text, Twist(how), Byte()) : text);
+    Write((how & 0xC0) == 0xC0 ? Twisted(text, how & 63, Byte()) : text);
   }
 
   void Write(std::string message, bool ends = true) {
@@ -311,7 +214,7 @@ class Conversation {
       unread_.append(piece, static_cast<size_t>(count));
     }
     for (size_t nul; (nul = unread_.find('\0')) != std::string::npos; unread_.erase(0, nul + 1)) {
-      Document command;
+      rapidjson::Document command;
       command.Parse(unread_.c_str());
       Require(!command.HasParseError() && MemberAt(command, "params")->IsObject());
       Require(NumberAt(command, "id") == ++last_id_);
@@ -329,26 +232,24 @@ class Conversation {
     const std::string id = "{\"id\":" + std::to_string(found->first);
     const std::string result = found->second == "Storage.getCookies" ? kCookies : "{\"a\":1}";
     if ((how & 8) == 0) unanswered_.erase(found);
-    switch (how & 7) {
-      case 1:
-        return Write(Twisted(id + ",\"result\":" + result + "}", Twist(Byte()), Byte()));
-      case 2:
-        return Write(id + R"(,"error":{"code":-32000,"message":"invalid URL"}})");
-      case 3:
-        return Write(id + R"(,"error":{"code":-32601,"message":"not found"}})");
-      case 4:
-        return Write(id + ",\"result\":{");
-      default:
-        Write(id + ",\"result\":" + result + "}");
-    }
+    const int way = how & 7;
+    constexpr const char* kEnds[] = {R"(,"error":{"code":-32000,"message":"invalid URL"}})",
+                                     R"(,"error":{"code":-32601,"message":"not found"}})",
+                                     ",\"result\":{"};
+    const std::string whole = id + ",\"result\":" + result + "}";
+    const int twist = way == 1 ? Byte() : 0;
+    Write(way == 1             ? Twisted(whole, twist, Byte())
+          : way > 1 && way < 5 ? id + kEnds[way - 2]
+                               : whole);
   }
 
-  static void Pass(int how) {
+  void Pass(int how) {
     constexpr int kTimes[] = {0, 30, 50, 700, 1000, 3000, 20000, 45000};
     if (how & 8) standins::RunUi();
     standins::Advance(kTimes[how & 7]);
   }
 
+  void Ways(int ways) { client_->ways = ways; }
   void Order() { engine_->CreateBrowser({client_, new Context, "https://gw.test/"}); }
 
   void Act(int what) {
@@ -409,8 +310,8 @@ class Conversation {
         return;
       case 6:  // the same again and again
         for (; flood_ > 0; --flood_) {
-          const bool text = kEvents[kind_][1] != 'S';
-          Write(EventText(kind_, ids_, std::to_string(flood_) + std::string(text ? 3000 : 0, 'x')));
+          const size_t text = kEvents[kind_][1] == 'S' ? 0 : static_cast<size_t>(g_flood) / 4;
+          Write(EventText(kind_, ids_, std::to_string(flood_) + std::string(text, 'x')));
           standins::Settle();
           ReadCommands();
           unanswered_.clear();

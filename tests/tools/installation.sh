@@ -31,6 +31,7 @@ same "other places" "" "$(files "$DESTDIR" | grep -vF "${stage#/}/")"
 moved=$work/moved
 same "below the prefix" "bin/embedded-browser-doctor
 bin/embedded-browser-gateway
+bin/embedded-browser-log
 bin/embedded-browser-start
 include/ebStarter.h
 $lib/cmake/ebStarter/ebStarterConfig.cmake
@@ -44,6 +45,7 @@ share/embedded-browser/embedded-browser.spdx.json
 share/embedded-browser/gateway/scenario.schema.json
 share/man/man1/embedded-browser-doctor.1
 share/man/man1/embedded-browser-gateway.1
+share/man/man1/embedded-browser-log.1
 share/man/man1/embedded-browser-start.1" "$(files "$moved" | grep -v '/scenarios/\|/icons/\|/docs/')"
 same "icons" 6 "$(files "$moved/share/icons" | wc -l)"
 same "closed to others" "" "$(find "$moved" "$DESTDIR$stage" -type f ! -perm -o=r)"
@@ -58,7 +60,7 @@ for program in "$moved"/bin/* "$DESTDIR$stage"/*/*/*/*/*/EmbeddedBrowser "$DESTD
   sections=$(readelf -SW "$program")
   [[ $sections == *.dynsym* && $sections != *.symtab* ]] || fault "not stripped: $program"
 done
-for tool in doctor gateway start; do
+for tool in doctor gateway log start; do
   name=embedded-browser-$tool
   said=$("$moved/bin/$name" --version)
   [[ $said =~ ^$name\ [0-9.]+$ ]] || fault "$name: $said"

@@ -28,7 +28,8 @@ bool TakeFlag(const std::string& option, Options& options) {
   const struct {
     const char* name;
     bool& flag;
-  } kFlags[] = {{"--follow", options.follow}, {"--json", options.json}};
+  } kFlags[] = {
+      {"--follow", options.follow}, {"--json", options.json}, {"--secrets", options.secrets}};
   for (const auto& known : kFlags) {
     if (option == known.name) return known.flag = true;
   }
@@ -92,8 +93,9 @@ const char kHelp[] =
                      "2026/11/21 21:55", 21:55 (today), "5 min" (ago), now
   --grep TEXT        only records with that text in their message
   --follow           go on with the records that come; without --since, only those
-  --file FILE        read a copy of a log (and FILE.old, if it is there)
+  --file FILE        read a copy of a log, and FILE.old if it is there
   --json             print a JSON object for each record
+  --secrets          show cookies, parameters of addresses and the like, too
   --level [N]        print the level up to which programs write, or set it, 1 to 5
   --help, --version  print this text, or the version
 

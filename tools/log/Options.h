@@ -18,6 +18,7 @@ struct Options {
   Filter filter;
   bool follow = false;
   bool json = false;
+  bool secrets = false;
   int level = 0;  // for kSetLevel
 };
 

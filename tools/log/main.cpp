@@ -13,6 +13,7 @@
 #include "tools/log/LogFiles.h"
 #include "tools/log/Options.h"
 #include "tools/log/Output.h"
+#include "tools/log/Secrets.h"
 
 namespace {
 
@@ -39,8 +40,9 @@ bool Wait() {
 int PrintRecords(const Options& options) {
   bool shown = !options.follow || !options.filter.since.empty();
   log_reader::LogFiles log(options.file.empty() ? log_reader::FindLog() : options.file);
-  const auto print = [&](const Record& record) {
-    if (!shown || !options.filter.Lets(record)) return;
+  const auto print = [&](const Record& found) {
+    if (!shown || !options.filter.Lets(found)) return;
+    const Record record = options.secrets ? found : WithoutSecrets(found);
     const std::string text = options.json ? JsonText(record) : PlainText(record);
     std::fwrite(text.data(), 1, text.size(), stdout);
   };

@@ -34,12 +34,11 @@ class LogTrace {
   // The records since the start or the last call, each as "1 'CEF' message", without the tag when
   // the record has none.
   std::vector<std::string> Take() {
-    constexpr size_t kLevelAt = sizeof "2026/11/14 18:54:09.123 " - 1;
     std::vector<std::string> records;
     for (const LogRecord& record : ReadLog(ControlBlock()->path, start_)) {
       if (record.process != getpid()) continue;
-      const size_t message = record.text.find(" - ") + 2;
-      records.push_back(record.text.substr(kLevelAt, 1) + record.text.substr(message));
+      const std::string tag = record.tag.empty() ? "" : "'" + record.tag + "' ";
+      records.push_back(std::to_string(record.level) + " " + tag + record.message);
     }
     std::error_code none;
     start_ = std::filesystem::file_size(ControlBlock()->path, none);

@@ -33,7 +33,7 @@ class LogFiles {
   // file is not there, or cannot be read.
   std::string Read(const Sink& sink);
 
-  // How many pieces of the log were no records.
+  // How many pieces of the log were no whole records.
   size_t faults() const { return records_.faults(); }
 
  private:

@@ -97,7 +97,7 @@ std::vector<Record> Records::Feed(std::string_view bytes) {
     }
     if (!header) {
       // Somebody else's line.
-      end = left.find('\n');
+      end = left.substr(0, kLongest).find('\n');
       if (end == std::string_view::npos && left.size() < kLongest) break;
       left.remove_prefix(std::min(end, kLongest - 1) + 1);
       ++faults_;
@@ -105,10 +105,10 @@ std::vector<Record> Records::Feed(std::string_view bytes) {
     }
     const bool whole = end && left.substr(end, kLineEnd.size()) == kLineEnd;
     if (!whole) {
-      end = left.find(kLineEnd);
+      end = left.substr(0, 2 * kLongest).find(kLineEnd);
       if (end == std::string_view::npos) {
         if (left.size() < 2 * kLongest) break;
-        end = left.size() - kLineEnd.size();
+        end = 2 * kLongest - kLineEnd.size();
       }
     }
     std::optional<Record> record;
@@ -117,6 +117,7 @@ std::vector<Record> Records::Feed(std::string_view bytes) {
     }
     if (record) {
       record->cut = !whole;
+      if (!whole && !cut) ++faults_;
       records.push_back(std::move(*record));
     } else {
       ++faults_;

@@ -36,7 +36,7 @@ class Records {
   // True when what has come so far ends within a record, or ends in bytes that are none.
   bool InRecord() const { return !rest_.empty(); }
 
-  // How many pieces were no record.
+  // How many pieces were no record, or not all of one.
   size_t faults() const { return faults_; }
 
   // Forgets an unfinished record, as its file has ended.

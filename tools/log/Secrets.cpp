@@ -63,11 +63,10 @@ bool LooksRandom(string_view text) {
 
 // Hides what looks random among other text.
 std::string Tokens(string_view text) {
-  constexpr string_view kMarks = "-_+%/=~";
   std::string shown;
   while (!text.empty()) {
     const auto end =
-        std::find_if_not(text.begin(), text.end(), [](char c) { return IsOneOf(c, kMarks); });
+        std::find_if_not(text.begin(), text.end(), [](char c) { return IsOneOf(c, "-_+%/=~"); });
     string_view run = text.substr(0, static_cast<size_t>(end - text.begin()));
     // A path is more than its last part, a text in base 64 is not.
     const bool is_path = !run.empty() && run[0] == '/';
@@ -96,8 +95,8 @@ bool IsStatus(string_view name, string_view value) {
 // LENGTH.MARK, which the log has in place of a value.
 bool IsStandIn(string_view value) {
   const size_t dot = std::min(value.find('.'), value.size());
-  return dot > 0 && value.size() == dot + 9 && Consists(value, ".") &&
-         std::all_of(value.begin(), value.begin() + static_cast<long>(dot), IsDigit);
+  return dot > 0 && value.size() == dot + 9 && value.find_first_not_of("0123456789") == dot &&
+         value.find_first_not_of("0123456789abcdef", dot + 1) == value.npos;
 }
 
 std::string Cookies(string_view cookies) {
@@ -261,7 +260,9 @@ std::string Host(string_view host) {
   return Consists(host, ".:-_[]") ? std::string(host) : Text(host);
 }
 
-std::string Name(string_view name) { return std::string(name); }
+std::string Name(string_view name) {
+  return name.find_first_of(" =;") == name.npos ? std::string(name) : Text(name);
+}
 
 // Where the client's programs write what is known to be an address, a host or cookies: in messages
 // that begin with `start`, from behind `before` to the last `after`, or to the end.

@@ -52,7 +52,7 @@ int PrintRecords(const Options& options) {
     shown = true;
   } while (options.follow && problem.empty() && std::fflush(stdout) == 0 && Wait());
   if (log.faults() != 0) {
-    Complain(std::to_string(log.faults()) + " pieces of the log are no records");
+    Complain(std::to_string(log.faults()) + " pieces of the log are no whole records");
   }
   return problem.empty() ? End(0) : End(Complain(problem));
 }

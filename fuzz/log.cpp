@@ -27,6 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     }));
     Require(!rapidjson::Document().Parse(JsonText(record).c_str()).HasParseError());
   }
+  if (log.find("qzxjkvwq") != log.npos) return 0;
   std::string message = records.empty() ? log : records.back().message;
   message.insert(message.size() * data[0] / 255, " https://h/p?code=qzxjkvwq&x ");
   Require(log_reader::HideSecrets(message).find("qzxjkvwq") == std::string::npos);

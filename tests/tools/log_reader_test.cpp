@@ -157,6 +157,8 @@ TEST(LogSecretsTest, AreHiddenAndNothingElse) {
       "data:text/html,^abc^ a='^q w^' Source: https://x/y.js",
       "Failed to laod URL (https://x/?a=^b^), with error (net::ERR_CERT_AUTHORITY_INVALID)",
       "inside Visitor::Visit - cookie name=[_shibsession_64656661756c7468747470] value.size():5",
+      "Visit(_shibsession_64656661756c7468747470) = idp0123456789012345678901.example "
+      "/a/^01234567890123456789abcd^",
       "manager->SetCookie (name:KXSAMLEMBID url:https://gw/?a=^b c^) ret = 1",
       "EmbBrowserApp::OnBeforeCommandLineProcessing",
       "createRequestForEmbBrowserReturnData() failed",

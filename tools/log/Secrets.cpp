@@ -281,6 +281,8 @@ constexpr struct {
     {"ProcessCookieResponse(", " cookies [", "]", Cookies},
     {"Setting _urlIdpHost", " to ", "", Host},
     {"inside Visitor::Visit", " name=[", "] value.size():", Name},
+    {"Visit(", "(", ") = ", Name},
+    {"Visit(", " = ", " /", Host},
     {"manager->SetCookie", " url:", ") ret = ", Address},
     {"type = ", " url ", "", Address},
 };

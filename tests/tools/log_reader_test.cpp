@@ -145,7 +145,7 @@ TEST(LogSecretsTest, AreHiddenAndNothingElse) {
       "kSamlAuthCookieStateID:[ID] eb_stateid:[ID=^zzz^]",
       "eb_saml_stateid = KXSAMLEBSTATEID=^zzz yy^ eb_saml_status = 1 ",
       "ProcessCookieResponse(): Gathered IdP(idp0123456789012345678901.example) cookies of size 2",
-      "ProcessCookieResponse(https://gw/x?code=^a^) = 1 cookies [a=12.0123abcd; "
+      "ProcessCookieResponse(https://gw/x?SAMLRequest=^a^) = 1 cookies [a=12.0123abcd; "
       "KXEBSTATUS=EB-FINISHED; =3.11111111; b=^raw^]",
       "EmbBrowserHandler::OnResourceResponse(URL:https://gw/p/^0123456789abcdef01234567^/"
       "^Zx9^@q;s=^1^"

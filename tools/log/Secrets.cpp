@@ -239,7 +239,7 @@ std::string Text(string_view text) {
       }
       const bool scheme = word == "Bearer" || word == "Basic";
       shown += follows && !scheme ? Hidden(word) : Word(word);
-      named = NamesSecret(word) || (named && assigns);
+      named = (word.find('/') == word.npos && NamesSecret(word)) || (named && assigns);
       follows = scheme || (!follows && named && (word.back() == ':' || word.back() == '='));
       // NAME="VALUE"
       if (word.size() > 1 && word.back() == '=' && !mark.empty() &&

@@ -38,6 +38,9 @@ add_library(ebOptions INTERFACE)
 target_compile_features(ebOptions INTERFACE cxx_std_17)
 set_property(TARGET ebOptions PROPERTY INTERFACE_INCLUDE_DIRECTORIES ${PROJECT_SOURCE_DIR})
 target_compile_options(ebOptions INTERFACE -Wall -Wextra $<$<BOOL:${EB_WERROR}>:-Werror>)
+# A release does not tell where it was built, so that it is the same wherever that was.
+target_compile_options(ebOptions INTERFACE
+  $<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.;-ffile-prefix-map=${CMAKE_BINARY_DIR}=.>)
 if(EB_SANITIZE)
   target_compile_options(ebOptions INTERFACE -fsanitize=${EB_SANITIZE} -fno-omit-frame-pointer)
   target_link_options(ebOptions INTERFACE -fsanitize=${EB_SANITIZE})

@@ -39,6 +39,9 @@ $lib/cmake/ebStarter/ebStarterConfigVersion.cmake
 $lib/libebStarter.a
 $lib/pkgconfig/ebStarter.pc
 share/applications/embedded-browser.desktop
+share/bash-completion/completions/embedded-browser-doctor
+share/bash-completion/completions/embedded-browser-gateway
+share/bash-completion/completions/embedded-browser-start
 share/doc/embedded-browser/README.md
 share/doc/embedded-browser/examples/example.cpp
 share/embedded-browser/embedded-browser.spdx.json

@@ -1,4 +1,4 @@
-# Debian packages: `cpack` in a build whose prefix is /usr, as ./dev package makes it. They are made of
+# Debian packages: `cpack` in a build whose prefix is /usr, as packaging/deb/make has it. They are made of
 # the installation's components, and of what only a package has: the component deb, and debDevelopment.
 #
 # Included last, once all rules for installing are known.
@@ -27,8 +27,6 @@ set(CPACK_DEBIAN_PACKAGE_MAINTAINER "${EB_MAINTAINER}")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 # The fixed places are outside of the prefix.
 set(CPACK_SET_DESTDIR ON)
-set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
-  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 set(CPACK_PRE_BUILD_SCRIPTS ${deb_sources}/finish.cmake)
 
 set(CPACK_DEB_COMPONENT_INSTALL ON)

@@ -1,5 +1,5 @@
 #!/bin/bash
-# The Debian packages. `packages.sh make WORK SOURCES CMAKE` builds them below WORK, twice, and looks
+# The Debian packages. `packages.sh make WORK SOURCES` builds them below WORK, twice, and looks
 # at them; `packages.sh live WORK` installs them in a root of its own, signs in, upgrades beneath a
 # sign-in, removes and purges. Nothing of that can be seen from outside.
 set -euo pipefail
@@ -11,20 +11,13 @@ fault() { echo "$*"; faults=1; }
 same() { diff <(echo "$2") <(echo "$3") || fault "$1: see above"; }
 skip() { echo "skipped: $*"; exit 77; }
 
-# pack FOLDER
-pack() {
-  (cd "$sources" && "${cmake%cmake}cpack" --config "$work/build/CPackConfig.cmake" -B "$work/$1")
-}
-
 make() {
   local deb name
   rm -rf "$work"/{first,second,contents,older}
-  export SOURCE_DATE_EPOCH=1700000000
-  (cd "$sources" && "$cmake" --preset package -B "$work/build")
-  "$cmake" --build "$work/build"
-  pack first
+  mkdir -p "$work/contents"
+  "$sources/packaging/deb/make" "$work/build" "$work/first"
   # At another time, by a more careful user elsewhere.
-  (umask 077 && sleep 1 && TZ=Asia/Tokyo pack second)
+  (umask 077 && sleep 1 && TZ=Asia/Tokyo "$sources/packaging/deb/make" "$work/build" "$work/second")
   for deb in "$work"/first/*.deb; do
     cmp "$deb" "$work/second/${deb##*/}" || fault "one build, two packages"
     name=$(dpkg-deb -f "$deb" Package)
@@ -70,6 +63,15 @@ as_user() {
     env -i HOME=/home/ada PATH=/usr/bin:/bin DISPLAY=:77 "$@"
 }
 
+# display COMMAND..: until it succeeds; windows that go while it looks at them fail it.
+display() {
+  for _ in {1..150}; do
+    as_user "$@" 2>/dev/null && return
+    sleep 0.2
+  done
+  fault "in vain: $*"
+}
+
 # start QUERY
 start() {
   as_user embedded-browser-start --type saml-login --cookie KXSAMLEMBID=box --timeout 60 \
@@ -89,13 +91,13 @@ inside() {
   as_user embedded-browser-gateway --port 0 --https-port 0 >&8 &
   read -r -t 30 -u 8 origin
   origin=$(grep -o 'http://[^"]*' <<<"$origin")
-  until as_user xdotool getmouselocation >/dev/null 2>&1; do sleep 0.1; done
+  display xdotool getmouselocation
   as_user openbox >/dev/null 2>&1 &
 
   # The user signs in only after another version has been installed.
   start '' >"$work/verdict" 2>&1 &
   step=$!
-  window=$(as_user timeout 30 xdotool search --sync --onlyvisible --name 'Sign in to your account')
+  window=$(display xdotool search --onlyvisible --name 'Sign in to your account')
   dpkg -i "$work"/*_*.deb
   as_user xdotool windowactivate --sync "${window##*$'\n'}"
   sleep 1
@@ -125,7 +127,7 @@ inside() {
 
 case $mode in
   make)
-    sources=$3 cmake=$4
+    sources=$3
     make
     ;;
   live)

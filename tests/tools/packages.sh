@@ -72,12 +72,6 @@ display() {
   fault "in vain: $*"
 }
 
-# start QUERY
-start() {
-  as_user embedded-browser-start --type saml-login --cookie KXSAMLEMBID=box --timeout 60 \
-    --url "$origin/saml-redirect/start$1"
-}
-
 inside() {
   local origin step window log='/var/log/Corvane Secure/Logging'
   useradd -m ada
@@ -95,7 +89,8 @@ inside() {
   as_user openbox >/dev/null 2>&1 &
 
   # The user signs in only after another version has been installed.
-  start '' >"$work/verdict" 2>&1 &
+  as_user embedded-browser-start --type saml-login --cookie KXSAMLEMBID=box --timeout 60 \
+    --url "$origin/saml-redirect/start" >"$work/verdict" 2>&1 &
   step=$!
   window=$(display xdotool search --onlyvisible --name 'Sign in to your account')
   dpkg -i "$work"/*_*.deb
@@ -106,7 +101,7 @@ inside() {
   as_user xdotool type --delay 40 'open sesame'
   as_user xdotool key Return
   wait "$step" || fault "beneath an upgrade: $(cat "$work/verdict")"
-  start '?auto=1' || fault "signing in"
+  as_user embedded-browser-gateway --scenario saml-redirect --start || fault "signing in"
   same "log" "ada 666" "$(stat -c '%U %a' "$log/debuglog.log")"
   . /usr/share/bash-completion/completions/embedded-browser-start
   _embedded_browser embedded-browser-start --tim ''

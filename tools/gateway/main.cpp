@@ -13,6 +13,7 @@
 #include <string>
 
 #include "tools/gateway/GatewayBox.h"
+#include "tools/gateway/RunCommand.h"
 #include "tools/gateway/ScenarioList.h"
 #include "tools/gateway/Scenarios.h"
 
@@ -24,6 +25,7 @@ A VPN gateway and an identity provider on loopback, to write and try a caller ag
 
   --list                    print the scenarios (name, step, what happens) and exit
   --scenario NAME           serve only this one, and print the starter's command for it
+  --start                   run that command; exit with it, and with its status
   --scenarios DIR           the folder of the scenario files; default: the box's own
   --port N, --https-port N  where to listen; 0 (default): the system chooses
   --certificate KIND        of the HTTPS server: good (default), unknown-authority, wrong-host,
@@ -41,6 +43,7 @@ struct Settings {
   std::string authority_file;
   bool exit_with_stdin = false;
   bool list = false;
+  bool start = false;
 };
 
 std::optional<int> Port(const std::string& text) {
@@ -90,12 +93,18 @@ std::optional<Settings> Parse(int argc, char** argv) {
       settings.exit_with_stdin = true;
     } else if (option == "--list") {
       settings.list = true;
+    } else if (option == "--start") {
+      settings.start = true;
     } else if (i + 1 == argc || !Take(option, argv[++i], settings)) {
       std::fprintf(stderr,
                    "embedded-browser-gateway: %s is unknown, or its value is missing or wrong\n",
                    option.c_str());
       return std::nullopt;
     }
+  }
+  if (settings.start && settings.box.only.empty()) {
+    std::fputs("embedded-browser-gateway: --start needs --scenario\n", stderr);
+    return std::nullopt;
   }
   return settings;
 }
@@ -131,6 +140,7 @@ int Serve(const Settings& settings, int signals) {
     const std::string command =
         StarterCommandLine(box.scenarios().front(), {box.port(), box.https_port()});
     std::fprintf(stderr, "%s\n", command.c_str());
+    if (settings.start) return RunCommand(command, signals);
   }
   std::printf("{\"port\":%d,\"https_port\":%d,\"http\":\"%s\",\"https\":\"%s\"}\n", box.port(),
               box.https_port(), box.http_origin().c_str(), box.https_origin().c_str());
@@ -154,6 +164,7 @@ int main(int argc, char** argv) {
   sigemptyset(&ending);
   sigaddset(&ending, SIGTERM);
   sigaddset(&ending, SIGINT);
+  sigaddset(&ending, SIGCHLD);
   sigprocmask(SIG_BLOCK, &ending, nullptr);
   signal(SIGPIPE, SIG_IGN);
   const int signals = signalfd(-1, &ending, SFD_CLOEXEC);

@@ -41,6 +41,7 @@ $lib/pkgconfig/ebStarter.pc
 share/applications/embedded-browser.desktop
 share/bash-completion/completions/embedded-browser-doctor
 share/bash-completion/completions/embedded-browser-gateway
+share/bash-completion/completions/embedded-browser-log
 share/bash-completion/completions/embedded-browser-start
 share/doc/embedded-browser/README.md
 share/doc/embedded-browser/examples/example.cpp

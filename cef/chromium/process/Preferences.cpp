@@ -42,6 +42,8 @@ constexpr Flag kFlags[] = {
     {"history.saving_disabled", true},
     // No traffic but the pages'.
     {"safebrowsing.enabled", false},
+    // Neither names nor passwords of sign-ins, however they are wrapped.
+    {"profile.password_manager_leak_detection", false},
     {"search.suggest_enabled", false},
     {"alternate_error_pages.enabled", false},
 };

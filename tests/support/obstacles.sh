@@ -24,7 +24,7 @@ chromium() {
 fake_chromium() { (echo '#!/bin/bash'; cat) >"$FAKE/c"; chmod 755 "$FAKE/c"; chromium "$FAKE/c"; }
 
 # The real one in a place where nothing hides it.
-keep_chromium() { mkdir -p "$FAKE/kept"; mount --bind /usr/lib/chromium "$FAKE/kept"; }
+keep_chromium() { mkdir -p "$FAKE/kept"; mount --rbind /usr/lib/chromium "$FAKE/kept"; }
 
 # policy LEVEL JSON: of the machine.
 policy() {

@@ -104,6 +104,7 @@ END
 }
 PAGE='"product":"Chrome/1","targetId":"T","sessionId":"S"'
 ChromiumOld() { answering "$PAGE" .setCookies '"code":-32601,"message":"It wasn\u0027t found"'; }
+ChromiumOlderThanTried() { answering "$PAGE"; }
 ChromiumOpensNoPage() { answering '"product":"Chrome/1"'; }
 
 meet "$@"

@@ -148,6 +148,7 @@ INSTANTIATE_TEST_SUITE_P(
         Obstacle{"ChromiumInEnglishOnly", "warning chromium-language: .*locales lacks eo"},
         Obstacle{"ChromiumWithoutSandbox", "warning chromium-sandbox: .*without its sandbox"},
         Obstacle{"ChromiumOld", "failure chromium-calls: .*Chrome/1 does not know .*setCookies"},
+        Obstacle{"ChromiumOlderThanTried", "warning chromium-old: .*Chrome/1 is older than"},
         Obstacle{"ChromiumOpensNoPage", "failure chromium-start: .*opens no page"}),
     [](const auto& info) { return info.param.name; });
 

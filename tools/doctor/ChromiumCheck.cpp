@@ -2,7 +2,9 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <future>
 #include <memory>
 #include <string>
@@ -82,6 +84,11 @@ std::unique_ptr<engine::ChromiumProcess> Start(const engine::InstalledChromium& 
   return engine::ChromiumProcess::Start(options, error);
 }
 
+// The first number of a version such as "Chrome/120.0.6099.224".
+int MajorVersion(const std::string& product) {
+  return atoi(product.c_str() + std::min(product.size(), product.find('/') + 1));
+}
+
 // What is wrong with the Chromium behind the connection, as far as our commands go.
 Finding Examine(DevToolsConnection& connection, const std::string& program) {
   const Answer version = Ask(connection, "", "Browser.getVersion", {}, "product");
@@ -96,6 +103,11 @@ Finding Examine(DevToolsConnection& connection, const std::string& program) {
     if (!answer.arrived) {
       return Failure("chromium-start", name + " does not answer " + call.method);
     }
+  }
+  if (MajorVersion(version.member) < engine::kOldestTriedChromium) {
+    return Warning("chromium-old", name + " is older than " +
+                                       std::to_string(engine::kOldestTriedChromium) +
+                                       ", the oldest that has been tried");
   }
   return Ok("chromium", name);
 }

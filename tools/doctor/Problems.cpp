@@ -39,6 +39,9 @@ const std::vector<Problem> kProblems = {
     {"chromium-calls", true, "No window appears, or the window never finishes",
      "Chromium is too old, or too new: it does not know a command that is needed",
      "Update the package chromium", Verdict::kBrowserFailed},
+    {"chromium-old", true, "Something about a page is odd",
+     "Chromium is older than any version that the program has been tried with",
+     "Update the package chromium", Verdict::kSignedIn},
     {"chromium-policy", true, "No window appears",
      "The administrator's policies do not let other programs use the browser",
      "Let the administrator allow RemoteDebuggingAllowed and DeveloperToolsAvailability, or "

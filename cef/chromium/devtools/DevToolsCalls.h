@@ -5,6 +5,10 @@
 
 namespace engine {
 
+// The oldest version that steps have been tried with. One that is older is used as long as it knows
+// the commands.
+inline constexpr int kOldestTriedChromium = 120;
+
 struct DevToolsCall {
   const char* method;
   bool of_page;  // sent to a page's session, else to the browser as a whole

@@ -89,11 +89,8 @@ start_gateway() {
 
 # Makes the browser of the demo's user trust the authority of the gateway box.
 trust_authority() {
-  local store=$HOME/.pki/nssdb
-  rm -rf "$store"
-  mkdir -p "$store"
-  certutil -d "sql:$store" -N --empty-password
-  certutil -d "sql:$store" -A -t C,, -n gateway-box -i "$work/authority.pem"
+  rm -rf "$HOME/.pki"
+  docs/examples/trust-authority "$work/authority.pem"
 }
 
 # The window of that title, within half a minute. A window that goes meanwhile makes a search fail.

@@ -24,6 +24,7 @@ struct Desk {
   int width;
   int height;
   int dpi;
+  int left = 0;  // edge of the primary monitor, which is on the right of another
 };
 
 struct Place {
@@ -55,6 +56,14 @@ TEST_P(WindowTest, BelongsToTheProductAndStaysOnTheScreen) {
   display_.reset();
   display_ = std::make_unique<VirtualDisplay>(
       desk.manager, std::to_string(desk.width) + "x" + std::to_string(desk.height), desk.dpi);
+  if (desk.left != 0) {
+    const std::string rest = "/1x" + std::to_string(desk.height) + "/1+";
+    const std::string right = std::to_string(desk.width - desk.left) + rest;
+    display_->Run(
+        {"xrandr", "--setmonitor", "first", std::to_string(desk.left) + rest + "0+0", "screen"});
+    display_->Run(
+        {"xrandr", "--setmonitor", "*second", right + std::to_string(desk.left) + "+0", "none"});
+  }
   Subprocess starter(StarterCommand({"saml-login", "/saml-popup/start", kCookie, false, {}}));
   const std::string popup =
       display_->WaitForWindow("^idp[.]localhost:[0-9]+ – Sign in to your account$", kPatience);
@@ -74,7 +83,7 @@ TEST_P(WindowTest, BelongsToTheProductAndStaysOnTheScreen) {
     }));
     EXPECT_TRUE(WaitFor([&] {
       const Place place = PlaceOf(window);
-      return place.x >= 0 && place.y >= 0 && place.x + place.width <= desk.width &&
+      return place.x >= desk.left && place.y >= 0 && place.x + place.width <= desk.width &&
              place.y + place.height <= desk.height;
     })) << "beyond the screen";
   }
@@ -82,7 +91,7 @@ TEST_P(WindowTest, BelongsToTheProductAndStaysOnTheScreen) {
 
   const int scale = std::max(1, desk.dpi / 96);
   const Place place = PlaceOf(first);
-  EXPECT_NEAR(place.x + place.width / 2, desk.width / 2, 50);
+  EXPECT_NEAR(place.x + place.width / 2, (desk.left + desk.width) / 2, 50);
   EXPECT_NEAR(place.y + place.height / 2, desk.height / 2, 50);
   EXPECT_EQ(place.width, std::min(1000 * scale, desk.width - 16 * scale));
   EXPECT_EQ(PlaceOf(popup).width, 600 * scale);
@@ -93,9 +102,10 @@ TEST_P(WindowTest, BelongsToTheProductAndStaysOnTheScreen) {
 }
 
 INSTANTIATE_TEST_SUITE_P(All, WindowTest,
-                         testing::Values(Desk{"Small", Manager::kNone, 800, 600, 0},
+                         testing::Values(Desk{"SecondMonitor", Manager::kOpenbox, 2200, 900, 0,
+                                              900},
+                                         Desk{"Small", Manager::kNone, 800, 600, 0},
                                          Desk{"SmallOpenbox", Manager::kOpenbox, 800, 600, 0},
-                                         Desk{"Openbox", Manager::kOpenbox, 1280, 900, 0},
                                          Desk{"Xfwm", Manager::kXfwm, 1280, 900, 0},
                                          Desk{"Fine", Manager::kNone, 2560, 1600, 192},
                                          Desk{"FineXfwm", Manager::kXfwm, 2560, 1600, 192}),

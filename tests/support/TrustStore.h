@@ -6,8 +6,8 @@
 #include <string>
 
 // Adds the certificate (PEM) as a trusted server authority to the certificate database below
-// `home`, where Chromium looks (.pki/nssdb). Makes the database when there is none. Throws
-// std::runtime_error with certutil's own words when that fails.
+// `home`, where Chromium looks, as docs/examples/trust-authority does. Throws std::runtime_error
+// with the words of that when it fails.
 void TrustAuthority(const std::string& home, const std::string& authority_pem);
 
 #endif  // TESTS_SUPPORT_TRUSTSTORE_H_

@@ -143,11 +143,14 @@ bool EmbBrowserHandler::OnCertificateError(CefRefPtr<CefBrowser> browser, cef_er
                                            CefRefPtr<CefRequestCallback> callback) {
   CEF_REQUIRE_UI_THREAD();
   KXLOG(3, kCefModule, "inside OnCertificateError");
+  const std::string url = requestUrl.ToString();
+  KXLOG(5, kCefModule, "OnCertificateError(%s) = %d", url.c_str(), static_cast<int>(certError));
   std::wstring first;
   std::wstring second;
   GetCertDialogMsgs(sslInfo, certError, requestUrl.ToWString(), first, second);
   const bool accepted =
       !RunIsOver() && DisplayCertWarning(L"Corvane Secure", first + L"\n" + second);
+  KXLOG(5, kCefModule, "OnCertificateError(%s) answered %d", url.c_str(), accepted ? 1 : 0);
   callback->Continue(accepted);
   if (!accepted) {
     KXLOG(3, kCefModule,
@@ -198,6 +201,15 @@ CefRefPtr<CefResourceHandler> EmbBrowserHandler::GetResourceHandler(CefRefPtr<Ce
   return m_ResourceManager_->GetResourceHandler(browser, frame, request);
 }
 
+// Nothing but a record: where a redirect leads shows nowhere else.
+void EmbBrowserHandler::OnResourceRedirect(CefRefPtr<CefBrowser>, CefRefPtr<CefFrame>,
+                                           CefRefPtr<CefRequest> request,
+                                           CefRefPtr<CefResponse> response, CefString& newUrl) {
+  CEF_REQUIRE_IO_THREAD();
+  KXLOG(5, kCefModule, "OnResourceRedirect(%s) = %d to %s", request->GetURL().ToString().c_str(),
+        response->GetStatus(), newUrl.ToString().c_str());
+}
+
 bool EmbBrowserHandler::OnResourceResponse(CefRefPtr<CefBrowser> browser, CefRefPtr<CefFrame>,
                                            CefRefPtr<CefRequest> request,
                                            CefRefPtr<CefResponse> response) {
@@ -214,6 +226,7 @@ bool EmbBrowserHandler::OnResourceResponse(CefRefPtr<CefBrowser> browser, CefRef
   const auto cookie_header = headers.find("Cookie");
   if (cookie_header != headers.end()) cookies = cookie_header->second.ToString();
   const std::string url = request->GetURL().ToString();
+  KXLOG(5, kCefModule, "OnResourceResponse(%s) = %d", url.c_str(), response->GetStatus());
   if (!AskSession(request, [&] {
         const bool finished = m_Session_->ProcessCookieResponse(url, cookies);
         KXLOG(5, kCefModule, "ProcessCookieResponse(%s) = %d cookies [%s]", url.c_str(),

@@ -10,6 +10,8 @@ bool Visitor::Visit(const CefCookie& cookie, int, int, bool&) {
   const std::string value = CefString(&cookie.value).ToString();
   KXLOG(4, kCefModule, "inside Visitor::Visit - cookie name=[%s] value.size():%d", name.c_str(),
         static_cast<int>(value.size()));
+  KXLOG(5, kCefModule, "Visit(%s) = %s %s", name.c_str(),
+        CefString(&cookie.domain).ToString().c_str(), CefString(&cookie.path).ToString().c_str());
   return true;
 }
 

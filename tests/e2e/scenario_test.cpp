@@ -73,6 +73,15 @@ class ScenarioTest : public E2eTest, public testing::WithParamInterface<Scenario
     }
   }
 
+  // What the log's reader tells of the run that wrote these records.
+  static std::string Story(const std::string& log) {
+    std::smatch process;
+    if (!std::regex_search(log, process, std::regex(" p([0-9]+) "))) return "";
+    Subprocess::Command command;
+    command.arguments = {EB_LOG_READER, "--explain", process[1]};
+    return RunToEnd(command, kPatience).out;
+  }
+
   static void ExpectMatch(const std::string& text, const std::string& pattern, const char* what) {
     EXPECT_TRUE(std::regex_match(text, std::regex(pattern))) << what << " is: " << text;
   }
@@ -115,6 +124,7 @@ TEST_P(ScenarioTest, EndsAsItsFileSays) {
     })) << error;
   }
   for (const std::string& text : expect.log) EXPECT_THAT(report.log, testing::HasSubstr(text));
+  EXPECT_THAT(Story(report.log), testing::HasSubstr(expect.explain));
 }
 
 INSTANTIATE_TEST_SUITE_P(All, ScenarioTest, testing::ValuesIn(Those(false)), TestName);

@@ -82,6 +82,7 @@ struct Expectation {
   std::string idp_cookies;
   std::string logout_url;
   int slo_state = 0;
+  std::string explain;           // a text in what the log's reader tells of the run
   std::vector<std::string> log;  // texts that the program's log holds; its errors hold one of them
 };
 

@@ -131,6 +131,8 @@ class Reader {
     Take(value, "reason", expect.reason);
     Take(value, "samlslostate", expect.slo_state);
     Take(value, "log", expect.log);
+    Take(value, "explain", expect.explain);
+    if (expect.explain.empty()) expect.explain = "The end: " + expect.verdict;
     for (const auto& pattern : patterns) {
       Take(value, pattern.key, pattern.text);
       pattern.text = TokenPattern(pattern.text);

@@ -18,12 +18,17 @@ bool TakeFlag(const std::string& option, Options& options) {
   const struct {
     const char* name;
     Command command;
-  } kCommands[] = {{"--level", Command::kShowLevel},
+  } kCommands[] = {{"--runs", Command::kRuns},
+                   {"--level", Command::kShowLevel},
                    {"--help", Command::kHelp},
                    {"-h", Command::kHelp},
                    {"--version", Command::kVersion}};
   for (const auto& known : kCommands) {
     if (option == known.name) return options.command = known.command, true;
+  }
+  if (option == "--explain") {
+    options.command = Command::kStory;
+    return options.explain = true;
   }
   const struct {
     const char* name;
@@ -59,6 +64,12 @@ std::string TakeValue(const std::string& option, const std::string& value, Optio
     options.command = Options::Command::kSetLevel;
     return ReadNumber(value, 1, 5, options.level) ? "" : "--level takes a level, 1 to 5";
   }
+  if (option == "--explain" || option == "--picture") {
+    options.command = Options::Command::kStory;
+    options.explain |= option == "--explain";
+    (option == "--explain" ? options.run : options.picture) = value;
+    return value.empty() ? option + " needs a value" : "";
+  }
   if (option == "--up-to-level") {
     return ReadNumber(value, 1, 5, options.filter.level) ? "" : option + " takes a level, 1 to 5";
   }
@@ -76,7 +87,8 @@ std::string TakeValue(const std::string& option, const std::string& value, Optio
 }
 
 bool TakesValue(const std::string& option, Options& options) {
-  return option == "--process" || option == "--up-to-level" || TextOf(option, options);
+  return option == "--process" || option == "--picture" || option == "--up-to-level" ||
+         TextOf(option, options);
 }
 
 }  // namespace
@@ -92,9 +104,12 @@ const char kHelp[] =
                      only from that time on, or up to it: 2026/11/21,
                      "2026/11/21 21:55", 21:55 (today), "5 min" (ago), now
   --grep TEXT        only records with that text in their message
-  --follow           go on with the records that come; without --since, only those
+  --follow           go on with what comes (without --since: only that)
   --file FILE        read a copy of a log, and FILE.old if it is there
   --json             print a JSON object for each record
+  --runs             list the runs, each with its end
+  --explain [RUN]    tell a run and its end; RUN: a process number, last, last-1 …
+  --picture FILE     draw it (SVG); alone: the last run
   --secrets          show cookies, parameters of addresses and the like, too
   --level [N]        print the level up to which programs write, or set it, 1 to 5
   --help, --version  print this text, or the version
@@ -109,16 +124,16 @@ std::string ParseOptions(const std::vector<std::string>& arguments, Options& opt
     const bool joined = equals != std::string::npos;
     const std::string option = arguments[i].substr(0, equals);
     const bool has_next = i + 1 < arguments.size();
-    const bool sets_level =
-        option == "--level" && (joined || (has_next && arguments[i + 1].rfind("--", 0) != 0));
-    if (!joined && !sets_level && TakeFlag(option, options)) {
+    const bool has_value = (option == "--level" || option == "--explain") &&
+                           (joined || (has_next && arguments[i + 1].rfind("--", 0) != 0));
+    if (!joined && !has_value && TakeFlag(option, options)) {
       if (options.command == Options::Command::kHelp ||
           options.command == Options::Command::kVersion) {
         return "";
       }
       continue;
     }
-    if (!sets_level && !TakesValue(option, options)) {
+    if (!has_value && !TakesValue(option, options)) {
       return TakeFlag(option, options) ? option + " takes no value" : "unknown argument " + option;
     }
     if (!joined && !has_next) return option + " needs a value";

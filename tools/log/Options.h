@@ -11,11 +11,14 @@
 namespace log_reader {
 
 struct Options {
-  enum class Command { kRecords, kShowLevel, kSetLevel, kHelp, kVersion };
+  enum class Command { kRecords, kRuns, kStory, kShowLevel, kSetLevel, kHelp, kVersion };
 
   Command command = Command::kRecords;
   std::string file;  // empty: where the client's programs write
   Filter filter;
+  std::string run = "last";  // for kStory, as ChooseRun() takes it
+  bool explain = false;      // tell the story, ...
+  std::string picture;       // ... and draw it into this file, if named
   bool follow = false;
   bool json = false;
   bool secrets = false;

@@ -7,13 +7,19 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <fstream>
+#include <iostream>
 #include <string>
+#include <vector>
 
 #include "tools/log/ControlBlock.h"
 #include "tools/log/LogFiles.h"
 #include "tools/log/Options.h"
 #include "tools/log/Output.h"
+#include "tools/log/Picture.h"
+#include "tools/log/Runs.h"
 #include "tools/log/Secrets.h"
+#include "tools/log/Story.h"
 
 namespace {
 
@@ -57,6 +63,42 @@ int PrintRecords(const Options& options) {
   return problem.empty() ? End(0) : End(Complain(problem));
 }
 
+// The runs in those records that the filter lets through.
+std::string ReadRuns(const Options& options, std::vector<log_reader::Run>& runs) {
+  std::vector<Record> records;
+  log_reader::LogFiles log(options.file.empty() ? log_reader::FindLog() : options.file);
+  const std::string problem = log.Read([&](const Record& record) {
+    if (options.filter.Lets(record)) records.push_back(record);
+  });
+  runs = log_reader::FindRuns(std::move(records));
+  return problem;
+}
+
+int ListRuns(const Options& options) {
+  std::vector<log_reader::Run> runs;
+  const std::string problem = ReadRuns(options, runs);
+  for (const log_reader::Run& run : runs) std::puts(Summary(run).c_str());
+  return problem.empty() ? End(0) : End(Complain(problem));
+}
+
+int TellStory(const Options& options) {
+  std::vector<log_reader::Run> runs;
+  std::string problem = ReadRuns(options, runs);
+  if (!problem.empty()) return Complain(problem);
+  const log_reader::Run* run = ChooseRun(runs, options.run, problem);
+  if (!run) return Complain(problem);
+  const log_reader::Story story = Tell(*run);
+  if (options.explain) Explain(story, std::cout);
+  if (!options.picture.empty()) {
+    std::ofstream file(options.picture, std::ios::trunc);
+    if (file) Draw(story, file);
+    file.close();
+    if (!file) return Complain(options.picture + " cannot be written");
+  }
+  std::cout.flush();
+  return std::cout ? End(0) : Complain("the story cannot be printed");
+}
+
 int ShowLevel() {
   int level = 0;
   const std::string problem = log_reader::ReadLevel(level);
@@ -91,6 +133,10 @@ int main(int argc, char** argv) {
   switch (options.command) {
     case Options::Command::kRecords:
       return PrintRecords(options);
+    case Options::Command::kRuns:
+      return ListRuns(options);
+    case Options::Command::kStory:
+      return TellStory(options);
     case Options::Command::kShowLevel:
       return ShowLevel();
     case Options::Command::kSetLevel:

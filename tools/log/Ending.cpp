@@ -64,34 +64,31 @@ std::string LastPage(const Course& course) {
 
 Ending Proven(const Course& course) {
   Ending ending{Tone::kGood, "", {"", course.proof->record}, {}, ""};
+  const std::string time = Duration(course.proof->at);
+  int state = 0;
   switch (course.proof->what) {
     case What::kHostCheckNeeded:
       ending.verdict = "host check needed";
-      ending.what.text = "The gateway wants a host check first";
+      ending.what.text = "After " + time + " the gateway wanted a host check first.";
       break;
     case What::kHostCheckFailed:
       ending.verdict = "host check failed";
-      ending.what.text = "The gateway's host check has failed";
+      ending.what.text = "After " + time + " the gateway's host check had failed.";
       ending.tone = Tone::kBad;
       break;
-    case What::kLogoutDone: {
-      const auto done = [](const Exchange& exchange) { return exchange.finished != nullptr; };
-      int state = 0;
+    case What::kLogoutDone:
       for (const Exchange& exchange : course.exchanges) {
-        if (done(exchange)) state = exchange.logout_state;
+        if (exchange.finished) state = exchange.logout_state;
       }
       ending.verdict = "logged out, state " + std::to_string(state);
-      ending.what.text = state == 2 ? "Logged out in state 2: the browser left the gateway after "
-                                      "its logout page"
-                                    : "Logged out in state 5: the exchange with the identity "
-                                      "provider ran to its end";
+      ending.what.text = "Logged out after " + time + " in state " + std::to_string(state) +
+                         (state == 2 ? ": the browser left the gateway after its logout page."
+                                     : ": the exchange with the identity provider ran to its end.");
       break;
-    }
     default:
       ending.verdict = "signed in";
-      ending.what.text = "Signed in";
+      ending.what.text = "Signed in after " + time + ".";
   }
-  ending.what.text += After(*course.proof) + ".";
   return ending;
 }
 

@@ -144,6 +144,11 @@ std::string ParseOptions(const std::vector<std::string>& arguments, Options& opt
   const size_t alone = options.command == Options::Command::kShowLevel  ? 1
                        : options.command == Options::Command::kSetLevel ? 2
                                                                         : arguments.size();
+  const bool of_runs =
+      options.command == Options::Command::kRuns || options.command == Options::Command::kStory;
+  if (of_runs && (options.follow || options.json)) {
+    return "--runs, --explain and --picture go without --follow and --json";
+  }
   return arguments.size() > alone ? "--level goes with no other option" : "";
 }
 

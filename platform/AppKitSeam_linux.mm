@@ -110,6 +110,16 @@ void LeaveImageMagick() {
   if (reader) [NSImageRep unregisterImageRepClass:reader];
 }
 
+// A program that was killed while it had the lock, which it has for milliseconds, would keep this
+// one waiting for 20 seconds.
+void BreakStaleDefaultsLock() {
+  NSString* path = [GSDefaultsRootForUser(NSUserName())
+      stringByAppendingPathComponent:@".lck/.GNUstepDefaults.lck"];
+  NSDistributedLock* lock = [NSDistributedLock lockWithPath:path];
+  NSDate* made = [lock lockDate];
+  if (made != nil && [made timeIntervalSinceNow] < -1) [lock breakLock];
+}
+
 Class s_ApplicationClass = Nil;
 void (*s_Report)(id thrown) = nullptr;
 
@@ -179,6 +189,7 @@ void StartAppKitProcess() {
   if (s_Hidden) *s_Hidden = s_FirstHidden;
 
   NSAutoreleasePool* pool = [[NSAutoreleasePool alloc] init];
+  BreakStaleDefaultsLock();
   // Without these a stray icon window and a floating menu appear beside the browser.
   NSDictionary* defaults = [NSDictionary dictionaryWithObjectsAndKeys:@"YES", @"GSSuppressAppIcon",
                                                                       @"NSWindows95InterfaceStyle",

@@ -116,7 +116,8 @@ class E2eTest : public testing::Test {
   const TempDir home_;
   std::unique_ptr<VirtualDisplay> display_;
   std::unique_ptr<GatewayBox> box_;
-  bool log_is_whole_ = true;  // nothing is done to the log that may keep a run from writing it
+  bool starter_is_whole_ = true;  // nothing keeps the starter from reading a result
+  bool log_is_whole_ = true;      // nothing is done to the log that may keep a run from writing it
 
  private:
   size_t log_begin_ = 0;

@@ -65,6 +65,7 @@ class FaultTest : public E2eTest {
         {"saml-login", "/saml-redirect/start?auto=1", "KXSAMLEMBID=launch", false, {}});
     command.environment["LD_PRELOAD"] = EB_FAILED_CALL;
     command.environment[FailedCall::kVariable] = home_.file("call");
+    starter_is_whole_ = which.program != kStarterName;
     const auto begin = steady_clock::now();
     Subprocess starter(command);
     const auto end = starter.Wait(kPatience);
@@ -82,14 +83,21 @@ class FaultTest : public E2eTest {
       EXPECT_TRUE(!end || end->signal == 0);
     }
     EXPECT_THAT(err, testing::Not(testing::HasSubstr("does not answer")));
-    EXPECT_LT(took, kInTime);
+    // AppKit waits for a lock of its own that it could not remove.
+    const bool locked_out = std::string(call_->where).find("GNUstepDefaults") != std::string::npos;
+    EXPECT_LT(took, locked_out ? 3 * kInTime : kInTime);
     // Of a segment that cannot be removed.
     if (call_->failed && which.program == kStarterName) TakeSegment(DataFolder());
-    // The next start removes the locks of a crash.
-    if (report.verdict == "crashed") std::filesystem::remove_all(DataFolder() + "cef");
+    // The next start removes the locks of a crash, after which the browser still ends.
+    if (report.verdict == "crashed") {
+      for (const pid_t process : UserProcesses()) EndsWithin(process, kInTime);
+      std::error_code gone;
+      std::filesystem::remove_all(DataFolder() + "cef", gone);
+    }
     ExpectNothingLeft();
     if (report.verdict == "signed in") return End::kResult;
-    const bool starter_knows = report.verdict == "not started" || report.verdict == "crashed";
+    const bool starter_knows = report.verdict == "not started" || report.verdict == "crashed" ||
+                               report.verdict == "unreadable result";
     EXPECT_TRUE(!err.empty() || !ErrorsIn(report.log).empty() || starter_knows) << "no word of why";
     return End::kRefusal;
   }

@@ -34,7 +34,9 @@ CallerWatch::~CallerWatch() {
 // In a copy of a process that may have had threads: only calls that are allowed in signal handlers.
 void CallerWatch::Watch(pid_t helper, int error_output, std::chrono::milliseconds grace) const {
   char bytes[512];
-  while (read(alive_.reader(), bytes, 1) < 0 && errno == EINTR) continue;
+  // Nothing but its end, for which a read that failed could be taken.
+  pollfd caller = {alive_.reader(), POLLIN, 0};
+  while (poll(&caller, 1, -1) <= 0) continue;
   kill(helper, SIGTERM);
   const Clock::time_point end = Clock::now() + grace;
   pollfd watched = {error_output, POLLIN, 0};

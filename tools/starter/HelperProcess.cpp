@@ -101,12 +101,20 @@ struct Birth {
   Pipe report;  // takes what keeps the program from being executed
 };
 
+[[noreturn]] void Fail(const Birth& birth) {
+  const int error = errno;
+  if (write(birth.report.writer(), &error, sizeof error) < 0) _exit(126);
+  _exit(127);
+}
+
 // In the child; only calls that are allowed between fork and exec in a process with threads.
 [[noreturn]] void Execute(const Image& image, int output, Birth& birth) {
   setpgid(0, 0);
   birth.go.CloseWriter();
   char byte;
-  if (read(birth.go.reader(), &byte, 1) != 1) _exit(126);
+  const ssize_t went = read(birth.go.reader(), &byte, 1);
+  if (went == 0) _exit(126);  // the caller has died
+  if (went < 0) Fail(birth);
   ResetSignals();
   const int nothing = open("/dev/null", O_RDONLY);
   if (nothing > STDIN_FILENO) dup2(nothing, STDIN_FILENO);
@@ -114,9 +122,7 @@ struct Birth {
   dup2(output, STDERR_FILENO);
   CloseDescriptors(STDERR_FILENO + 1, image.descriptors_end, birth.report.writer());
   execve(image.program.c_str(), image.arguments, image.environment.data());
-  const int error = errno;
-  if (write(birth.report.writer(), &error, sizeof error) < 0) _exit(126);
-  _exit(127);
+  Fail(birth);
 }
 
 // Lets it become the helper; returns the errno that keeps it from that, or 0.

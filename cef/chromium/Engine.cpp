@@ -73,10 +73,10 @@ void Engine::Wire() {
   certificates_.Subscribe();
   load_errors_.Subscribe();
   SubscribeFrameEvents(connection_, table_,
-                       [this](const std::string& session, const JsonValue& frame, bool written) {
+                       [this](const std::string& session, const JsonValue& frame, Arrival arrival) {
                          // A top frame has its page's id.
-                         windows_.Shows(TextAt(frame, "id"), frame, written);
-                         if (!written) load_errors_.OnDocument(session, frame);
+                         windows_.Shows(TextAt(frame, "id"), frame, arrival);
+                         if (arrival != Arrival::kWritten) load_errors_.OnDocument(session, frame);
                        });
   SubscribeDisplayEvents(connection_, table_, windows_);
   connection_.OnClosed([this] { OnConnectionClosed(); });

@@ -1,5 +1,6 @@
 // What is known of requests that are on their way.
 
+#include "cef/chromium/browser/FrameEvents.h"
 #include "cef/chromium/browser/LoadErrors.h"
 #include "cef/chromium/network/NetworkHooks.h"
 #include "tests/engine/DevToolsTest.h"
@@ -109,6 +110,37 @@ TEST_F(NetworkHooksTest, AFailureIsNotThatOfAnotherDocumentOfTheFrame) {
   }
   Load("2", "U", kPage);
   EXPECT_EQ(failed, std::vector<std::string>{kPage});
+}
+
+// Chromium loses the event of a document now and then, when its process is slow to start. The
+// window would go by the host of the former page.
+TEST_F(NetworkHooksTest, ADocumentThatNobodyTellsOfIsFound) {
+  std::vector<std::string> documents;
+  engine::SubscribeFrameEvents(
+      connection_, table_,
+      [&](const std::string&, const engine::JsonValue& frame, engine::Arrival arrival) {
+        documents.push_back((arrival == engine::Arrival::kFound ? "found " : "told ") +
+                            engine::TextAt(frame, "url"));
+      });
+  const std::string frame =
+      R"("params":{"frame":{"id":"T","loaderId":"A","url":"https://told/"}}}|)";
+  const std::string cleared =
+      R"({"method":"Runtime.executionContextsCleared","sessionId":"session of T","params":{}}|)";
+  const std::string created =
+      R"({"method":"Runtime.executionContextCreated","sessionId":"session of T","params":)"
+      R"({"context":{"auxData":{"type":"default","frameId":"T"}}}}|)";
+  Open();
+  Reply(cleared + R"({"method":"Page.frameNavigated","sessionId":"session of T",)" + frame +
+        created);
+  Load("1", "T", kPage);
+  Reply(cleared + created);
+  const std::string asked = ReadCommand();
+  ASSERT_NE(asked.find("Page.getFrameTree"), std::string::npos) << asked;
+  const std::string id = asked.substr(asked.find("\"id\":"), asked.find(','));
+  Reply("{" + id.substr(0, id.find_first_of(",}")) +
+        R"(,"result":{"frameTree":{"frame":{"id":"T","loaderId":"B","url":"https://found/"}}}}|)");
+  Load("2", "T", kPage);
+  EXPECT_EQ(documents, (std::vector<std::string>{"told https://told/", "found https://found/"}));
 }
 
 }  // namespace

@@ -103,12 +103,12 @@ void WindowTitles::Belongs(const std::vector<std::string>& targets) {
   Rename(page);
 }
 
-void WindowTitles::Shows(const std::string& target, const JsonValue& frame, bool written) {
+void WindowTitles::Shows(const std::string& target, const JsonValue& frame, Arrival arrival) {
   const auto found = pages_.find(target);
   if (found == pages_.end()) return;
   Page& page = found->second;
   // The client's page about the failure.
-  if (written && page.failed) return;
+  if (arrival == Arrival::kWritten && page.failed) return;
   const std::string failed_url = TextAt(frame, "unreachableUrl");
   if (!failed_url.empty()) page.failed_host = HostToShow(failed_url);
   // Pages cannot load a data URL as a whole: it is the client's, or the first one.
@@ -117,7 +117,8 @@ void WindowTitles::Shows(const std::string& target, const JsonValue& frame, bool
   page.first = ours && !page.failed && page.opener.empty();
   page.host = page.failed ? "" : HostOf(frame);
   if (!page.failed) page.failed_host.clear();
-  page.title.clear();
+  // One that was found may have told its title already.
+  if (arrival != Arrival::kFound) page.title.clear();
   Rename(page);
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "cef/chromium/base/Json.h"
+#include "cef/chromium/browser/FrameEvents.h"
 #include "cef/chromium/devtools/DevToolsConnection.h"
 #include "cef/chromium/process/WindowServer.h"
 
@@ -24,9 +25,8 @@ class WindowTitles {
   // one that an ordered page is to load first; one of them is empty.
   void Opened(const std::string& target, const std::string& opener, const std::string& host);
   void Gone(const std::string& target);
-  // The page's top frame shows another document; `frame` as DevTools describes it. `written`: by a
-  // script or by the client, not loaded.
-  void Shows(const std::string& target, const JsonValue& frame, bool written);
+  // The page's top frame shows another document; `frame` as DevTools describes it.
+  void Shows(const std::string& target, const JsonValue& frame, Arrival arrival);
   // The address cannot be had; the client's own page about it takes its place, or follows.
   void Failed(const std::string& target, const std::string& url);
   void Titled(const std::string& target, const std::string& title);

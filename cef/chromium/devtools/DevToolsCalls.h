@@ -24,6 +24,7 @@ inline constexpr DevToolsCall kDevToolsCalls[] = {
     {"Page.addScriptToEvaluateOnNewDocument", true},
     {"Page.bringToFront", true},
     {"Page.enable", true},
+    {"Page.getFrameTree", true},
     {"Page.navigate", true},
     {"Page.reload", true},
     {"Page.setDocumentContent", true},

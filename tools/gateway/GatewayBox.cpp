@@ -12,6 +12,7 @@
 #include "tools/gateway/Player.h"
 #include "tools/gateway/ScenarioList.h"
 #include "tools/gateway/Scenarios.h"
+#include "tools/gateway/TapeScenario.h"
 
 namespace {
 
@@ -32,6 +33,7 @@ std::vector<std::string> NamesOf(const std::string& prefix) {
 }
 
 std::vector<Scenario> Served(const GatewayBox::Options& options) {
+  if (!options.tape.empty()) return {ReadTapeScenario(options.tape)};
   if (options.only.empty()) return ReadScenarios(options.scenarios);
   return {ReadScenario(options.scenarios, options.only)};
 }

@@ -29,10 +29,11 @@ class GatewayBox {
     std::string certificate_for;
     std::string scenarios = ScenarioFolder();
     std::string only;  // the one scenario that is served; empty: all
+    std::string tape;  // a flow tape's file: its scenario is served, and no other
   };
 
   // Listens when it returns. Throws ScenarioError when a scenario file cannot be used, and
-  // std::runtime_error when a port is taken or a certificate cannot be made.
+  // std::runtime_error when a tape cannot be, a port is taken or a certificate cannot be made.
   explicit GatewayBox(const Options& options);
   GatewayBox() : GatewayBox(Options()) {}
   // Ends all connections; bounded by a few seconds.

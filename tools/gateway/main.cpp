@@ -16,6 +16,8 @@
 #include "tools/gateway/RunCommand.h"
 #include "tools/gateway/ScenarioList.h"
 #include "tools/gateway/Scenarios.h"
+#include "tools/gateway/TapeScenario.h"
+#include "tools/tape/TapeFile.h"
 
 namespace {
 
@@ -25,6 +27,8 @@ A VPN gateway and an identity provider on loopback, to write and try a caller ag
 
   --list                    print the scenarios (name, step, what happens) and exit
   --scenario NAME           serve only this one, and print the starter's command for it
+  --tape FILE               the same for a run that embedded-browser-start --tape has recorded
+  --scenario-file FILE      with --tape: write its scenario to this file, and exit
   --start                   run that command; exit with it, and with its status
   --scenarios DIR           the folder of the scenario files; default: the box's own
   --port N, --https-port N  where to listen; 0 (default): the system chooses
@@ -41,6 +45,7 @@ Prints one line of JSON when it is ready; "/" lists the scenarios. Exits on SIGT
 struct Settings {
   GatewayBox::Options box;
   std::string authority_file;
+  std::string scenario_file;
   bool exit_with_stdin = false;
   bool list = false;
   bool start = false;
@@ -76,6 +81,8 @@ bool Take(const std::string& option, const std::string& value, Settings& setting
     std::string& value;
   } texts[] = {{"--scenario", settings.box.only},
                {"--scenarios", settings.box.scenarios},
+               {"--tape", settings.box.tape},
+               {"--scenario-file", settings.scenario_file},
                {"--authority-file", settings.authority_file}};
   for (const auto& text : texts) {
     if (option != text.option) continue;
@@ -102,8 +109,11 @@ std::optional<Settings> Parse(int argc, char** argv) {
       return std::nullopt;
     }
   }
-  if (settings.start && settings.box.only.empty()) {
-    std::fputs("embedded-browser-gateway: --start needs --scenario\n", stderr);
+  const bool one = !settings.box.only.empty() || !settings.box.tape.empty();
+  const bool to_file = !settings.scenario_file.empty();
+  if ((settings.start && !one) || (to_file && settings.box.tape.empty())) {
+    std::fprintf(stderr, "embedded-browser-gateway: %s\n",
+                 to_file ? "--scenario-file needs --tape" : "--start needs --scenario or --tape");
     return std::nullopt;
   }
   return settings;
@@ -125,18 +135,21 @@ int List(const GatewayBox::Options& options) {
   return std::fputs(text.c_str(), stdout) < 0;
 }
 
+int Write(const std::string& text, const std::string& path) {
+  std::ofstream file(path);
+  if ((file << text).flush()) return 0;
+  std::fprintf(stderr, "embedded-browser-gateway: cannot write %s\n", path.c_str());
+  return 1;
+}
+
 // Listens and serves until it is told to end; returns the exit status.
 int Serve(const Settings& settings, int signals) {
   const GatewayBox box(settings.box);
   if (!settings.authority_file.empty()) {
-    std::ofstream file(settings.authority_file);
-    if (!(file << box.authority_pem()).flush()) {
-      std::fprintf(stderr, "embedded-browser-gateway: cannot write %s\n",
-                   settings.authority_file.c_str());
-      return 1;
-    }
+    const int failed = Write(box.authority_pem(), settings.authority_file);
+    if (failed) return failed;
   }
-  if (!settings.box.only.empty()) {
+  if (!settings.box.only.empty() || !settings.box.tape.empty()) {
     const std::string command =
         StarterCommandLine(box.scenarios().front(), {box.port(), box.https_port()});
     std::fprintf(stderr, "%s\n", command.c_str());
@@ -169,7 +182,9 @@ int main(int argc, char** argv) {
   signal(SIGPIPE, SIG_IGN);
   const int signals = signalfd(-1, &ending, SFD_CLOEXEC);
   try {
-    return settings->list ? List(settings->box) : Serve(*settings, signals);
+    if (settings->list) return List(settings->box);
+    if (settings->scenario_file.empty()) return Serve(*settings, signals);
+    return Write(ScenarioTextOf(tape::ReadTape(settings->box.tape)), settings->scenario_file);
   } catch (const ScenarioError& error) {
     std::fprintf(stderr, "embedded-browser-gateway: %s\n", error.what());
     return 2;

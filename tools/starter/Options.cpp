@@ -110,7 +110,7 @@ std::string TakeTimeout(const std::string& value, ebStarter::Limits& limits) {
 
 bool TakesValue(const std::string& option) {
   for (const char* name : {"--type", "--url", "--cookie", "--cookie-file", "--clear-cookies",
-                           "--program", "--timeout"}) {
+                           "--program", "--tape", "--timeout"}) {
     if (option == name) return true;
   }
   return false;
@@ -130,6 +130,10 @@ std::string TakeValue(const std::string& option, const std::string& value, Optio
   if (option == "--cookie-file") cookie.Set(CookieSource::kFile, value);
   if (option == "--clear-cookies") step.request.clear_cookies_url = value;
   if (option == "--program") step.program = value;
+  if (option == "--tape") {
+    if (value.empty()) return "--tape takes a file's name";
+    options.tape = value;
+  }
   return "";
 }
 
@@ -148,9 +152,9 @@ const char kHelp[] =
   --timeout SECONDS    time limit of the step, 1 to 86400, default 300
   --wait               wait while another step runs, no longer than a step may
   --json               print verdict and return data as one JSON object
+  --tape FILE          record the step for embedded-browser-gateway, no secrets
   --program PATH       the helper; default: the installed one
   --help, --version    print this text, or the version
-
 Prints the verdict in one line. Exit status:
    0 signed in              5 host check failed    10 crashed
    1 not started            6 logged out           11 stopped by a signal

@@ -12,6 +12,7 @@ struct Options {
   ebStarter::Settings step;
   bool wait = false;
   bool json = false;
+  std::string tape;  // where to write one; empty: nowhere
   bool help = false;
   bool version = false;
   std::string warning;  // one line for the user; the step runs anyway

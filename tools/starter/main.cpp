@@ -16,6 +16,7 @@
 
 #include "tools/starter/Options.h"
 #include "tools/starter/Sentences.h"
+#include "tools/starter/TapeOfStep.h"
 
 namespace {
 
@@ -40,6 +41,10 @@ void CatchSignals() {
   }
   // Where it is ignored, nobody learns how a child ended.
   signal(SIGCHLD, SIG_DFL);
+}
+
+void Complain(const std::string& what) {
+  std::fprintf(stderr, "embedded-browser-start: %s\n", what.c_str());
 }
 
 void PrintJson(const Outcome& outcome) {
@@ -113,12 +118,17 @@ int main(int argc, char** argv) {
   if (options.help) return std::fputs(kHelp, stdout) < 0;
   if (options.version) return std::puts("embedded-browser-start " EB_STARTER_VERSION) < 0;
   const std::string& remark = wrong.empty() ? options.warning : wrong;
-  if (!remark.empty()) {
-    std::fprintf(stderr, "embedded-browser-start: %s%s\n", remark.c_str(),
-                 wrong.empty() ? "" : " (see --help)");
-  }
+  if (!remark.empty()) Complain(remark + (wrong.empty() ? "" : " (see --help)"));
   if (!wrong.empty()) return kWrongUsage;
 
+  std::optional<TapeOfStep> tape;
+  if (!options.tape.empty()) {
+    // Before the signals are caught, and while there is one thread.
+    if (const std::string problem = TapeOfStep::Begin(options, tape); !problem.empty()) {
+      Complain("nothing was run, as it cannot be recorded: " + problem);
+      return kWrongUsage;
+    }
+  }
   const Sentences sentences;
   std::optional<StopSwitch> stop;
   Outcome outcome;
@@ -130,6 +140,10 @@ int main(int argc, char** argv) {
     outcome = RunStep(options.step);
   } catch (const std::exception& error) {
     outcome.detail = error.what();
+  }
+  if (tape) {
+    const std::string problem = tape->End(outcome);
+    if (!problem.empty()) Complain("the tape is not right: " + problem);
   }
   outcome.detail = sentences.DetailOf(outcome, options.step.request.type);
   if (options.step.progress) std::fputs("\r\033[K", stderr);

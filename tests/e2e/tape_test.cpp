@@ -1,0 +1,160 @@
+// A run is recorded, and what is played from the tape ends in the same way.
+
+#include <signal.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <map>
+#include <regex>
+
+#include "libs/kxaccess/InstallPaths.h"
+#include "tests/e2e/E2eTest.h"
+#include "tests/support/Segment.h"
+#include "tools/gateway/ScenarioList.h"
+#include "tools/gateway/TapeScenario.h"
+#include "tools/log/ControlBlock.h"
+#include "tools/tape/TapeFile.h"
+
+namespace {
+
+int Level() {
+  int level = -1;
+  return log_reader::ReadLevel(level).empty() ? level : -1;
+}
+
+class TapeTest : public E2eTest {
+ protected:
+  TapeTest() {
+    // Only a log that somebody has written to has a level.
+    if (Level() == -1) Run({"custom", "/custom-finished/start?auto=1", "KXEBID=x", false, {}});
+    if (Level() != 3) log_reader::SetLevel(3);
+  }
+
+  Subprocess::Command Recorded(const Scenario& scenario, const std::string& file) {
+    if (scenario.https) TrustBox();
+    const std::string address =
+        StartAddress(scenario, {box_->port(), box_->https_port()}, scenario.automatic);
+    return StarterCommand({scenario.step,
+                           "",
+                           scenario.cookie,
+                           false,
+                           {"--url", address, "--timeout", "45", "--tape", file}});
+  }
+
+  StarterReport Record(const Scenario& scenario, const std::string& file) {
+    Subprocess starter(Recorded(scenario, file));
+    const StarterReport report = Report(starter);
+    EXPECT_EQ(report.err, "");
+    EXPECT_EQ(Level(), 3);
+    return report;
+  }
+
+  const Scenario& Find(const std::string& name) const {
+    for (const Scenario& scenario : box_->scenarios()) {
+      if (scenario.name == name) return scenario;
+    }
+    throw std::runtime_error(name);
+  }
+
+  void ExpectNoSecret(const std::string& text) const {
+    const std::regex token("[0-9a-f]{32}|localhost|box|PHN[0-9A-Za-z]+|ada|sesame|/start");
+    std::string asked;
+    for (const auto& request : box_->requests()) asked += request.target + " " + request.cookies;
+    ASSERT_TRUE(std::regex_search(asked, token));
+    EXPECT_FALSE(std::regex_search(text, token)) << text;
+  }
+};
+
+// What must come again: hook, host, names of the cookies, status cookies, answer; and the result.
+std::string Shape(const tape::Tape& tape, bool answers_only) {
+  std::string shape;
+  for (const tape::Entry& entry : tape.entries) {
+    const bool asked = entry.hook == tape::Hook::kCheckIfCompleted;
+    if (asked && answers_only) continue;
+    const size_t host = entry.address.find("://") + 3;
+    shape += (asked ? "asked " : "answered ") +
+             entry.address.substr(host, entry.address.find_first_of("/?", host) - host);
+    std::map<std::string, std::string> sorted;
+    for (const auto& [name, value] : entry.cookies) {
+      sorted[name] = value.substr(0, value.find('.'));
+    }
+    for (const auto& [name, length] : sorted) shape += " " + name + "=" + length;
+    shape += entry.answer ? " ends\n" : "\n";
+  }
+  const tape::Result& result = tape.result;
+  return shape + result.verdict + std::to_string(result.post_auth_cookie) + " " +
+         std::to_string(result.idp_cookies) + " " + std::to_string(result.logout_url > 0) + " " +
+         std::to_string(result.slo_state);
+}
+
+struct Case {
+  const char* scenario;
+  bool old_profile = false;  // the identity provider knows the browser
+  bool rotated = false;      // while it runs
+};
+
+class TapeOfTest : public TapeTest, public testing::WithParamInterface<Case> {};
+
+TEST_P(TapeOfTest, PlaysAsItWasRecorded) {
+  const Scenario scenario = Find(GetParam().scenario);
+  const std::string first = home_.file("first.json"), second = home_.file("second.json");
+  if (GetParam().old_profile) Record(scenario, first);
+  log_is_whole_ = !GetParam().rotated;
+  Subprocess starter(Recorded(scenario, first));
+  if (GetParam().rotated) {
+    ASSERT_TRUE(WaitForRequest("/" + scenario.name + "/start"));
+    const std::string log = InstallPaths::kLogFile;
+    std::filesystem::rename(log, log + ".old");
+  }
+  const StarterReport report = Report(starter);
+  EXPECT_EQ(report.verdict, scenario.expect.verdict) << report.err;
+  ExpectNoSecret(ReadFile(first));
+  EXPECT_EQ(std::filesystem::status(first).permissions(), std::filesystem::perms(0600));
+  std::filesystem::remove_all(DataFolder() + "cef");
+  GatewayBox::Options options;
+  options.tape = first;
+  box_ = std::make_unique<GatewayBox>(options);
+  const Scenario played = box_->scenarios().front();
+  EXPECT_EQ(Record(played, second).verdict, report.verdict);
+  // What an old profile holds is set by redirects, which come on top.
+  EXPECT_EQ(Shape(tape::ReadTape(second), GetParam().old_profile),
+            Shape(tape::ReadTape(first), GetParam().old_profile))
+      << ReadFile(first) << ReadFile(second);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, TapeOfTest,
+    testing::Values(Case{"saml-redirect", true}, Case{"saml-refused"}, Case{"saml-post-binding"},
+                    Case{"custom-finished", false, true}, Case{"custom-host-check-needed"},
+                    Case{"logout-state2"}, Case{"logout-state5"}),
+    [](const auto& info) {
+      return std::regex_replace(std::string(info.param.scenario), std::regex("-"), "_");
+    });
+
+TEST_F(TapeTest, LevelIsPutBackWhenTheStarterIsKilled) {
+  Subprocess starter(Recorded(Find("saml-never"), home_.file("tape.json")));
+  ASSERT_TRUE(WaitForRequest("/saml-never/start"));
+  EXPECT_EQ(Level(), 5);
+  kill(starter.pid(), SIGKILL);
+  EXPECT_TRUE(WaitFor([] { return Level() == 3; }));
+  EXPECT_TRUE(WaitFor([this] { return UserProcesses().empty(); }));
+  TakeSegment(DataFolder());
+}
+
+TEST_F(TapeTest, FileOfAnotherOrALinkIsLeftAloneAndNothingRuns) {
+  const std::string target = home_.write("target", "text"), link = home_.file("link");
+  std::filesystem::create_symlink(target, link);
+  const std::string others = home_.write("others", "text");
+  ASSERT_EQ(chown(others.c_str(), 1, 1), 0);
+  for (const std::string& file : {link, others, home_.path(), home_.file("no/folder")}) {
+    Subprocess starter(Recorded(Find("custom-finished"), file));
+    const auto end = starter.Wait(kPatience);
+    ASSERT_TRUE(end);
+    EXPECT_EQ(end->exit_status, 2);
+    EXPECT_THAT(end->err, testing::HasSubstr("nothing was run"));
+  }
+  EXPECT_EQ(ReadFile(target) + ReadFile(others), "texttext");
+  EXPECT_TRUE(box_->requests().empty());
+}
+
+}  // namespace

@@ -32,6 +32,7 @@ struct Page {
   bool steers = false;         // its address holds words that decide how a logout goes on
   bool answered = false;       // as redirects are not
   bool finishes = false;       // the step has ended with it
+  int status = 0;              // 0: not known
   std::optional<Jar> cookies;  // what the request carried, where that is known
   std::vector<TapeTarget> parts;
   Jar sets;  // cookies that its answer sets; an empty value deletes one
@@ -203,7 +204,7 @@ class Document {
     const bool closed =
         !by_itself && (result.verdict == "closed by user" || result.verdict == "refused");
     const bool judged = by_itself || closed;
-    Put("timeout", judged ? 60 : 15);
+    Put("timeout", (judged ? 60 : 15) + static_cast<int>(pages_.size()));
     if (closed) {
       writer_.Key("hands");
       writer_.StartArray();

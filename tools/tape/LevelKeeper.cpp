@@ -31,6 +31,8 @@ void Say(int report, const std::string& text) {
 
 // What the process does.
 [[noreturn]] void Keep(int level, int hold, int report) {
+  // Out of reach of what a terminal sends to the process group.
+  setsid();
   for (const int number : {SIGHUP, SIGINT, SIGTERM, SIGPIPE}) signal(number, SIG_IGN);
   signal(SIGBUS, SIG_DFL);
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) close(descriptor);

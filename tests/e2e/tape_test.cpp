@@ -10,7 +10,6 @@
 #include "libs/kxaccess/InstallPaths.h"
 #include "tests/e2e/E2eTest.h"
 #include "tests/support/Segment.h"
-#include "tools/gateway/ScenarioList.h"
 #include "tools/gateway/Scenarios.h"
 #include "tools/log/ControlBlock.h"
 #include "tools/tape/TapeFile.h"
@@ -33,13 +32,12 @@ class TapeTest : public E2eTest {
   Subprocess::Command Recorded(const Scenario& scenario, const std::string& file) {
     if (scenario.https) TrustBox();
     const std::string limit = scenario.expect.verdict == "timed out" ? "15" : "45";
-    const std::string address =
-        StartAddress(scenario, {box_->port(), box_->https_port()}, scenario.automatic);
+    const std::string path = "/" + scenario.name + "/start";
     return StarterCommand({scenario.step,
-                           "",
+                           path + (scenario.automatic ? "?auto=1" : ""),
                            scenario.cookie,
-                           false,
-                           {"--url", address, "--timeout", limit, "--tape", file}});
+                           scenario.https,
+                           {"--timeout", limit, "--tape", file}});
   }
 };
 
@@ -50,19 +48,19 @@ std::string Shape(const tape::Tape& tape, bool answers_only) {
     const bool asked = entry.hook == tape::Hook::kCheckIfCompleted;
     if (asked && answers_only) continue;
     const size_t host = entry.address.find("://") + 3;
-    shape += (asked ? "asked " : "answered ") +
-             entry.address.substr(host, entry.address.find_first_of("/?", host) - host) + " " +
-             std::to_string(entry.status);
+    shape += (asked ? "asked " : "answered ") + std::to_string(entry.status) + " " +
+             entry.address.substr(host, entry.address.find_first_of("/?", host) - host);
     const std::map<std::string, std::string> sorted(entry.cookies.begin(), entry.cookies.end());
     for (const auto& [name, value] : sorted) {
       shape += " " + name + "=" + value.substr(0, value.find('.'));
     }
     shape += entry.answer ? " ends\n" : "\n";
   }
-  const tape::Result& result = tape.result;
-  return shape + result.verdict + std::to_string(result.post_auth_cookie) + " " +
-         std::to_string(result.idp_cookies) + " " + std::to_string(result.logout_url > 0) + " " +
-         std::to_string(result.slo_state);
+  for (const int number : {tape.result.post_auth_cookie, tape.result.idp_cookies,
+                           tape.result.logout_url ? 1 : 0, tape.result.slo_state}) {
+    shape += std::to_string(number) + " ";
+  }
+  return shape + tape.result.verdict;
 }
 
 struct Case {
@@ -125,15 +123,14 @@ TEST_F(TapeTest, LevelIsPutBackWhenTheStarterIsKilled) {
 }
 
 TEST_F(TapeTest, FileOfAnotherOrALinkIsLeftAloneAndNothingRuns) {
-  const std::string target = home_.write("target", "text"), link = home_.file("link");
-  std::filesystem::create_symlink(target, link);
-  const std::string others = home_.write("others", "text");
+  const std::string others = home_.write("others", "text"), link = home_.file("link");
+  std::filesystem::create_symlink(home_.write("target", "text"), link);
   ASSERT_EQ(chown(others.c_str(), 1, 1), 0);
   const Scenario scenario = ReadScenario(ScenarioFolder(), "custom-finished");
   for (const std::string& file : {link, others, home_.path(), home_.file("no/folder")}) {
     EXPECT_EQ(RunToEnd(Recorded(scenario, file), kPatience).exit_status, 2) << file;
   }
-  EXPECT_EQ(ReadFile(target) + ReadFile(others), "texttext");
+  EXPECT_EQ(ReadFile(link) + ReadFile(others), "texttext");
   EXPECT_TRUE(box_->requests().empty());
 }
 

@@ -20,7 +20,7 @@ constexpr int kRow = 30;
 constexpr int kTop = 120;  // above the first row
 constexpr int kLine = 20;  // of running text
 constexpr int kMargin = 24;
-constexpr int kTitleLetter = 10;
+constexpr int kTitleLetter = 12;  // of the widest usual font
 
 constexpr size_t kMostMarks = 60;
 constexpr size_t kFew = 3;
@@ -150,7 +150,8 @@ class Drawing {
          << "' viewBox='0 0 " << Width() << ' ' << y
          << "' font-family='sans-serif' font-size='13'>\n<title>" << Escape(story_.title)
          << "</title>\n<rect width='100%' height='100%' fill='white'/>\n"
-         << Text(kMargin, 34, story_.title, "#111", "font-size='17' font-weight='bold'");
+         << Text(kMargin, 26, Heading(), "#111", "font-size='17' font-weight='bold'")
+         << Text(kMargin, 44, story_.title.substr(Heading().size() + 2), "#555");
     Lanes(bottom);
     out_ << rows << end << "</svg>\n";
   }
@@ -172,8 +173,11 @@ class Drawing {
     lane_of_[host] = lanes_.size();
   }
 
+  // What of the title stands in the first line. The second begins with "process".
+  std::string Heading() const { return story_.title.substr(0, story_.title.rfind(", process ")); }
+
   int Width() const {
-    const int title = 2 * kMargin + static_cast<int>(story_.title.size()) * kTitleLetter;
+    const int title = 2 * kMargin + static_cast<int>(Heading().size()) * kTitleLetter;
     const int lanes = kTimes + static_cast<int>(lanes_.size() + 1) * kLane + kMargin;
     return std::max({1000, title, lanes});
   }
@@ -255,7 +259,7 @@ class Drawing {
     const Colour colour = ColourOf(ending.tone == Ending::Tone::kGood  ? Tone::kGood
                                    : ending.tone == Ending::Tone::kBad ? Tone::kBad
                                                                        : Tone::kQuestion);
-    const size_t length = static_cast<size_t>(Width() - 4 * kMargin) / 7;
+    const size_t length = static_cast<size_t>(Width() - 4 * kMargin) / 8;
     std::string words;
     int line = y + 34;
     const auto add = [&](const std::string& text, const std::string& more) {

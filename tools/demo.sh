@@ -153,7 +153,7 @@ case $step in
 esac
 
 "$build_dir/tools/starter/embedded-browser-start" --type "$type" --url "$origin/$scenario/start" \
-  --cookie "$cookie" --timeout "$([[ -n $interactive ]] && echo 300 || echo 60)" --json &
+  --cookie "$cookie" --timeout "$([[ -n $interactive ]] && echo 300 || echo 60)" --json >"$work/result" &
 starter=$!
 children+=("$starter")
 if [[ -n $interactive ]]; then
@@ -165,6 +165,8 @@ else
 fi
 status=0
 wait "$starter" || status=$?
+cat "$work/result"
+run=$(sed -n 's/.*"helper_process": *\([0-9]*\).*/\1/p' "$work/result")
 # Where a step ended as it should, the demo has succeeded.
 readonly logged_out=6 stopped=11
 [[ $step == logout && $status == "$logged_out" ]] && status=0
@@ -173,7 +175,9 @@ say
 [[ ! -e $screenshot ]] || say "picture of the window: $screenshot"
 say "log of the run:        $build_dir/stage/var/log/Corvane Secure/Logging/debuglog.log"
 say
-say "next: ./dev demo --certificate unknown-authority   the question about a certificate"
+say "next: ${build_dir#"$PWD/"}/tools/log/embedded-browser-log --explain ${run:-last}"
+say "                                                   this very run, told step by step"
+say "      ./dev demo --certificate unknown-authority   the question about a certificate"
 say "      ./dev doctor                                 what this computer has and lacks"
 say "      ./dev test                                   all tests"
 exit "$status"

@@ -93,6 +93,11 @@ E2eTest::E2eTest() {
     const std::string log = ReadFile(InstallPaths::kLogFile);
     std::ofstream(folder + "/debuglog.log") << log.substr(std::min(log_begin_, log.size()));
     std::ofstream(folder + "/cef_browser.log") << ReadFile(DataFolder() + "cef_browser.log");
+    const pid_t helper = HelperProcess();
+    Subprocess::Command explain;
+    explain.arguments = {EB_LOG_READER, "--explain", std::to_string(helper > 0 ? helper : asked_)};
+    const Subprocess::End told = RunToEnd(explain, std::chrono::seconds(10));
+    std::ofstream(folder + "/explained.txt") << told.out << told.err;
   });
 }
 
@@ -224,6 +229,7 @@ DirectReport E2eTest::RunDirectly(const Subprocess::Command& command) {
 }
 
 std::string E2eTest::LogOf(pid_t process) const {
+  asked_ = process;
   std::string own;
   for (const LogRecord& record : ReadLog(InstallPaths::kLogFile, log_begin_)) {
     if (record.process == process) own += record.text + "\n";

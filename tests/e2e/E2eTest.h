@@ -121,6 +121,7 @@ class E2eTest : public testing::Test {
 
  private:
   size_t log_begin_ = 0;
+  mutable pid_t asked_ = 0;  // whose log was read last
   std::unique_ptr<Evidence> evidence_;
 };
 

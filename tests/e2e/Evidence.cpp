@@ -25,5 +25,5 @@ void Evidence::OnTestPartResult(const testing::TestPartResult& result) {
   std::filesystem::remove_all(folder_, none);
   std::filesystem::create_directories(folder_, none);
   keep(folder_);
-  std::cout << "picture and logs: " << folder_ << std::endl;
+  std::cout << "picture, logs, and the run explained (explained.txt): " << folder_ << std::endl;
 }

@@ -1,8 +1,8 @@
 #include "tools/doctor/Checks.h"
 
-#include <future>
-#include <memory>
-#include <thread>
+#include <string>
+
+#include "tools/doctor/Within.h"
 
 namespace doctor {
 
@@ -51,10 +51,7 @@ const std::vector<Check>& AllChecks() {
 }
 
 Finding Run(const Check& check) {
-  const auto task = std::make_shared<std::packaged_task<Finding()>>(check.look);
-  std::future<Finding> finding = task->get_future();
-  std::thread([task] { (*task)(); }).detach();
-  if (finding.wait_for(check.limit) == std::future_status::ready) return finding.get();
+  if (const auto finding = Within(check.limit, check.look)) return *finding;
   return Failure(check.id, "no answer within " + std::to_string(check.limit.count()) + " seconds");
 }
 

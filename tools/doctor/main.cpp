@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/doctor/Bundle.h"
 #include "tools/doctor/CatalogFaults.h"
 #include "tools/doctor/Checks.h"
 #include "tools/doctor/Report.h"
@@ -26,6 +27,10 @@ constexpr char kHelp[] =
   --catalogs [FOLDER]
                look through the text catalogs of the installation, or of a folder, as a translator
                does: one line for each fault, and exit status 1 when there is any
+  --bundle FILE [--yes]
+               write an archive (.tar.gz) for support: findings, versions, your last sign-ins
+               explained. Shows first what would be in it, and asks; with --yes it does not ask.
+               Exit status 1 when it is not written
   --help       print this
   --version    print the version
 
@@ -68,6 +73,15 @@ int main(int argc, char** argv) {
   const std::string option = argc > 1 ? argv[1] : "";
   if (option == "--catalogs" && argc <= 3) {
     End(doctor::PrintCatalogFaults(argc == 3 ? argv[2] : ""));
+  }
+  if (option == "--bundle" && argc > 2 && argv[2][0] != '-' &&
+      (argc == 3 || (argc == 4 && argv[3] == std::string("--yes")))) {
+    End(doctor::WriteBundle(argv[2], argc == 4));
+  }
+  if (option == "--bundle") {
+    std::fputs("embedded-browser-doctor: --bundle takes a FILE, and after it --yes (see --help)\n",
+               stderr);
+    return kWrongUsage;
   }
   if (argc > 2 ||
       (argc == 2 && option != "--json" && option != "--list" && option != "--markdown" &&

@@ -139,4 +139,22 @@ std::string ForbiddingPolicy(const InstalledChromium& chromium) {
   return {};
 }
 
+std::vector<std::string> PolicyNames(const InstalledChromium& chromium) {
+  std::vector<std::string> names;
+  for (const char* level : {"/managed", "/recommended"}) {
+    for (const fs::path& file : FilesIn(chromium.policy_folder + level)) {
+      rapidjson::Document policies;
+      Parse(file, &policies);
+      if (policies.HasParseError() || !policies.IsObject()) {
+        names.push_back(file.string() + " cannot be read");
+        continue;
+      }
+      for (const auto& policy : policies.GetObject()) {
+        names.push_back(std::string(policy.name.GetString()) + " in " + file.string());
+      }
+    }
+  }
+  return names;
+}
+
 }  // namespace engine

@@ -25,6 +25,10 @@ std::vector<InstalledChromium> FindChromiums(std::string* err);
 // account) do not show here.
 std::string ForbiddingPolicy(const InstalledChromium& chromium);
 
+// The policies in that folder, each as "NAME in FILE", without their values; for a file that cannot
+// be understood "FILE cannot be read".
+std::vector<std::string> PolicyNames(const InstalledChromium& chromium);
+
 }  // namespace engine
 
 #endif  // CEF_CHROMIUM_PROCESS_INSTALLEDCHROMIUM_H_

@@ -5,6 +5,7 @@
 #include <map>
 #include <set>
 
+#include "tools/log/Judgement.h"
 #include "tools/log/Texts.h"
 
 namespace log_reader {
@@ -17,19 +18,6 @@ using Tone = Mark::Tone;
 constexpr long long kSlowAnswer = 2000;
 // Of lines on a page's console, so many are told.
 constexpr size_t kConsoleLines = 3;
-
-// "NAME" of each "NAME=VALUE; …"
-std::vector<std::string> Names(const std::vector<std::string>& cookies) {
-  std::vector<std::string> names;
-  for (const std::string& cookie : cookies) {
-    const std::string name = Printable(cookie.substr(0, cookie.find('=')), 40);
-    names.push_back(name.empty() ? "a cookie without a name" : name);
-    if (names.size() < 8 || cookies.size() < 10) continue;
-    names.push_back(std::to_string(cookies.size() - names.size()) + " more cookies");
-    break;
-  }
-  return names;
-}
 
 class Teller {
  public:
@@ -133,7 +121,7 @@ class Teller {
     } else if (!exchange.answered) {
       text += course_.level >= 5 || exchange.error ? " No answer came." : "";
     }
-    text += LogoutState(exchange);
+    text += LogoutChange(course_, exchange);
     Mark& mark = Note(tone, *exchange.asked, path, text);
     mark.to = host;
   }
@@ -144,7 +132,7 @@ class Teller {
     std::string text = Subject(host) + " sends the browser on from " + PathOf(exchange.address) +
                        Kind(exchange) + " to " + (next == host ? "" : Name(next) + ", ") +
                        PathOf(exchange.redirect) + " (" + std::to_string(exchange.status) + ")." +
-                       LogoutState(exchange);
+                       LogoutChange(course_, exchange);
     Mark& mark = Note(Tone::kPlain, *exchange.answered,
                       PathOf(exchange.address) + " – " + std::to_string(exchange.status) + " to " +
                           PathOf(exchange.redirect, 30),
@@ -161,88 +149,13 @@ class Teller {
                            : Subject(host) + " answers " + path + Kind(exchange);
     if (exchange.status) text += " (" + std::to_string(exchange.status) + ")";
     text += ".";
-    Tone tone = exchange.status >= 400 ? Tone::kBad : Tone::kPlain;
     std::string label = exchange.address.empty() ? "an answer" : path;
     if (exchange.status) label += " – " + std::to_string(exchange.status);
-    text += Judge(exchange, host, tone, label) + LogoutState(exchange);
-    Mark& mark = Note(tone, *exchange.answered, label, text);
+    const Judgement judgement = JudgementOf(course_, exchange);
+    label += judgement.label;
+    text += judgement.text + LogoutChange(course_, exchange);
+    Mark& mark = Note(judgement.tone, *exchange.answered, label, text);
     mark.from = host;
-  }
-
-  // What the session makes of an answer.
-  std::string Judge(const Exchange& exchange, const std::string& host, Tone& tone,
-                    std::string& label) const {
-    std::string text;
-    if (exchange.carried && exchange.carried->empty()) {
-      text += " The request carried no cookie.";
-    } else if (exchange.carried) {
-      text += " The request carried " + Enumeration(Names(*exchange.carried)) + ".";
-    }
-    if (course_.step == Step::kSamlLogin) {
-      text += JudgeSaml(exchange, host, tone, label);
-    } else if (course_.step == Step::kCustom) {
-      text += JudgeCustom(exchange, tone, label);
-    }
-    return text;
-  }
-
-  std::string JudgeSaml(const Exchange& exchange, const std::string& host, Tone& tone,
-                        std::string& label) const {
-    if (exchange.finished && course_.state) {
-      const std::string status = Printable(course_.state->words[1], 40);
-      tone = course_.proof ? Tone::kGood : Tone::kBad;
-      label += ", state cookie, " + (status.empty() ? "no status" : "status " + status);
-      return " With KXSAMLEBSTATEID " +
-             (status.empty() ? "but without a status" : "and status " + status) +
-             (course_.proof ? ", the sign-in is done." : ", the gateway refuses the sign-in.");
-    }
-    if (exchange.names_provider) {
-      label += ", provider";
-      return " As the first other host to answer it is taken for the identity provider.";
-    }
-    if (host != course_.gateway && exchange.Carried("KXSAMLEBSTATEID")) {
-      tone = Tone::kQuestion;
-      label += ", state cookie at another host";
-      return " The state cookie does not count here: the step began at " + course_.gateway + ".";
-    }
-    if (host == course_.gateway) return " No state cookie, so the step goes on.";
-    return "";
-  }
-
-  std::string JudgeCustom(const Exchange& exchange, Tone& tone, std::string& label) const {
-    const Event* flags = exchange.status_flags;
-    if (!flags) return "";
-    const bool ends = flags->words[0] == "1" || flags->words[1] == "1" || flags->words[2] == "1";
-    const std::string status = flags->words[0] == "1"   ? "EB-FINISHED"
-                               : flags->words[1] == "1" ? "EB-HC-NEEDED"
-                                                        : "EB-HC-FAILED";
-    if (exchange.finished) {
-      tone = Tone::kGood;
-      label += ", " + status;
-      return " The status is " + status + ": the step is done.";
-    }
-    if (!ends) return " No status that ends the step.";
-    tone = Tone::kQuestion;
-    label += ", " + status + ", a cookie missing";
-    return " The status is " + status + ", but a cookie that belongs to it is missing.";
-  }
-
-  std::string LogoutState(const Exchange& exchange) const {
-    static constexpr const char* kStates[] = {
-        "",
-        " This is the gateway's logout page (state 1).",
-        " The browser has left the gateway after its logout page (state 2): logged out.",
-        " The identity provider is asked to sign out (state 3).",
-        " The identity provider has answered (state 4).",
-        " The exchange is over (state 5): logged out."};
-    const int state = exchange.logout_state;
-    if (state < 1 || state > 5) return "";
-    // The state stays until something changes it.
-    for (const Exchange& before : course_.exchanges) {
-      if (&before == &exchange) break;
-      if (before.logout_state == state) return "";
-    }
-    return kStates[state];
   }
 
   void TellOther(const Event& event) {

@@ -16,7 +16,7 @@ void ForEachCase(const std::function<void(const std::string&)>& run) __attribute
 
 // Ends the run: the input at hand is a finding.
 #define Require(condition) \
-  if (!(condition)) (fprintf(stderr, "%s:%d: not " #condition "\n", __FILE__, __LINE__), abort())
+  if (!(condition)) (fprintf(stderr, "%s:%d: not %s\n", __FILE__, __LINE__, #condition), abort())
 
 inline std::string Text(const uint8_t* data, size_t size) { return {data, data + size}; }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <string>
 #include <system_error>
 #include <vector>
 
@@ -22,6 +23,13 @@ namespace {
 
 // Chromium ends without its display; this is for one that does not notice.
 constexpr int64_t kWithoutDisplayMs = 1000;
+
+// Unless it is given, the X libraries put this name together in a buffer that all threads share,
+// and several connect at the same time.
+void NameAuthorityFile() {
+  const char* home = getenv("HOME");
+  if (home) setenv("XAUTHORITY", (std::string(home) + "/.Xauthority").c_str(), 0);
+}
 
 }  // namespace
 
@@ -156,6 +164,7 @@ bool Engine::Initialize(const CefSettings& settings, CefRefPtr<CefApp> app) {
   // A client that was built with other headers than these would be misread.
   if (settings.size != sizeof(cef_settings_t)) return false;
 
+  NameAuthorityFile();
   const bool loop = MessageLoop::Get().Init();
   // A Chromium that has gone must not take this process with it.
   signal(SIGPIPE, SIG_IGN);

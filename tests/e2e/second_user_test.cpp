@@ -105,6 +105,8 @@ TEST_F(SecondUserTest, OthersSeeNoSecretOfARun) {
   const std::string environment = ReadFile("/proc/" + std::to_string(chromium) + "/environ");
   EXPECT_EQ(environment.find("hushed"), std::string::npos);
   EXPECT_NE(environment.find("LC_TIME=inherited"), std::string::npos);
+  // Or else threads that connect to the display put its name together in one buffer.
+  EXPECT_NE(environment.find("XAUTHORITY=" + home_.path() + "/"), std::string::npos);
   EXPECT_FALSE(std::filesystem::exists(home_.file("keys"))) << "the keys of TLS connections";
   kill(chromium, SIGSEGV);
   EXPECT_EQ(DirectEnd(program, DataFolder()).exit_status, 0);

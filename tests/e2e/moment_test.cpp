@@ -16,7 +16,7 @@ using std::chrono::milliseconds;
 using testing::HasSubstr;
 using Clock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds kInTime{10};
+constexpr std::chrono::seconds kInTime{10 * EB_SLOWNESS};
 constexpr char kSignIn[] = "/saml-redirect/start?auto=1";
 constexpr unsigned kSeed = 1;
 

@@ -85,6 +85,9 @@ TEST_F(AppDelegate, AsksTheBrowsersToCloseOnlyOnce) {
   [NSApp terminate:nil];
   EXPECT_TRUE(cef.Trace({"CloseBrowser", "QuitMessageLoop"}).empty());
   handler->m_BrowserList_.clear();
+  // What belongs to the IO thread is released there.
+  handler = nullptr;
+  cef.RunTasks(TID_IO);
 }
 
 }  // namespace

@@ -150,12 +150,12 @@ class Reasons {
           RecordOf(*nearly));
     } else if (last_foreign) {
       // A low level writes answers only.
-      Say("The answer was never sent to the gateway's own host: after the answer of " +
+      Refusal(*last_foreign);
+      Say("The sign-in was never brought back to the gateway's own host: after the page of " +
               HostOf(last_foreign->address) + " no " +
               (course_.level < 4 ? "answer came from " : "request went to ") + course_.gateway +
               ".",
           RecordOf(*last_foreign));
-      Refusal(*last_foreign);
     } else if (first_foreign) {
       Say("The identity provider, " + HostOf(first_foreign->address) + ", never answered.",
           RecordOf(*first_foreign));
@@ -170,10 +170,10 @@ class Reasons {
       Say(Place(last) + " never answered.", RecordOf(last));
       return;
     }
+    Refusal(last);
     Say(std::string("The state cookie ") + kState + " never came: no request to " +
             course_.gateway + " carried it, the last of them for " + PathOf(last.address) + ".",
         RecordOf(last));
-    Refusal(last);
   }
 
   void Refusal(const Exchange& exchange) {

@@ -86,6 +86,8 @@ TEST_F(LogReaderTest, ShowsWhatIsAskedForAndNothingThatSteersATerminal) {
       {{"--module", "CEF", "--up-to-level", "2"}, "m1m2"},
       {{"--module", "cefBrowser", "--process", "4711"}, "m1m2m3m4"},
       {{"--process", "471"}, ""},
+      {{"--run", "4711"}, "m4"},
+      {{"--run", "last-1"}, "m3"},
       {{"--since", "2026-11-21 21:55:02", "--until", "2026/11/21 21:55:03"}, "m2m3"},
       {{"--since", "2 min", "--until", "now"}, ""},
       {{"--grep", "lines"}, "m2"}};

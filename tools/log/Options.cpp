@@ -47,6 +47,7 @@ std::string* TextOf(const std::string& option, Options& options) {
     const char* name;
     std::string& text;
   } kTexts[] = {{"--file", options.file},
+                {"--run", options.only_run},
                 {"--user", options.filter.user},
                 {"--program", options.filter.program},
                 {"--module", options.filter.module},
@@ -96,8 +97,8 @@ bool TakesValue(const std::string& option, Options& options) {
 const char kHelp[] =
     R"(embedded-browser-log: reads the log of the client's programs.
 
-  --process N, --user NAME, --program NAME
-                     only records of that process, user or program
+  --run RUN, --process N, --user NAME, --program NAME
+                     only records of that run, process, user or program
   --module NAME      only those of a module, by its name or its tag
   --up-to-level N    only up to this level: 1 errors … 5 finest detail
   --since TIME, --until TIME
@@ -146,9 +147,10 @@ std::string ParseOptions(const std::vector<std::string>& arguments, Options& opt
                                                                         : arguments.size();
   const bool of_runs =
       options.command == Options::Command::kRuns || options.command == Options::Command::kStory;
-  if (of_runs && (options.follow || options.json)) {
-    return "--runs, --explain and --picture go without --follow and --json";
+  if (of_runs && (options.follow || options.json || !options.only_run.empty())) {
+    return "--runs, --explain and --picture go without --follow, --json and --run";
   }
+  if (options.follow && !options.only_run.empty()) return "--run goes without --follow";
   return arguments.size() > alone ? "--level goes with no other option" : "";
 }
 

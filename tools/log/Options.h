@@ -16,6 +16,7 @@ struct Options {
   Command command = Command::kRecords;
   std::string file;  // empty: where the client's programs write
   Filter filter;
+  std::string only_run;      // for kRecords; empty: all
   std::string run = "last";  // for kStory, as ChooseRun() takes it
   bool explain = false;      // tell the story, ...
   std::string picture;       // ... and draw it into this file, if named

@@ -43,14 +43,17 @@ bool Wait() {
   return poll(&output, 1, kMoment) == 0;
 }
 
+void PrintRecord(const Options& options, const Record& found) {
+  const Record record = options.secrets ? found : WithoutSecrets(found);
+  const std::string text = options.json ? JsonText(record) : PlainText(record);
+  std::fwrite(text.data(), 1, text.size(), stdout);
+}
+
 int PrintRecords(const Options& options) {
   bool shown = !options.follow || !options.filter.since.empty();
   log_reader::LogFiles log(options.file.empty() ? log_reader::FindLog() : options.file);
-  const auto print = [&](const Record& found) {
-    if (!shown || !options.filter.Lets(found)) return;
-    const Record record = options.secrets ? found : WithoutSecrets(found);
-    const std::string text = options.json ? JsonText(record) : PlainText(record);
-    std::fwrite(text.data(), 1, text.size(), stdout);
+  const auto print = [&](const Record& record) {
+    if (shown && options.filter.Lets(record)) PrintRecord(options, record);
   };
   std::string problem;
   do {
@@ -72,6 +75,16 @@ std::string ReadRuns(const Options& options, std::vector<log_reader::Run>& runs)
   });
   runs = log_reader::FindRuns(std::move(records));
   return problem;
+}
+
+int PrintRun(const Options& options) {
+  std::vector<log_reader::Run> runs;
+  std::string problem = ReadRuns(options, runs);
+  const log_reader::Run* run =
+      problem.empty() ? ChooseRun(runs, options.only_run, problem) : nullptr;
+  if (!run) return Complain(problem);
+  for (const Record& record : run->records) PrintRecord(options, record);
+  return End(0);
 }
 
 int ListRuns(const Options& options) {
@@ -132,7 +145,7 @@ int main(int argc, char** argv) {
   if (!wrong.empty()) return Complain(wrong + " (see --help)", kWrongUsage);
   switch (options.command) {
     case Options::Command::kRecords:
-      return PrintRecords(options);
+      return options.only_run.empty() ? PrintRecords(options) : PrintRun(options);
     case Options::Command::kRuns:
       return ListRuns(options);
     case Options::Command::kStory:

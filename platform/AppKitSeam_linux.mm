@@ -115,6 +115,8 @@ void LeaveImageMagick() {
 void BreakStaleDefaultsLock() {
   NSString* path = [GSDefaultsRootForUser(NSUserName())
       stringByAppendingPathComponent:@".lck/.GNUstepDefaults.lck"];
+  // A lock in a folder that does not exist yet is complained about.
+  if (![[NSFileManager defaultManager] fileExistsAtPath:path]) return;
   NSDistributedLock* lock = [NSDistributedLock lockWithPath:path];
   NSDate* made = [lock lockDate];
   if (made != nil && [made timeIntervalSinceNow] < -1) [lock breakLock];

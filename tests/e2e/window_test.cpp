@@ -94,7 +94,7 @@ TEST_P(WindowTest, BelongsToTheProductAndStaysOnTheScreen) {
   EXPECT_NEAR(place.x + place.width / 2, (desk.left + desk.width) / 2, 50);
   EXPECT_NEAR(place.y + place.height / 2, desk.height / 2, 50);
   EXPECT_EQ(place.width, std::min(1000 * scale, desk.width - 16 * scale));
-  EXPECT_EQ(PlaceOf(popup).width, 600 * scale);
+  EXPECT_TRUE(WaitFor([&] { return PlaceOf(popup).width == 600 * scale; }));
   EXPECT_TRUE(WaitFor([&] { return PlaceOf(popup).x > place.x; })) << "covers its opener";
 
   starter.Signal(SIGTERM);

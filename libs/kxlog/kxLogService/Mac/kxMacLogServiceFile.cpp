@@ -150,8 +150,12 @@ bool OpenLogFile(const char* path, int* resetRequested) {
   LogControlBlock* block = ControlBlock();
   if (block == nullptr) return true;
   CurrentLogRotationCount = block->generation;
-  if (block->file_size == 0 && UpdatesSharedBlock()) {
-    block->file_size = static_cast<uint32_t>(FileSize(g_hLogFile));
+  // What was counted of a file that somebody has moved away says nothing of this one.
+  const off_t size = FileSize(g_hLogFile);
+  const bool counted =
+      size >= block->file_size && size - block->file_size <= static_cast<off_t>(kLongestLine);
+  if ((block->file_size == 0 || !counted) && UpdatesSharedBlock()) {
+    block->file_size = static_cast<uint32_t>(size);
   }
   CutTornRecord(FileSize(g_hLogFile));
   return true;

@@ -118,7 +118,13 @@ int WriteBundle(const std::string& path, bool yes) {
   const std::string no_file = WhyNoNewFile(path);
   if (!no_file.empty()) return Complain(no_file);
   // Everybody can take the memory of the log's control block away while it is looked at.
-  std::signal(SIGBUS, [](int) { _exit(kNotWritten); });
+  std::signal(SIGBUS, [](int) {
+    constexpr char kTaken[] =
+        "embedded-browser-doctor: no bundle is written: the log's control block has been taken "
+        "away\n";
+    [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, kTaken, sizeof kTaken - 1);
+    _exit(kNotWritten);
+  });
   std::puts("Looking at everything that a sign-in needs. The bundle will hold:\n");
   std::fflush(stdout);
   const std::vector<BundledFile> files = Collect();

@@ -157,7 +157,7 @@ bool OpenLogFile(const char* path, int* resetRequested) {
   if ((block->file_size == 0 || !counted) && UpdatesSharedBlock()) {
     block->file_size = static_cast<uint32_t>(size);
   }
-  CutTornRecord(FileSize(g_hLogFile));
+  CutTornRecord(size);
   return true;
 }
 
